@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/AuthToken.h"
+#include "platform/LocalizedError.h"
+
+#include <string_view>
+
+namespace MirrowvaleAuthenticator {
+
+/// Why a text is no provisioning URI.
+class OTPAuthParserError : public LocalizedError {
+public:
+    enum class Case { invalidURL, missingSecret, unsupportedType };
+
+    explicit OTPAuthParserError(Case which);
+
+    friend bool operator==(const OTPAuthParserError& left, const OTPAuthParserError& right)
+    {
+        return left.which == right.which;
+    }
+
+private:
+    Case which;
+};
+
+/// Reads an `otpauth://` provisioning URI into a new token with a fresh `id` and the current instant.
+///
+/// Unknown algorithm names and unreadable numbers fall back to SHA1, 6 digits, 30 seconds and counter 0; a
+/// parameter that occurs more than once fails, since a credential is never guessed. Secret, digits and period
+/// are not judged here.
+/// @param text  a URI (RFC 3986), already trimmed
+/// @throws OTPAuthParserError  the first check that fails: `invalidURL`, `unsupportedType`, `missingSecret`
+AuthToken parseOTPAuthURI(std::string_view text);
+
+} // namespace MirrowvaleAuthenticator

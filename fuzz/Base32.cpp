@@ -1,0 +1,59 @@
+#include "core/Base32.h"
+#include "fuzz/Fuzzing.h"
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <optional>
+
+using namespace MirrowvaleAuthenticator;
+
+namespace {
+
+struct Outcome {
+    SecretBytes bytes;
+    std::optional<std::string> offender;
+
+    bool operator==(const Outcome&) const = default;
+};
+
+/// Character by character, with the bits written out one by one.
+Outcome slowlyDecoded(std::string_view text)
+{
+    auto cleaned = UnicodeRoad::uppercased(text);
+    std::erase_if(cleaned, [](char byte) { return byte == ' ' || byte == '='; });
+    std::string bits;
+    for (const auto character : UnicodeRoad::characters(cleaned)) {
+        const auto composed = UnicodeRoad::canonicalComposition(character);
+        const auto found = std::ranges::find_if(
+            base32Alphabet, [&](char entry) { return composed == std::string_view(&entry, 1); });
+        if (found == base32Alphabet.end()) {
+            return {{}, std::string(character)};
+        }
+        for (auto value = found - base32Alphabet.begin(), bit = std::ptrdiff_t{16}; bit > 0; bit /= 2) {
+            bits += (value & bit) != 0 ? '1' : '0';
+        }
+    }
+    Outcome outcome;
+    for (std::size_t start = 0; start + 8 <= bits.size(); start += 8) {
+        outcome.bytes.push_back(static_cast<std::uint8_t>(std::stoul(bits.substr(start, 8), nullptr, 2)));
+    }
+    return outcome;
+}
+
+Outcome decoded(std::string_view text)
+{
+    try {
+        return {decodeBase32(text), {}};
+    } catch (const Base32Error& error) {
+        return {{}, error.invalidCharacter()};
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const auto text = Fuzzing::text(data, size);
+    Fuzzing::require(decoded(text) == slowlyDecoded(text), "both roads agree");
+    return 0;
+}

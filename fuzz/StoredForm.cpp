@@ -1,0 +1,131 @@
+#include "core/StoredForm.h"
+
+#include "fuzz/Fuzzing.h"
+
+#include <cmath>
+#include <fuzzer/FuzzedDataProvider.h>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <utility>
+
+using namespace MirrowvaleAuthenticator;
+using JSON = nlohmann::json;
+using List = std::optional<std::vector<Fuzzing::Fields>>;
+
+namespace {
+
+List fieldsOf(const std::vector<AuthToken>& tokens)
+{
+    List list(std::in_place);
+    std::ranges::transform(tokens, std::back_inserter(*list), Fuzzing::fieldsOf);
+    return list;
+}
+
+template <typename Integer>
+Integer integer(const JSON& value)
+{
+    const bool fits = value.is_number_integer()
+        && (value.is_number_unsigned() ? std::in_range<Integer>(value.get<std::uint64_t>())
+                                       : std::in_range<Integer>(value.get<std::int64_t>()));
+    return fits ? value.get<Integer>() : throw std::out_of_range("integer");
+}
+
+AuthToken tokenFrom(const JSON& object)
+{
+    const auto text = [&](const char* key) { return object.at(key).get<std::string>(); };
+    return {UUID::fromString(text("id")).value(),
+            kindFromRawValue(text("kind")).value(),
+            text("issuer"),
+            text("account"),
+            text("secretBase32"),
+            algorithmFromRawValue(text("algorithm")).value(),
+            integer<std::int64_t>(object.at("digits")),
+            integer<std::int64_t>(object.at("period")),
+            integer<std::uint64_t>(object.at("counter")),
+            Date::fromSecondsSinceReferenceDate(object.at("createdAt").get<double>())};
+}
+
+/// Reads a list by way of a whole document.
+List readByDocument(std::string_view text)
+{
+    static const std::set<std::string> members{"id",        "kind",   "issuer", "account", "secretBase32",
+                                               "algorithm", "digits", "period", "counter", "createdAt"};
+    std::set<std::string> seen;
+    bool repeats = false;
+    const auto watch = [&](int depth, JSON::parse_event_t event, const JSON& value) {
+        if (depth == 1 && event == JSON::parse_event_t::object_start) {
+            seen.clear();
+        } else if (depth == 2 && event == JSON::parse_event_t::key) {
+            repeats = repeats || (members.contains(value) && !seen.insert(value).second);
+        }
+        return true;
+    };
+    const auto document = JSON::parse(text, watch, false);
+    // The library takes a NUL for the end of the text; JSON has none.
+    if (!document.is_array() || repeats || text.find('\0') != std::string_view::npos) {
+        return std::nullopt;
+    }
+    try {
+        std::vector<AuthToken> tokens;
+        std::ranges::transform(document, std::back_inserter(tokens), tokenFrom);
+        return fieldsOf(tokens);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+void checkReading(std::string_view text)
+{
+    List list;
+    try {
+        const auto tokens = decodeTokens(text);
+        list = fieldsOf(tokens);
+        Fuzzing::require(fieldsOf(decodeTokens(encodeTokens(tokens))) == list, "what was read is kept");
+    } catch (const StoredFormError&) {
+        Fuzzing::require(!list, "what was read can be written and read again");
+    }
+    Fuzzing::require(list == readByDocument(text), "both roads agree");
+}
+
+void checkWriting(FuzzedDataProvider input)
+{
+    std::vector<AuthToken> tokens;
+    bool isWritable = true;
+    while (input.remaining_bytes() > 0) {
+        const auto integer = [&] { return input.ConsumeIntegral<std::uint64_t>(); };
+        AuthToken token;
+        token.kind = allKinds[integer() % allKinds.size()];
+        token.algorithm = allAlgorithms[integer() % allAlgorithms.size()];
+        input.ConsumeData(token.id.bytes.data(), token.id.bytes.size());
+        token.digits = static_cast<std::int64_t>(integer());
+        token.period = static_cast<std::int64_t>(integer());
+        token.counter = integer();
+        token.createdAt = Date::fromSecondsSinceReferenceDate(std::bit_cast<double>(integer()));
+        isWritable = isWritable && std::isfinite(token.createdAt.secondsSinceReferenceDate());
+        for (auto* text : {&token.issuer, &token.account, &token.secretBase32}) {
+            *text = input.ConsumeRandomLengthString(24);
+            isWritable = isWritable && Fuzzing::isWellFormedUTF8(*text);
+        }
+        tokens.push_back(token);
+    }
+    try {
+        const auto text = encodeTokens(tokens);
+        Fuzzing::require(isWritable, "only what JSON can say is written");
+        Fuzzing::require(fieldsOf(decodeTokens(text)) == fieldsOf(tokens), "what was written reads back");
+    } catch (const StoredFormError&) {
+        Fuzzing::require(!isWritable, "what JSON can say is written");
+    }
+}
+
+} // namespace
+
+/// An input that starts with NUL, as no JSON does, holds the fields of tokens to write.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    if (size > 0 && data[0] == 0) {
+        checkWriting({data + 1, size - 1});
+    } else {
+        checkReading(Fuzzing::text(data, size));
+    }
+    return 0;
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+namespace MirrowvaleAuthenticator {
+
+/// A point in time, held as double-precision seconds since 2001-01-01T00:00:00Z: the form in which
+/// tokens are stored, so that a stored instant comes back bit for bit.
+class Date {
+public:
+    /// The epoch that seconds are counted from in the stored form, in seconds since 1970-01-01T00:00:00Z.
+    static constexpr double referenceDateSince1970 = 978307200.0;
+
+    constexpr Date() = default;
+
+    /// The instant shown by the system's clock.
+    static Date now();
+
+    static constexpr Date fromSecondsSince1970(double seconds)
+    {
+        return Date(seconds - referenceDateSince1970);
+    }
+    static constexpr Date fromSecondsSinceReferenceDate(double seconds) { return Date(seconds); }
+
+    constexpr double secondsSince1970() const { return seconds + referenceDateSince1970; }
+    constexpr double secondsSinceReferenceDate() const { return seconds; }
+
+    friend constexpr bool operator==(Date, Date) = default;
+
+private:
+    explicit constexpr Date(double secondsSinceReferenceDate) : seconds(secondsSinceReferenceDate) { }
+
+    double seconds = 0;
+};
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/Keychain.h"
+#include "platform/PrivateFolder.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace MirrowvaleAuthenticator {
+
+/// A credential store of sealed files, one per item, in the application's data folder, under a random device
+/// key that lies apart in its state folder.
+///
+/// A file that does not open under the key reads as `errSecDecode`; before an update replaces such a file,
+/// its bytes are set aside beside it.
+class EmbeddedCredentialStore : public CredentialStore {
+public:
+    EmbeddedCredentialStore(std::filesystem::path dataFolder, std::filesystem::path stateFolder);
+
+    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
+    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
+    OSStatus add(const SecDictionary& attributes) override;
+
+private:
+    struct Item;
+
+    OSStatus read(const Item& item, SecretString& data) const;
+    void create(const Item& item, const SecDictionary& attributes) const;
+    void replace(const Item& item, const SecDictionary& attributes) const;
+    std::optional<SecretBytes> deviceKey() const;
+    SecretBytes safeDeviceKey() const;
+
+    std::filesystem::path dataFolder;
+    std::filesystem::path stateFolder;
+};
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace MirrowvaleAuthenticator {
+
+enum class HashFunction { sha1, sha256, sha512 };
+
+/// A message authentication code (RFC 2104) of 20, 32 or 64 bytes; wiped when it goes.
+class AuthenticationCode {
+public:
+    AuthenticationCode(HashFunction hash, std::span<const std::uint8_t> key,
+                       std::span<const std::uint8_t> message);
+    ~AuthenticationCode();
+    AuthenticationCode(const AuthenticationCode&) = delete;
+    AuthenticationCode& operator=(const AuthenticationCode&) = delete;
+
+    std::span<const std::uint8_t> bytes() const { return {storage.data(), size}; }
+
+private:
+    std::array<std::uint8_t, 64> storage{};
+    std::size_t size;
+};
+
+} // namespace MirrowvaleAuthenticator

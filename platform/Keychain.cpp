@@ -1,0 +1,47 @@
+#include "platform/Keychain.h"
+
+#include "platform/EmbeddedCredentialStore.h"
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+CredentialStore* overridingStore = nullptr;
+
+CredentialStore& currentStore()
+{
+    if (overridingStore != nullptr) {
+        return *overridingStore;
+    }
+    static EmbeddedCredentialStore embeddedStore(dataFolderPath(), stateFolderPath());
+    return embeddedStore;
+}
+
+} // namespace
+
+OSStatus SecItemCopyMatching(const SecDictionary& query, SecResult& result)
+{
+    return currentStore().copyMatching(query, result);
+}
+
+OSStatus SecItemUpdate(const SecDictionary& query, const SecDictionary& attributesToUpdate)
+{
+    return currentStore().update(query, attributesToUpdate);
+}
+
+OSStatus SecItemAdd(const SecDictionary& attributes)
+{
+    return currentStore().add(attributes);
+}
+
+CredentialStoreOverride::CredentialStoreOverride(CredentialStore& store) : previous(overridingStore)
+{
+    overridingStore = &store;
+}
+
+CredentialStoreOverride::~CredentialStoreOverride()
+{
+    overridingStore = previous;
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+
+namespace MirrowvaleAuthenticator {
+
+/// The base of every error of this system: one English sentence, shown to the user as it stands.
+class LocalizedError : public std::exception {
+public:
+    const std::string& errorDescription() const noexcept { return description; }
+    const char* what() const noexcept override { return description.c_str(); }
+
+protected:
+    explicit LocalizedError(std::string errorDescription) : description(std::move(errorDescription)) { }
+
+private:
+    std::string description;
+};
+
+/// The sentence that stands for any failure: an error's own description where it has one, else a general one.
+std::string localizedDescription(const std::exception& error);
+
+} // namespace MirrowvaleAuthenticator

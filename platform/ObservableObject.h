@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace MirrowvaleAuthenticator {
+
+/// An object that announces each change of its published properties just before it happens.
+class ObservableObject {
+public:
+    using Observer = std::function<void()>;
+
+    /// Keeps an observer in place for as long as it lives.
+    class Subscription {
+    public:
+        Subscription() = default;
+
+    private:
+        friend class ObservableObject;
+        explicit Subscription(std::shared_ptr<Observer> subscribed) : observer(std::move(subscribed)) { }
+        std::shared_ptr<Observer> observer;
+    };
+
+    ObservableObject() = default;
+    ObservableObject(const ObservableObject&) = delete;
+    ObservableObject& operator=(const ObservableObject&) = delete;
+
+    /// Calls `observer` before every later change, in the order of subscription.
+    [[nodiscard]] Subscription objectWillChange(Observer observer)
+    {
+        auto shared = std::make_shared<Observer>(std::move(observer));
+        observers.push_back(shared);
+        return Subscription(std::move(shared));
+    }
+
+protected:
+    ~ObservableObject() = default;
+
+private:
+    template <typename T>
+    friend class Published;
+
+    void announceChange()
+    {
+        std::erase_if(observers, [](const auto& observer) { return observer.expired(); });
+        // A copy: an observer may subscribe or leave while it is being told.
+        const auto current = observers;
+        for (const auto& weak : current) {
+            if (const auto observer = weak.lock()) {
+                (*observer)();
+            }
+        }
+    }
+
+    std::vector<std::weak_ptr<Observer>> observers;
+};
+
+/// A property whose owner announces each assignment before it happens, whether or not the value differs.
+template <typename T>
+class Published {
+public:
+    explicit Published(ObservableObject& announcer, T initial = T())
+        : owner(announcer), value(std::move(initial))
+    {
+    }
+    Published(const Published&) = delete;
+
+    Published& operator=(T newValue)
+    {
+        owner.announceChange();
+        value = std::move(newValue);
+        return *this;
+    }
+    Published& operator=(const Published&) = delete;
+
+    /// Changes the value in place: one announcement, then `change` runs on the value.
+    template <typename Change>
+    void modify(Change&& change)
+    {
+        owner.announceChange();
+        std::forward<Change>(change)(value);
+    }
+
+    const T& operator*() const { return value; }
+    const T* operator->() const { return &value; }
+
+private:
+    ObservableObject& owner;
+    T value;
+};
+
+} // namespace MirrowvaleAuthenticator

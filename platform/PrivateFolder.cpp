@@ -1,0 +1,252 @@
+#include "platform/PrivateFolder.h"
+
+#include "platform/Errno.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+/// Far beyond any list of tokens; more would rather exhaust the machine than tell anything.
+constexpr off_t largestFile = off_t(1) << 30;
+
+std::filesystem::path homeFolderPath()
+{
+    const char* home = std::getenv("HOME");
+    if (home != nullptr && *home == '/') {
+        return home;
+    }
+    const auto* user = getpwuid(geteuid());
+    return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "/nonexistent";
+}
+
+std::filesystem::path folderPath(const char* variable, const char* belowHome)
+{
+    const char* value = std::getenv(variable);
+    const auto base =
+        value != nullptr && *value == '/' ? std::filesystem::path(value) : homeFolderPath() / belowHome;
+    return base / "mirrowvale-authenticator";
+}
+
+/// Refuses what belongs to another user, and closes what others could look into.
+void requirePrivate(int descriptor, mode_t type, mode_t mode)
+{
+    struct stat status { };
+    if (fstat(descriptor, &status) != 0) {
+        throwErrno("fstat");
+    }
+    if ((status.st_mode & S_IFMT) != type) {
+        throw std::system_error(std::make_error_code(std::errc::invalid_argument));
+    }
+    if (status.st_uid != geteuid()) {
+        throw std::system_error(std::make_error_code(std::errc::operation_not_permitted));
+    }
+    if ((status.st_mode & 07777) != mode && fchmod(descriptor, mode) != 0) {
+        throwErrno("fchmod");
+    }
+}
+
+void flushDescriptor(int descriptor)
+{
+    if (fsync(descriptor) != 0) {
+        throwErrno("fsync");
+    }
+}
+
+/// The descriptor, or nothing where there is no such file.
+std::optional<FileDescriptor> openExisting(int folder, const char* name, int flags)
+{
+    FileDescriptor descriptor(openat(folder, name, flags | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (descriptor) {
+        return descriptor;
+    }
+    if (errno != ENOENT) {
+        throwErrno("openat");
+    }
+    return std::nullopt;
+}
+
+void createFolders(const std::filesystem::path& path)
+{
+    if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) {
+        return;
+    }
+    if (errno != ENOENT || !path.has_relative_path()) {
+        throwErrno("mkdir");
+    }
+    createFolders(path.parent_path());
+    // Once: below a link that leads nowhere it would fail for ever.
+    if (mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
+        throwErrno("mkdir");
+    }
+}
+
+/// Flushes the name of a folder and of its parents, as far up as they may be of this user's making.
+void flushNames(const std::filesystem::path& path)
+{
+    struct stat status { };
+    auto parent = path;
+    do {
+        parent = parent.parent_path();
+        const FileDescriptor folder(openat(AT_FDCWD, parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!folder && errno == EACCES) {
+            return; // another user's, closed to this one
+        }
+        if (!folder || fstat(folder.get(), &status) != 0) {
+            throwErrno("openat");
+        }
+        // A file system that cannot be written to may refuse, and then has nothing to flush.
+        if (fsync(folder.get()) != 0 && errno != EROFS && errno != EINVAL) {
+            throwErrno("fsync");
+        }
+    } while (status.st_uid == geteuid() && parent.has_relative_path());
+}
+
+void writeAll(int descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
+        if (count >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno != EINTR) {
+            throwErrno("write");
+        }
+    }
+}
+
+SecretString readAll(int descriptor)
+{
+    struct stat status { };
+    if (fstat(descriptor, &status) != 0) {
+        throwErrno("fstat");
+    }
+    if (status.st_size > largestFile) {
+        throw std::system_error(std::make_error_code(std::errc::not_enough_memory));
+    }
+    SecretString bytes;
+    bytes.resize(static_cast<std::size_t>(status.st_size));
+    std::size_t position = 0;
+    while (position < bytes.size()) {
+        const ssize_t count = ::read(descriptor, bytes.data() + position, bytes.size() - position);
+        if (count > 0) {
+            position += static_cast<std::size_t>(count);
+        } else if (count == 0) {
+            break; // shorter than it was a moment ago
+        } else if (errno != EINTR) {
+            throwErrno("read");
+        }
+    }
+    bytes.resize(position);
+    return bytes;
+}
+
+} // namespace
+
+std::filesystem::path dataFolderPath()
+{
+    return folderPath("XDG_DATA_HOME", ".local/share");
+}
+
+std::filesystem::path stateFolderPath()
+{
+    return folderPath("XDG_STATE_HOME", ".local/state");
+}
+
+std::optional<PrivateFolder> PrivateFolder::open(const std::filesystem::path& path)
+{
+    auto descriptor = openExisting(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY);
+    if (!descriptor) {
+        return std::nullopt;
+    }
+    requirePrivate(descriptor->get(), S_IFDIR, 0700);
+    return PrivateFolder(std::move(*descriptor));
+}
+
+PrivateFolder PrivateFolder::openOrCreate(const std::filesystem::path& path)
+{
+    if (auto folder = open(path)) {
+        return std::move(*folder);
+    }
+    return create(path);
+}
+
+PrivateFolder PrivateFolder::create(const std::filesystem::path& path)
+{
+    createFolders(path);
+    flushNames(path);
+    auto folder = open(path);
+    if (!folder) {
+        throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
+    }
+    return std::move(*folder);
+}
+
+std::optional<SecretString> PrivateFolder::read(const std::string& name) const
+{
+    const auto file = openExisting(folder.get(), name.c_str(), O_RDONLY);
+    if (!file) {
+        return std::nullopt;
+    }
+    requirePrivate(file->get(), S_IFREG, 0600);
+    return readAll(file->get());
+}
+
+void PrivateFolder::write(const std::string& name, std::string_view bytes) const
+{
+    const auto temporary = name + ".new";
+    // What an interrupted write left behind is of no use to anyone.
+    if (unlinkat(folder.get(), temporary.c_str(), 0) != 0 && errno != ENOENT) {
+        throwErrno("unlinkat");
+    }
+    try {
+        const FileDescriptor file(openat(folder.get(), temporary.c_str(),
+                                         O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+        if (!file) {
+            throwErrno("openat");
+        }
+        requirePrivate(file.get(), S_IFREG, 0600); // whatever the umask
+        writeAll(file.get(), bytes);
+        flushDescriptor(file.get());
+        if (renameat(folder.get(), temporary.c_str(), folder.get(), name.c_str()) != 0) {
+            throwErrno("renameat");
+        }
+    } catch (...) {
+        unlinkat(folder.get(), temporary.c_str(), 0);
+        throw;
+    }
+    flush();
+}
+
+void PrivateFolder::flush() const
+{
+    flushDescriptor(folder.get());
+}
+
+void PrivateFolder::setAside(const std::string& name) const
+{
+    const auto bytes = read(name);
+    if (!bytes) {
+        return;
+    }
+    for (int number = 1;; ++number) {
+        const auto copyName = name + ".unreadable-" + std::to_string(number);
+        const auto copy = read(copyName);
+        if (!copy) {
+            write(copyName, *bytes);
+            return;
+        }
+        if (*copy == *bytes) {
+            flush(); // whoever made it may not have lived to
+            return;
+        }
+    }
+}
+
+} // namespace MirrowvaleAuthenticator

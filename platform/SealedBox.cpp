@@ -1,0 +1,95 @@
+#include "platform/SealedBox.h"
+
+#include "platform/RandomBytes.h"
+
+#include <array>
+#include <nettle/chacha-poly1305.h>
+#include <nettle/memops.h>
+#include <string>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+constexpr std::string_view magic = "MVSEAL01";
+constexpr std::size_t nonceSize = CHACHA_POLY1305_NONCE_SIZE;
+constexpr std::size_t tagSize = CHACHA_POLY1305_DIGEST_SIZE;
+constexpr std::size_t headerSize = magic.size() + nonceSize;
+
+using Tag = std::array<std::uint8_t, tagSize>;
+
+const std::uint8_t* bytes(const char* text)
+{
+    return reinterpret_cast<const std::uint8_t*>(text);
+}
+
+/// One use of the cipher, wiped when it goes.
+class Cipher {
+public:
+    Cipher(SealingKey key, const char* nonce, std::string_view context)
+    {
+        chacha_poly1305_set_key(&state, key.data());
+        chacha_poly1305_set_nonce(&state, bytes(nonce));
+        // One run: the library takes associated data in blocks of 16, only the last of which may be short.
+        const auto associated = std::string(magic).append(context);
+        chacha_poly1305_update(&state, associated.size(), bytes(associated.data()));
+    }
+    ~Cipher() { wipe(&state, sizeof state); }
+    Cipher(const Cipher&) = delete;
+    Cipher& operator=(const Cipher&) = delete;
+
+    void encrypt(std::string_view from, char* to)
+    {
+        chacha_poly1305_encrypt(&state, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from.data()));
+    }
+    void decrypt(std::string_view from, char* to)
+    {
+        chacha_poly1305_decrypt(&state, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from.data()));
+    }
+    Tag tag()
+    {
+        Tag result;
+        chacha_poly1305_digest(&state, result.size(), result.data());
+        return result;
+    }
+
+private:
+    chacha_poly1305_ctx state{};
+};
+
+} // namespace
+
+SecretString seal(SealingKey key, std::string_view context, std::string_view plaintext)
+{
+    std::array<std::uint8_t, nonceSize> nonce;
+    fillWithRandomBytes(nonce);
+
+    SecretString box;
+    box.reserve(headerSize + plaintext.size() + tagSize);
+    box.append(magic).append(nonce.begin(), nonce.end());
+    box.resize(headerSize + plaintext.size());
+    Cipher cipher(key, box.data() + magic.size(), context);
+    cipher.encrypt(plaintext, box.data() + headerSize);
+    const auto tag = cipher.tag();
+    box.append(tag.begin(), tag.end());
+    return box;
+}
+
+std::optional<SecretString> unseal(SealingKey key, std::string_view context, std::string_view box)
+{
+    if (box.size() < headerSize + tagSize || !box.starts_with(magic)) {
+        return std::nullopt;
+    }
+    const auto ciphertext = box.substr(headerSize, box.size() - headerSize - tagSize);
+    Cipher cipher(key, box.data() + magic.size(), context);
+    SecretString plaintext;
+    plaintext.resize(ciphertext.size());
+    cipher.decrypt(ciphertext, plaintext.data());
+    const auto tag = cipher.tag();
+    if (memeql_sec(tag.data(), box.data() + box.size() - tagSize, tagSize) == 0) {
+        return std::nullopt;
+    }
+    return plaintext;
+}
+
+} // namespace MirrowvaleAuthenticator

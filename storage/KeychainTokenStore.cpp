@@ -1,0 +1,102 @@
+#include "storage/KeychainTokenStore.h"
+
+#include "core/StoredForm.h"
+
+#include <utility>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+SecValue value(std::string_view text)
+{
+    return SecretString(text);
+}
+
+/// What a search found: data, or nothing where there is no such item or it holds none.
+std::optional<SecretString> copyData(SecDictionary query)
+{
+    query[kSecReturnData] = true;
+    query[kSecMatchLimit] = value(kSecMatchLimitOne);
+    SecResult result;
+    const auto status = SecItemCopyMatching(query, result);
+    if (status == errSecItemNotFound) {
+        return std::nullopt;
+    }
+    if (status != errSecSuccess) {
+        throw KeychainTokenStoreError(status);
+    }
+    auto* data = std::get_if<SecretString>(&result);
+    return data == nullptr ? std::nullopt : std::optional(std::move(*data));
+}
+
+SecDictionary itemAttributes(SecretString data)
+{
+    return {{kSecValueData, std::move(data)},
+            {kSecAttrAccessible, value(kSecAttrAccessibleAfterFirstUnlockThisDeviceOnly)}};
+}
+
+OSStatus addItem(SecDictionary query, SecDictionary attributes)
+{
+    attributes.merge(std::move(query));
+    return SecItemAdd(attributes);
+}
+
+} // namespace
+
+KeychainTokenStoreError::KeychainTokenStoreError(OSStatus unexpectedStatus)
+    : LocalizedError("Keychain operation failed with status " + std::to_string(unexpectedStatus) + "."),
+      status(unexpectedStatus)
+{
+}
+
+KeychainTokenStore::KeychainTokenStore(std::string serviceName, std::string accountName)
+    : service(std::move(serviceName)), account(std::move(accountName))
+{
+}
+
+SecDictionary KeychainTokenStore::query(std::string_view accountName) const
+{
+    return {{kSecClass, value(kSecClassGenericPassword)},
+            {kSecAttrService, value(service)},
+            {kSecAttrAccount, value(accountName)}};
+}
+
+std::vector<AuthToken> KeychainTokenStore::load() const
+{
+    const auto data = copyData(query(account));
+    return data ? decodeTokens(*data) : std::vector<AuthToken>();
+}
+
+void KeychainTokenStore::save(const std::vector<AuthToken>& tokens) const
+{
+    auto attributes = itemAttributes(encodeTokens(tokens));
+    auto item = query(account);
+    auto status = SecItemUpdate(item, attributes);
+    if (status == errSecItemNotFound) {
+        status = addItem(std::move(item), std::move(attributes));
+    }
+    if (status != errSecSuccess) {
+        throw KeychainTokenStoreError(status);
+    }
+}
+
+void KeychainTokenStore::setAside() const
+{
+    const auto data = copyData(query(account));
+    if (!data) {
+        return;
+    }
+    for (int number = 1;; ++number) {
+        auto copy = query(account + ".unreadable-" + std::to_string(number));
+        const auto status = addItem(copy, itemAttributes(*data));
+        if (status == errSecSuccess) {
+            return;
+        }
+        if (status != errSecDuplicateItem) {
+            throw KeychainTokenStoreError(status);
+        }
+    }
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "core/AuthToken.h"
+#include "platform/Keychain.h"
+#include "platform/LocalizedError.h"
+
+#include <string>
+#include <vector>
+
+namespace MirrowvaleAuthenticator {
+
+/// A keychain call returned a status that has no meaning of its own here.
+class KeychainTokenStoreError : public LocalizedError {
+public:
+    explicit KeychainTokenStoreError(OSStatus unexpectedStatus);
+
+    OSStatus unexpectedStatus() const { return status; }
+
+private:
+    OSStatus status;
+};
+
+/// The token list as one generic-password item of the credential store; keeps no copy of it.
+class KeychainTokenStore {
+public:
+    KeychainTokenStore(std::string service, std::string account);
+
+    /// The stored list in stored order; empty where there is no item.
+    /// @throws KeychainTokenStoreError  a status other than success and not found
+    /// @throws StoredFormError          the item's data is no stored list; the item stays as it is
+    std::vector<AuthToken> load() const;
+
+    /// Replaces the stored list, creating the item where there is none.
+    /// @throws StoredFormError          before the credential store is touched
+    /// @throws KeychainTokenStoreError  any status other than success
+    void save(const std::vector<AuthToken>& tokens) const;
+
+    /// Copies the item's data, byte for byte, into a new item beside it, under the first free account of
+    /// "<account>.unreadable-1", "<account>.unreadable-2" and so on. No item: nothing to do.
+    /// @throws KeychainTokenStoreError  any status that leaves the copy unmade
+    void setAside() const;
+
+private:
+    SecDictionary query(std::string_view accountName) const;
+
+    std::string service;
+    std::string account;
+};
+
+} // namespace MirrowvaleAuthenticator

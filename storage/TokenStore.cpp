@@ -1,0 +1,110 @@
+#include "storage/TokenStore.h"
+
+#include "core/StoredForm.h"
+#include "platform/LocalizedError.h"
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+/// Orders by issuer as the user's locale does, regardless of case; equal ones stay as they were.
+void sortByIssuer(std::vector<AuthToken>& tokens)
+{
+    if (tokens.size() < 2) {
+        return; // the locale's rules take a while to load
+    }
+    struct Entry {
+        std::string key;
+        std::size_t position;
+    };
+    const LocalizedCaseInsensitiveOrder order;
+    std::vector<Entry> entries;
+    entries.reserve(tokens.size());
+    for (const auto& token : tokens) {
+        entries.push_back({order.sortKey(token.issuer.empty() ? "Token" : token.issuer), entries.size()});
+    }
+    std::ranges::stable_sort(entries, {}, &Entry::key);
+
+    std::vector<AuthToken> sorted;
+    sorted.reserve(tokens.size());
+    for (const auto& entry : entries) {
+        sorted.push_back(std::move(tokens[entry.position]));
+    }
+    tokens = std::move(sorted);
+}
+
+} // namespace
+
+TokenStore::TokenStore() : storage("app.mirrowvale.authenticator.tokens", "vault")
+{
+    load();
+}
+
+void TokenStore::load()
+{
+    std::vector<AuthToken> loaded;
+    std::optional<std::string> failure;
+    loadFailure = nullptr;
+    try {
+        loaded = storage.load();
+        sortByIssuer(loaded);
+    } catch (const std::exception& error) {
+        failure = localizedDescription(error);
+        loadFailure = std::current_exception();
+    }
+    if (failure) {
+        lastError = std::move(failure);
+        tokens = {};
+    } else {
+        tokens = std::move(loaded);
+        lastError = std::nullopt;
+    }
+}
+
+void TokenStore::persist()
+{
+    std::optional<std::string> failure;
+    try {
+        spareUnreadableItem();
+        storage.save(*tokens);
+    } catch (const std::exception& error) {
+        failure = localizedDescription(error);
+    }
+    lastError = std::move(failure);
+}
+
+void TokenStore::spareUnreadableItem()
+{
+    if (!loadFailure) {
+        return;
+    }
+    try {
+        std::rethrow_exception(loadFailure);
+    } catch (const StoredFormError&) {
+        storage.setAside();
+    } catch (const KeychainTokenStoreError& error) {
+        if (error.unexpectedStatus() != errSecDecode) {
+            throw;
+        }
+        // The credential store keeps what it cannot open itself, under another name, when it is replaced.
+    }
+    loadFailure = nullptr;
+}
+
+void TokenStore::advanceCounter(const AuthToken& token)
+{
+    const auto found = std::ranges::find(*tokens, token.id, &AuthToken::id);
+    if (found == tokens->end() || found->counter == std::numeric_limits<std::uint64_t>::max()) {
+        return;
+    }
+    const auto position = found - tokens->begin();
+    tokens.modify([&](auto& list) { ++list[static_cast<std::size_t>(position)].counter; });
+    persist();
+}
+
+} // namespace MirrowvaleAuthenticator

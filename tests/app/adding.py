@@ -1,0 +1,117 @@
+"""Adding tokens through the sheet: by URI, by hand, by pointer and by keyboard."""
+
+from harness import WindowTest, drag, key, main, typeText
+
+secretField = "password text"  # a masked field tells its role alone
+sha1Key = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"
+sha256Key = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQGEZA"
+
+
+class AddingTest(WindowTest):
+    def testByPastedURI(self):
+        self.start()
+        self.find("No tokens yet")
+        self.openSheet()
+        self.fill("otpauth:// URI", f"otpauth://totp/Acme:alice?secret={sha256Key}&algorithm=SHA256&digits=8\n")
+        self.find("Import URI").click()
+        self.gone("Cancel")
+        for text in ("Acme", "alice", "46119246", "1s"):
+            self.find(text)
+        self.assertNotIn("No tokens yet", self.texts())
+
+        self.setClock(1111111105)
+        for text in ("68084774", "5s"):
+            self.find(text)
+        self.openSheet()
+        self.setClock(2000000000)
+        self.find("90698825")  # ticks behind the sheet
+        title = self.find("Add token", lambda element: element.role == "heading")
+        drag(title.x, title.y, title.x, title.y + 500)
+        self.gone("Cancel")
+
+    def testByKeyboard(self):
+        self.start()
+        self.tabTo("Add token")
+        key("space")
+        self.until(lambda: self.find("otpauth:// URI").focused)
+        typeText(f"otpauth://hotp/Acme:bob?secret={sha1Key}&counter=7")
+        self.tabTo("Import URI")
+        key("Return")
+        self.gone("Cancel")
+        self.find("162 583")
+        self.tabTo("Next")
+        key("space")
+        self.find("399 871")
+        self.tabTo("Add token")
+        key("Return")
+        self.still("Cancel")
+        key("Escape")
+        self.gone("Cancel")
+
+    def tabTo(self, name):
+        """Presses Tab until the focus has come to an element."""
+        for _ in range(20):
+            if self.find(name).focused:
+                return
+            key("Tab")
+        self.fail(f"Tab does not lead to {name!r}")
+
+    def testByHand(self):
+        self.start()
+        self.openSheet()
+        self.find("Issuer").click()
+        typeText("  Acme Inc ")
+        self.find(secretField).click()
+        typeText("gezd gnbv gy3t qojq gezd gnbv gy3t qojq")
+        for digits in ("Digits: 7", "Digits: 8"):
+            self.stepUp("Digits: ")
+            self.find(digits)
+        self.stepUp("Period: ")
+        self.find("Period: 35s")
+        self.assertNotIn("gezd", " ".join(self.texts()))
+        self.find("Save").click()
+        self.gone("Cancel")
+        for text in ("Acme Inc", "Account", "94287082", "11s"):
+            self.find(text)
+
+    def stepUp(self, label):
+        """Presses the "+" of the stepper that a label names."""
+        row = self.until(lambda: next((e for e in self.elements() if e.text.startswith(label)), None))
+        self.find("Increment", lambda e: abs(e.y - row.y) < 30).click()
+
+    def testMessagesAndFreshSheet(self):
+        byURI, byHand = ("otpauth:// URI", "Import URI"), (secretField, "Save")
+        self.start()
+        self.openSheet()
+        for (field, button), text, message in (
+                (byURI, "otp://totp/x?secret=GE", "Enter a valid otpauth:// URI."),
+                (byURI, "otpauth://totp/x?issuer=Acme", "The otpauth URI does not contain a secret."),
+                (byURI, "otpauth://push/x?secret=GE", "Only TOTP and HOTP otpauth URIs are supported."),
+                (byURI, "otpauth://totp/x?secret=GE&digits=9", "Only 6, 7, and 8 digit OTP codes are supported."),
+                (byURI, "otpauth://totp/x?secret=GE!", "Invalid Base32 character: !"),
+                (byURI, "otpauth://hotp/x?secret=A", "The token secret is not valid Base32."),
+                (byHand, "abc1", "Invalid Base32 character: 1"),
+                (byHand, "====", "The token secret is not valid Base32.")):
+            with self.subTest(text=text):
+                self.fill(field, text)
+                self.find(button).click()
+                self.find(message)
+        self.stepUp("Digits: ")
+        self.find("Digits: 7")
+        self.closeSheet()
+        self.find("No tokens yet")
+
+        self.openSheet()
+        for button in ("Import URI", "Save"):
+            self.find(button).click()  # disabled: brings no message
+        for text in ("Digits: 6", "Period: 30s"):
+            self.find(text)
+        self.stepUp("Period: ")
+        self.find("Period: 35s")
+        self.assertNotIn("alert", [element.role for element in self.elements()])
+        for field in ("otpauth:// URI", "Issuer", "Account", secretField):
+            self.assertEqual(self.find(field).length(), 0, field)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,250 @@
+"""Drives the real application in a real window: an X display, a session bus and a home of its own, pointer and
+keyboard through the display, and what stands on screen read as a screen reader reads it."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+application = None  # the program under test
+pictures = None  # where a failed wait leaves what was on screen
+patience = 20.0  # seconds until a condition that does not come true counts as failed
+
+
+def main():
+    """Runs the calling file's tests: PROGRAM PICTURE-FOLDER [unittest's arguments]. The tests need a display
+    and a bus from their first import on, so the file starts itself anew once both are there."""
+    global application, pictures
+    if "MIRROWVALE_TEST_HOME" in os.environ:
+        application, pictures = (pathlib.Path(text).resolve() for text in sys.argv[1:3])
+        unittest.main(argv=[sys.argv[0], *sys.argv[3:]], verbosity=2)
+    with tempfile.TemporaryDirectory() as home:
+        reading, writing = os.pipe()
+        display = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "600x1000x24", "-nolisten", "tcp"],
+            pass_fds=[writing], stderr=subprocess.DEVNULL)
+        os.close(writing)
+        try:
+            number = os.read(reading, 16).decode().strip()
+            environment = {name: value for name, value in os.environ.items()
+                           if name in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
+            environment.update(DISPLAY=":" + number, LANG="C.UTF-8", TZ="UTC", XDG_RUNTIME_DIR=home, HOME=home,
+                               MIRROWVALE_TEST_HOME=home, PYTHONDONTWRITEBYTECODE="1")
+            sys.exit(subprocess.run(["dbus-run-session", "--", sys.executable, *sys.argv], env=environment,
+                                    stdin=subprocess.DEVNULL).returncode)
+        finally:
+            display.terminate()
+            display.wait()
+
+
+if "MIRROWVALE_TEST_HOME" in os.environ:
+    import gi
+    gi.require_version("Atspi", "2.0")
+    from gi.repository import Atspi, GLib
+
+    desktop = Atspi.get_desktop(0)  # brings the accessibility bus up before the application looks for it
+    desktop.set_cache_mask(Atspi.Cache.NONE)
+
+
+def xdotool(*words):
+    return subprocess.run(["xdotool", *map(str, words)], check=True, capture_output=True, text=True).stdout.strip()
+
+
+def key(*names):
+    xdotool("key", *names)
+
+
+def typeText(text):
+    xdotool("type", "--delay", "2", text)
+
+
+def clipboard():
+    return subprocess.run(["xclip", "-selection", "clipboard", "-o"], capture_output=True, text=True).stdout
+
+
+def setClipboard(text):
+    subprocess.run(["xclip", "-selection", "clipboard", "-i"], input=text, text=True, check=True,
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+
+def click(x, y):
+    xdotool("mousemove", x, y, "click", 1)
+
+
+def drag(x, y, toX, toY, steps=12):
+    """Moves the pressed pointer evenly, as a finger would, and rests before letting go."""
+    words = ["mousemove", x, y, "mousedown", 1]
+    for step in range(1, steps + 1):
+        words += ["mousemove", x + (toX - x) * step // steps, y + (toY - y) * step // steps, "sleep", "0.015"]
+    xdotool(*words, "sleep", "0.1", "mouseup", 1)
+
+
+def end(process):
+    process.terminate()
+    process.wait()
+
+
+class Element:
+    """What stood on screen under a name when it was looked at."""
+
+    def __init__(self, accessible, text, box, states):
+        self.accessible, self.text, self.states = accessible, text, states
+        self.role = accessible.get_role_name()
+        self.left, self.top, self.width, self.height = box
+        self.x, self.y = self.left + self.width // 2, self.top + self.height // 2
+
+    @property
+    def focused(self):
+        return self.states.contains(Atspi.StateType.FOCUSED)
+
+    def length(self):
+        """How many characters stand in a field."""
+        return Atspi.Text.get_character_count(self.accessible)
+
+    def click(self):
+        click(self.x, self.y)
+
+
+def walk(accessible):
+    yield accessible
+    for index in range(accessible.get_child_count()):
+        child = accessible.get_child_at_index(index)
+        if child is not None:
+            yield from walk(child)
+
+
+def describe(accessible):
+    """An element of what can be seen of an accessible, or none. What tells no name is known by its role."""
+    states = accessible.get_state_set()
+    if not states.contains(Atspi.StateType.SHOWING):
+        return None
+    box = accessible.get_extents(Atspi.CoordType.SCREEN)
+    return Element(accessible, accessible.get_name() or accessible.get_role_name(),
+                   (box.x, box.y, box.width, box.height), states)
+
+
+class WindowTest(unittest.TestCase):
+    """A test with one home, one clock and one application at a time."""
+
+    def setUp(self):
+        self.home = pathlib.Path(tempfile.mkdtemp(dir=os.environ["MIRROWVALE_TEST_HOME"]))
+        self.addCleanup(shutil.rmtree, self.home)
+        self.process = None
+        self.addCleanup(self.stop)
+        self.setClock(59)
+
+    def setClock(self, seconds):
+        """Holds the application's clock at so many seconds after 1970."""
+        clock = self.home / "clock"
+        fresh = self.home / "clock.new"
+        fresh.write_text(time.strftime("%Y-%m-%d %H:%M:%S\n", time.gmtime(seconds)))
+        fresh.rename(clock)
+
+    def environment(self, home):
+        runtime = home / "runtime"
+        runtime.mkdir(mode=0o700, parents=True, exist_ok=True)
+        library, = pathlib.Path("/usr/lib").glob("*/faketime/libfaketimeMT.so.1")
+        return {**os.environ, "HOME": str(home), "XDG_DATA_HOME": str(home / "data"),
+                "XDG_STATE_HOME": str(home / "state"), "XDG_CACHE_HOME": str(home / "cache"),
+                "XDG_CONFIG_HOME": str(home / "config"), "XDG_RUNTIME_DIR": str(runtime),
+                "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_QPA_PLATFORM": "xcb", "QT_QUICK_BACKEND": "software",
+                "LD_PRELOAD": str(library), "FAKETIME_TIMESTAMP_FILE": str(self.home / "clock"),
+                "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1", "NO_FAKE_STAT": "1"}
+
+    def start(self):
+        """Starts the application and waits until its window stands and has the keyboard."""
+        self.process = subprocess.Popen([application], env=self.environment(self.home))
+        self.find("Add token")
+        self.window = self.until(lambda: self.windowOf(self.process))
+        xdotool("windowfocus", "--sync", self.window)
+
+    def windowOf(self, process):
+        return xdotool("search", "--onlyvisible", "--pid", process.pid).split()[0]
+
+    def stop(self):
+        """Ends the application as the desktop would; what it has to keep it has kept already."""
+        if self.process:
+            end(self.process)
+            self.process = None
+
+    def restart(self):
+        self.stop()
+        self.start()
+
+    def until(self, condition, message=None):
+        """Waits for a condition and returns what it gave; on failure, the screen is kept as a picture."""
+        end = time.monotonic() + patience
+        while True:
+            result = None
+            try:
+                result = condition()
+            except (GLib.Error, subprocess.CalledProcessError):
+                pass  # what was being looked at went away meanwhile
+            if result:
+                return result
+            if self.process and self.process.poll() is not None:
+                self.fail(f"the application ended with status {self.process.returncode}")
+            if time.monotonic() > end:
+                pictures.mkdir(parents=True, exist_ok=True)
+                picture = pictures / (self.id().rpartition("__main__.")[2] + ".png")
+                subprocess.run(["import", "-window", "root", str(picture)], check=False)
+                self.fail(f"{message() if message else 'not in time'}; see {picture}")
+            time.sleep(0.03)
+
+    def elements(self):
+        """Everything on screen, from top to bottom."""
+        return self.until(lambda: sorted(filter(None, map(describe, self.accessibles())), key=lambda e: e.y))
+
+    def accessibles(self):
+        for index in range(desktop.get_child_count()):
+            program = desktop.get_child_at_index(index)
+            if program and program.get_process_id() == self.process.pid:
+                yield from walk(program)
+
+    def texts(self):
+        return [element.text for element in self.elements()]
+
+    def find(self, text, where=lambda element: True):
+        """Waits for a text on screen; `where` may choose among several."""
+        return self.until(lambda: next((e for e in self.elements() if e.text == text and where(e)), None),
+                          lambda: f"{text!r} is not among {self.texts()}")
+
+    def gone(self, text):
+        self.until(lambda: text not in self.texts(), lambda: f"{text!r} is still there")
+
+    def still(self, text):
+        """Waits for a text that has come to rest, after a slide or a swipe, and can be pressed."""
+        seen = []
+
+        def resting():
+            element = self.find(text)
+            seen.append((element.left, element.top))
+            return element if len(seen) > 2 and len(set(seen[-3:])) == 1 else None
+        return self.until(resting)
+
+    def openSheet(self):
+        self.find("Add token").click()
+        self.still("Cancel")
+
+    def closeSheet(self):
+        self.still("Cancel").click()
+        self.gone("Cancel")
+
+    def fill(self, name, text):
+        """Replaces what stands in a field."""
+        self.find(name).click()
+        key("ctrl+a", "BackSpace")
+        setClipboard(text)
+        key("ctrl+v")
+        self.until(lambda: self.find(name).length() > 0)
+
+    def add(self, uri):
+        """Adds a token by its URI and waits until the list is back."""
+        self.openSheet()
+        self.fill("otpauth:// URI", uri)
+        self.find("Import URI").click()
+        self.gone("Cancel")

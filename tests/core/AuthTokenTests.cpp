@@ -1,0 +1,66 @@
+#include "core/AuthToken.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace MirrowvaleAuthenticator {
+
+TEST(AuthToken, isEqualFieldByFieldWithTextsByCanonicalEquivalence)
+{
+    AuthToken token{UUID::random(),
+                    AuthToken::Kind::totp,
+                    "Café",
+                    "Ångström",
+                    "ABCK",
+                    AuthToken::Algorithm::sha256,
+                    6,
+                    30,
+                    5,
+                    Date::fromSecondsSinceReferenceDate(1.5)};
+    EXPECT_EQ(token, AuthToken(token));
+
+    auto decomposed = token;
+    decomposed.issuer = "Cafe\u0301";
+    decomposed.account = "\u212Bngstro\u0308m";
+    decomposed.secretBase32 = "ABC\u212A";
+    EXPECT_EQ(token, decomposed);
+
+    const std::function<void(AuthToken&)> changes[] = {
+        [](auto& changed) { changed.id.bytes[15] ^= 1; },
+        [](auto& changed) { changed.kind = AuthToken::Kind::hotp; },
+        [](auto& changed) { changed.issuer = "café"; },
+        [](auto& changed) { changed.account += ' '; },
+        [](auto& changed) { changed.secretBase32 = "abck"; },
+        [](auto& changed) { changed.algorithm = AuthToken::Algorithm::sha512; },
+        [](auto& changed) { changed.digits = 8; },
+        [](auto& changed) { changed.period = 31; },
+        [](auto& changed) { changed.counter = 6; },
+        [](auto& changed) { changed.createdAt = Date::fromSecondsSinceReferenceDate(1.5000000000000002); }};
+    for (std::size_t field = 0; field < std::size(changes); ++field) {
+        auto changed = token;
+        changes[field](changed);
+        EXPECT_FALSE(token == changed) << "field " << field;
+    }
+}
+
+TEST(AuthToken, rawValuesAreTheOnlyTextualForm)
+{
+    EXPECT_EQ(rawValue(allKinds[0]), "totp");
+    EXPECT_EQ(rawValue(allKinds[1]), "hotp");
+    EXPECT_EQ(rawValue(allAlgorithms[0]), "SHA1");
+    EXPECT_EQ(rawValue(allAlgorithms[1]), "SHA256");
+    EXPECT_EQ(rawValue(allAlgorithms[2]), "SHA512");
+    for (const auto kind : allKinds) {
+        EXPECT_EQ(kindFromRawValue(rawValue(kind)), kind);
+    }
+    for (const auto algorithm : allAlgorithms) {
+        EXPECT_EQ(algorithmFromRawValue(rawValue(algorithm)), algorithm);
+    }
+    for (const auto* text :
+         {"", "TOTP", "Totp", " totp", "totp ", "hotpx", "hot", "sha1", "SHA-1", "SHA1 ", "SHA"}) {
+        EXPECT_FALSE(kindFromRawValue(text).has_value()) << text;
+        EXPECT_FALSE(algorithmFromRawValue(text).has_value()) << text;
+    }
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,257 @@
+#include "core/OTPAuthURI.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+using namespace std::string_literals;
+using Algorithm = AuthToken::Algorithm;
+using Kind = AuthToken::Kind;
+
+constexpr auto invalidURL = "Enter a valid otpauth:// URI.";
+constexpr auto missingSecret = "The otpauth URI does not contain a secret.";
+constexpr auto unsupportedType = "Only TOTP and HOTP otpauth URIs are supported.";
+
+/// The message of the parse's failure, or nothing.
+std::string failure(std::string_view uri)
+{
+    try {
+        parseOTPAuthURI(uri);
+        return {};
+    } catch (const OTPAuthParserError& error) {
+        return error.errorDescription();
+    }
+}
+
+} // namespace
+
+TEST(OTPAuthURI, takesEveryFieldFromTheURI)
+{
+    const auto before = Date::now().secondsSince1970();
+    const auto token = parseOTPAuthURI(
+        "otpauth://HoTp/"
+        "Old:bob?secret=ab%20c&issuer=New&algorithm=sha512&digits=8&period=60&counter=9&image=x");
+    const auto after = Date::now().secondsSince1970();
+    EXPECT_EQ(token.kind, Kind::hotp);
+    EXPECT_EQ(token.issuer, "New");
+    EXPECT_EQ(token.account, "bob");
+    EXPECT_EQ(token.secretBase32, "ABC");
+    EXPECT_EQ(token.algorithm, Algorithm::sha512);
+    EXPECT_EQ(token.digits, 8);
+    EXPECT_EQ(token.period, 60);
+    EXPECT_EQ(token.counter, 9U);
+    EXPECT_GE(token.createdAt.secondsSince1970(), before);
+    EXPECT_LE(token.createdAt.secondsSince1970(), after);
+
+    const auto plain = parseOTPAuthURI("otpauth://totp?secret=X");
+    EXPECT_EQ(plain.kind, Kind::totp);
+    EXPECT_EQ(plain.issuer, "");
+    EXPECT_EQ(plain.account, "");
+    EXPECT_EQ(plain.algorithm, Algorithm::sha1);
+    EXPECT_EQ(plain.digits, 6);
+    EXPECT_EQ(plain.period, 30);
+    EXPECT_EQ(plain.counter, 0U);
+    EXPECT_FALSE(plain.id == token.id);
+}
+
+TEST(OTPAuthURI, acceptsSchemeTypeAndNamesInAnyCase)
+{
+    // clang-format off
+    const struct { std::string_view uri; Kind kind; } table[] = {
+        {"otpauth://TOTP/x?secret=S", Kind::totp}, {"OTPAUTH://totp/x?SECRET=S", Kind::totp},
+        {"OtpAuth://HOTP/x?Secret=S", Kind::hotp},
+        {"otpauth://u:p@hotp:99/x?secret=S#secret=T", Kind::hotp},
+        {"otpauth://:@totp:/x?%73ecret=S", Kind::totp}, {"otpauth://totp/x?&&secret=S&&", Kind::totp},
+        {"otpauth://totp/x?a=1&secret=S&b&c=", Kind::totp},
+    };
+    // clang-format on
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.uri);
+        ASSERT_EQ(failure(row.uri), "");
+        EXPECT_EQ(parseOTPAuthURI(row.uri).kind, row.kind);
+        EXPECT_EQ(parseOTPAuthURI(row.uri).secretBase32, "S");
+    }
+}
+
+TEST(OTPAuthURI, splitsTheLabelAndPrefersTheIssuerParameter)
+{
+    // clang-format off
+    const struct { std::string label, parameters, issuer, account; } table[] = {
+        {"/Acme:alice", "", "Acme", "alice"}, {"/Old:bob", "&issuer=New", "New", "bob"},
+        {"/Old:bob", "&issuer=", "", "bob"}, {"/Old:bob", "&issuer", "", "bob"},
+        {"/Old:bob", "&ISSUER=%C2%A0New%20Co%E3%80%80%0A", "New Co", "bob"},
+        {"/Old:bob", "&issuer=A+B", "A+B", "bob"}, {"/bob", "&issuer=%3Cb%3E%251", "<b>%1", "bob"},
+        {"/carol", "", "", "carol"}, {"", "", "", ""}, {"/", "", "", ""},
+        {"/:Acme:alice", "", "Acme", "alice"}, {"/:::Acme:alice", "", "Acme", "alice"},
+        {"/Acme:", "", "", "Acme:"}, {"/:Acme:", "", "", ":Acme:"}, {"/:alice", "", "", ":alice"},
+        {"/:", "", "", ":"}, {"/Acme::alice", "", "Acme", ":alice"}, {"/Acme::", "", "Acme", ":"},
+        {"/a:b:c", "", "a", "b:c"}, {"/a:b:c", "&issuer=I", "I", "b:c"},
+        {"/Acme:", "&issuer=I", "I", "Acme:"}, {"/Acme:%20alice%20", "", "Acme", "alice"},
+        {"/%20Acme%09:%E2%80%A8alice%C2%85", "", "Acme", "alice"}, {"/%20:alice", "", "", "alice"},
+        {"/Acme:%20", "", "Acme", ""}, {"/in%20ner:a%20%20b", "", "in ner", "a  b"},
+        {"/Acme%3Aalice", "", "Acme", "alice"}, {"/Acme%253Aalice", "", "Acme", "alice"},
+        {"/Acme%25253Aalice", "", "", "Acme%3Aalice"}, {"/100%25", "", "", "100%"},
+        {"/a%253", "", "", "a%3"}, {"/%25FF:a", "", "%FF", "a"}, {"/%25C3%25A9", "", "", "é"},
+        {"/A%CC%8A", "", "", "A\u030A"}, {"/Acme:%CC%81alice", "", "", "Acme:\u0301alice"},
+        {"/Acme:%CC%81b:alice", "", "Acme:\u0301b", "alice"}, {"/Acme%0D:%0Aalice", "", "Acme", "alice"},
+        {"//a/b//", "", "", "a/b"}, {"/%2Fa%2F", "", "", "a"}, {"/%252Fa", "", "", "/a"},
+        {"/a+b:c+d", "", "a+b", "c+d"},
+    };
+    // clang-format on
+    for (const auto& row : table) {
+        const auto uri = "otpauth://totp" + row.label + "?secret=X" + row.parameters;
+        SCOPED_TRACE(uri);
+        ASSERT_EQ(failure(uri), "");
+        const auto token = parseOTPAuthURI(uri);
+        EXPECT_EQ(token.issuer, row.issuer);
+        EXPECT_EQ(token.account, row.account);
+    }
+}
+
+TEST(OTPAuthURI, upperCasesTheSecretAndRemovesPlainSpacesOnly)
+{
+    // clang-format off
+    const std::pair<std::string, std::string> table[] = {
+        {"abcd%20efgh", "ABCDEFGH"}, {"%20", ""}, {"a%09b%0D%0A", "A\tB\r\n"}, {"a%C2%A0b", "A\u00A0B"},
+        {"%C3%9F", "SS"}, {"AB=CD==", "AB=CD=="}, {"a+b?/:@", "A+B?/:@"}, {"1-8", "1-8"}, {"i%C4%B1", "II"},
+        {"%2520", "%20"}, {"%00", "\0"s},
+    };
+    // clang-format on
+    for (const auto& [written, secret] : table) {
+        EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=" + written).secretBase32, secret) << written;
+    }
+}
+
+TEST(OTPAuthURI, readsTheAlgorithmOrFallsBack)
+{
+    const std::pair<std::string, Algorithm> table[] = {
+        {"SHA1", Algorithm::sha1},      {"sha256", Algorithm::sha256},
+        {"Sha512", Algorithm::sha512},  {"MD5", Algorithm::sha1},
+        {"", Algorithm::sha1},          {"SHA-256", Algorithm::sha1},
+        {"%20SHA256", Algorithm::sha1}, {"%C5%BFha256", Algorithm::sha256},
+        {"SHA256%00", Algorithm::sha1}};
+    for (const auto& [written, algorithm] : table) {
+        EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=X&algorithm=" + written).algorithm, algorithm)
+            << written;
+    }
+    EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=X&algorithm").algorithm, Algorithm::sha1);
+}
+
+TEST(OTPAuthURI, readsNumbersOrFallsBack)
+{
+    constexpr auto smallest = std::numeric_limits<std::int64_t>::min();
+    constexpr auto largest = std::numeric_limits<std::int64_t>::max();
+    constexpr std::int64_t none = -424242;
+    const std::string zeros(100'000, '0');
+    // clang-format off
+    const std::pair<std::string, std::int64_t> signedTable[] = {
+        {"8", 8}, {"+8", 8}, {"-7", -7}, {"-0", 0}, {"007", 7}, {"10", 10}, {zeros + "9", 9},
+        {"9223372036854775807", largest}, {"-9223372036854775808", smallest}, {"9223372036854775808", none},
+        {"-9223372036854775809", none}, {"99999999999999999999999", none},
+        {zeros.substr(0, 99) + "8" + zeros, none}, {"eight", none}, {"", none}, {"+", none}, {"-", none},
+        {"+-8", none}, {"--8", none}, {"%208", none}, {"8%20", none}, {"8.0", none}, {"0x8", none},
+        {"8e0", none}, {"8_0", none}, {"%EF%BC%98", none}, {"8%00", none}, {"8%CC%81", none},
+    };
+    // clang-format on
+    for (const auto& [written, value] : signedTable) {
+        SCOPED_TRACE(written.substr(0, 100));
+        const auto token =
+            parseOTPAuthURI("otpauth://totp/x?secret=X&digits=" + written + "&period=" + written);
+        EXPECT_EQ(token.digits, value == none ? 6 : value);
+        EXPECT_EQ(token.period, value == none ? 30 : value);
+    }
+    // clang-format off
+    const std::pair<std::string, std::uint64_t> counterTable[] = {
+        {"5", 5}, {"+5", 5}, {"-0", 0}, {"-000", 0}, {"-3", 0}, {"-", 0}, {"", 0}, {"5x", 0}, {"%205", 0},
+        {"5.5", 0}, {"+-5", 0}, {zeros + "7", 7}, {"18446744073709551615", 18446744073709551615U},
+        {"18446744073709551616", 0}, {"18446744073709551625", 0}, {"184467440737095516150", 0},
+        {"9223372036854775808", 9223372036854775808U}, {"-18446744073709551616", 0},
+    };
+    // clang-format on
+    for (const auto& [written, value] : counterTable) {
+        SCOPED_TRACE(written.substr(0, 100));
+        EXPECT_EQ(parseOTPAuthURI("otpauth://hotp/x?secret=X&counter=" + written).counter, value);
+    }
+}
+
+TEST(OTPAuthURI, failsWithTheFirstCheckThatFails)
+{
+    // clang-format off
+    const std::pair<const char*, std::vector<std::string>> refusals[] = {
+        {invalidURL, {
+            "", "totp/x?secret=X", "//totp/x?secret=X", "otp://totp/x?secret=X", "otpauths://push/x",
+            " otpauth://totp/x?secret=X", "otpauth://totp/x?secret=X\n", "otpauth://totp/a b?secret=X",
+            "otpauth://totp/é?secret=X", "otpauth://totp/x?secret=X|", "otpauth://totp/x?secret=X#a#b",
+            "otpauth://totp/x?secret=X\0"s, "otpauth://totp/100%?secret=X", "otpauth://totp/%FF?secret=X",
+            "otpauth://totp/x?secret=%zz", "otpauth://totp/x?secret=X&a=%C3",
+            "otpauth://totp/x?secret=X&%ED%A0%80=1", "otpauth://push/%FF",
+            "otpauth://totp/x?secret=X&secret=Y", "otpauth://totp/x?secret=X&secret=X",
+            "otpauth://totp/x?secret=X&Secret", "otpauth://totp/x?secret=X&%53ECRET=Y",
+            "otpauth://totp/x?secret=X&a=1&A=2", "otpauth://totp/x?a=1&a=2",
+            "otpauth://totp/x?secret=X&%C3%A9=1&%C3%89=2", "otpauth://totp/x?secret=X&%C3%A9=1&e%CC%81=2",
+            "otpauth://totp/x?secret=X&k=1&%E2%84%AA=2",
+        }},
+        {unsupportedType, {
+            "otpauth:", "otpauth:totp?secret=X", "otpauth:/totp/x?secret=X", "otpauth:///totp?secret=X",
+            "otpauth://push/x?secret=X", "otpauth://push/x", "otpauth://totp./x?secret=X",
+            "otpauth://totp@x/x?secret=X", "otpauth://[::1]/x?secret=X",
+            "otpauth://push/x?secret=X&secret=Y",
+        }},
+        {missingSecret, {
+            "otpauth://totp", "otpauth://totp/x?", "otpauth://totp/x?secret=", "otpauth://totp/x?secret",
+            "otpauth://totp/x?secrets=X&%20secret=X", "otpauth://totp/x?%C5%BFecret=X",
+            "otpauth://totp/x#secret=X",
+        }},
+    };
+    // clang-format on
+    for (const auto& [message, uris] : refusals) {
+        for (const auto& uri : uris) {
+            EXPECT_EQ(failure(uri), message) << uri;
+        }
+    }
+}
+
+TEST(OTPAuthURI, answersTextsOfAMegabyteWhateverTheyHold)
+{
+    const auto megabyte = [](std::string_view piece) {
+        std::string text;
+        text.reserve(1'000'000 + piece.size());
+        while (text.size() < 1'000'000) {
+            text += piece;
+        }
+        return text;
+    };
+    const char* pieces[] = {"a", ":", "/", "%25", "%CC%81", "%0D%0A", "%FF",
+                            "%", "&", "=", "?",   "@",      "[",      "é"};
+    // clang-format off
+    const std::pair<const char*, const char*> places[] = {
+        {"", ""}, {"otpauth://", "/x?secret=X"}, {"otpauth://totp:", "/x?secret=X"},
+        {"otpauth://totp/", "?secret=X"}, {"otpauth://totp/x?secret=", "&issuer=b"},
+        {"otpauth://totp/x?secret=X&", ""}, {"otpauth://totp/x?secret=X&digits=", "&counter=1"},
+        {"otpauth://totp/x?secret=X#", ""},
+    };
+    // clang-format on
+    for (const auto* piece : pieces) {
+        const auto filling = megabyte(piece);
+        for (const auto& [before, after] : places) {
+            SCOPED_TRACE(before + "…"s + piece + "…" + after);
+            EXPECT_NO_THROW(failure(before + filling + after));
+        }
+    }
+    EXPECT_EQ(parseOTPAuthURI("otpauth://totp/" + megabyte(":") + "a:b?secret=X").issuer, "a");
+    EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=" + megabyte("a%20")).secretBase32.size(), 250'000U);
+    EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=X&" + megabyte("&")).secretBase32, "X");
+    EXPECT_EQ(failure("otpauth://totp/x?secret=X&" + megabyte("a=&")), invalidURL);
+
+    std::string manyNames = "otpauth://totp/x?secret=X";
+    for (int number = 0; number < 100'000; ++number) {
+        manyNames += "&n" + std::to_string(number);
+    }
+    EXPECT_EQ(failure(manyNames), "");
+    EXPECT_EQ(failure(manyNames + "&N99999"), invalidURL);
+}
+
+} // namespace MirrowvaleAuthenticator

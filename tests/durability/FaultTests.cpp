@@ -1,0 +1,289 @@
+#include "tests/durability/SystemCallTap.h"
+#include "tests/durability/Vault.h"
+
+#include <gtest/gtest.h>
+#include <iostream>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+/// What a call may fail with.
+constexpr std::pair<int, OSStatus> errors[] = {
+    {EIO, errSecIO},       {ENOSPC, errSecDiskFull}, {EDQUOT, errSecDiskFull},
+    {EPERM, errSecWrPerm}, {EMFILE, errSecAllocate}, {ENFILE, errSecAllocate},
+};
+
+fs::path moved(const fs::path& path)
+{
+    return path.string() + ".moved";
+}
+
+/// What may lie in the place of a file or folder, which was moved.
+struct Impostor {
+    const char* name;
+    OSStatus status; ///< of loads and saves
+    bool (*put)(const fs::path& path); ///< false where this user cannot make it
+    bool isFile = false; ///< in a file's place only
+};
+
+const Impostor impostors[] = {
+    {"a symbolic link", errSecIO,
+     [](const fs::path& path) { return symlink(moved(path).c_str(), path.c_str()) == 0; }},
+    {"a pipe", errSecIO, [](const fs::path& path) { return mkfifo(path.c_str(), 0600) == 0; }},
+    {"another user's", errSecWrPerm,
+     [](const fs::path& path) {
+         fs::copy(moved(path), path);
+         return chown(path.c_str(), geteuid() + 1, getegid()) == 0;
+     }},
+    {"a folder", errSecIO, [](const fs::path& path) { return fs::create_directory(path); }, true},
+    {"larger than any memory", errSecAllocate,
+     [](const fs::path& path) {
+         overwrite(path, "");
+         return truncate(path.c_str(), std::int64_t(1) << 40) == 0;
+     },
+     true},
+};
+
+/// Runs checks in a process of its own, which may change its limits and mounts; false where they fail.
+bool passesApart(const std::function<void()>& checks)
+{
+    std::cout.flush();
+    const auto child = fork();
+    if (child == 0) {
+        checks();
+        std::cout.flush();
+        _exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = 0;
+    return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+/// Gives this process a small disk of its own at a folder.
+bool mountSmallDisk(const fs::path& folder)
+{
+    const auto mapToSelf = [](auto id) { return std::to_string(id) + " " + std::to_string(id) + " 1"; };
+    const auto users = mapToSelf(geteuid());
+    const auto groups = mapToSelf(getegid());
+    if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
+        return false;
+    }
+    overwrite("/proc/self/setgroups", "deny");
+    overwrite("/proc/self/uid_map", users);
+    overwrite("/proc/self/gid_map", groups);
+    return mount("small", folder.c_str(), "tmpfs", 0, "size=64k,mode=0700") == 0;
+}
+
+/// A save of list 12 fails with its status and keeps it in memory, and the old list on disk.
+void expectRefusal(TokenStore& store, const Vault& vault, OSStatus status)
+{
+    const auto before = contents(vault.item);
+    EXPECT_EQ(Vault::save(store, 12), statusMessage(status));
+    EXPECT_EQ(nameOf(*store.tokens), listName(12));
+    EXPECT_EQ(contents(vault.item), before);
+}
+
+} // namespace
+
+TEST(Fault, InAPlaceGivesItsStatusAndSpoilsNothing)
+{
+    for (const auto& impostor : impostors) {
+        const Vault vault;
+        const SystemCallTap unflushed;
+        for (const auto& path : {vault.item, vault.key, vault.home.data(), vault.home.state()}) {
+            SCOPED_TRACE(impostor.name + (" in the place of " + path.string()));
+            ASSERT_EQ(Vault::save(1), "");
+            TokenStore running;
+            if (impostor.isFile && fs::is_directory(path)) {
+                continue;
+            }
+            fs::rename(path, moved(path));
+            if (impostor.put(path)) {
+                const auto message = statusMessage(impostor.status);
+                EXPECT_EQ(Vault::save(running, 2), message);
+                EXPECT_EQ(nameOf(*running.tokens), listName(2));
+                EXPECT_EQ(Vault::found(), message);
+                EXPECT_EQ(Vault::save(3), message);
+            } else {
+                std::cout << "this user cannot make: " << impostor.name << "\n";
+            }
+            fs::remove_all(path);
+            fs::rename(moved(path), path);
+            EXPECT_EQ(Vault::found(), listName(1));
+            EXPECT_EQ(vault.files().size(), 2U);
+            running.persist();
+            EXPECT_EQ(Vault::found(), nameOf(*running.tokens));
+        }
+    }
+}
+
+TEST(Fault, OfAnyCallDuringASaveLeavesTheOldOrTheNewList)
+{
+    std::size_t count = 0;
+    const auto rounds = static_cast<std::size_t>(amount("MIRROWVALE_ERRORS", 1));
+    for (std::size_t variant = 0; variant < 2 * rounds * std::size(starts); ++variant) {
+        const auto& start = starts[variant / 2 % std::size(starts)];
+        const bool stays = variant % 2 == 1; // later calls fail too
+        bool isReached = true;
+        for (std::size_t faulty = 0; isReached; ++faulty, ++count) {
+            const auto [error, status] = errors[(variant / 12 + faulty) % std::size(errors)];
+            SCOPED_TRACE(std::string(start.name) + ", errno " + std::to_string(error) + " in call "
+                         + std::to_string(faulty) + (stays ? " and later" : ""));
+            const Vault vault;
+            SystemCallTap tap;
+            const auto treasures = start.make(vault);
+            const auto before = Vault::found();
+            TokenStore store;
+            tap.callCount = 0;
+            tap.fault = [&, failing = error](std::size_t number) {
+                return number == faulty || (stays && number > faulty) ? failing : 0;
+            };
+            const auto message = Vault::save(store, 2);
+            tap.fault = {};
+            isReached = tap.callCount > faulty;
+
+            ASSERT_EQ(message, isReached ? statusMessage(status) : "");
+            ASSERT_EQ(nameOf(*store.tokens), listName(2));
+            const auto found = Vault::found();
+            ASSERT_TRUE(found == listName(2) || (isReached && found == before)) << found;
+            ASSERT_EQ(Vault::save(store, 3), "");
+            ASSERT_EQ(Vault::found(), listName(3));
+            ASSERT_TRUE(vault.keeps(treasures));
+        }
+    }
+    std::cout << count << " saves with a failing call\n";
+}
+
+TEST(Fault, OfAnyCallDuringALoadIsToldAndNothingIsReplaced)
+{
+    const Vault vault;
+    ASSERT_EQ(Vault::save(1), "");
+    const auto before = vault.files();
+    for (const auto& [error, status] : errors) {
+        bool isReached = true;
+        for (std::size_t faulty = 0; isReached; ++faulty) {
+            SystemCallTap tap;
+            tap.fault = [&, failing = error](std::size_t number) { return number == faulty ? failing : 0; };
+            TokenStore store;
+            isReached = tap.callCount > faulty;
+            ASSERT_EQ(store.lastError->value_or(""), isReached ? statusMessage(status) : "") << faulty;
+            ASSERT_EQ(nameOf(*store.tokens), isReached ? "nothing" : listName(1));
+            ASSERT_TRUE(!isReached || Vault::save(store, 2) == statusMessage(status));
+            ASSERT_EQ(vault.files(), before);
+        }
+    }
+}
+
+TEST(Fault, OfTheMachineIsToldAndTheNextSaveWorks)
+{
+    const Vault vault;
+    EXPECT_TRUE(passesApart([&] {
+        if (!mountSmallDisk(vault.home.root)) {
+            std::cout << "no disk can be mounted here\n";
+            return;
+        }
+        ASSERT_EQ(Vault::save(1), "");
+        TokenStore store;
+        overwrite(vault.home.root / "filler", std::string(100'000, 'x'));
+        expectRefusal(store, vault, errSecDiskFull);
+        fs::remove(vault.home.root / "filler");
+        EXPECT_EQ(Vault::save(store, 2), "");
+
+        ASSERT_EQ(mount("", vault.home.root.c_str(), "", MS_REMOUNT | MS_RDONLY, ""), 0);
+        expectRefusal(store, vault, errSecWrPerm);
+        EXPECT_EQ(Vault::found(), listName(2));
+        ASSERT_EQ(mount("", vault.home.root.c_str(), "", MS_REMOUNT, ""), 0);
+        EXPECT_EQ(Vault::save(store, 3), "");
+        EXPECT_EQ(Vault::found(), listName(3));
+    }));
+    EXPECT_TRUE(passesApart([&] {
+        ASSERT_EQ(Vault::save(1), "");
+        TokenStore store;
+        const int next = dup(STDERR_FILENO);
+        close(next);
+        rlimit usual;
+        getrlimit(RLIMIT_NOFILE, &usual);
+        const rlimit full{static_cast<rlim_t>(next), usual.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &full);
+        const auto message = Vault::save(store, 2); // looking at files would fail as well
+        setrlimit(RLIMIT_NOFILE, &usual);
+        EXPECT_EQ(message, statusMessage(errSecAllocate));
+        EXPECT_EQ(Vault::found(), listName(1));
+        EXPECT_EQ(Vault::save(store, 2), "");
+    }));
+    vault.clear();
+    TokenStore store;
+    fs::create_symlink(vault.home.root / "nowhere", vault.home.root / "data");
+    EXPECT_EQ(Vault::save(store, 1), statusMessage(errSecIO));
+    fs::remove(vault.home.root / "data");
+    EXPECT_EQ(Vault::save(store, 1), "");
+}
+
+TEST(Fault, OfOneAfterAnotherKeepsEachCopy)
+{
+    const Vault vault;
+    const SystemCallTap unflushed;
+    std::multiset<std::string> treasures;
+    const auto damage = [&](const fs::path& path, const std::string& bytes) {
+        ASSERT_EQ(Vault::save(1), "");
+        overwrite(path, bytes);
+        treasures.insert(contents(vault.item));
+        const auto before = vault.files();
+        EXPECT_EQ(Vault::found(), statusMessage(errSecDecode));
+        EXPECT_EQ(vault.files(), before);
+        EXPECT_EQ(Vault::save(2), "");
+        EXPECT_EQ(Vault::found(), listName(2));
+        EXPECT_TRUE(vault.keeps(treasures));
+    };
+    ASSERT_EQ(Vault::save(1), "");
+    for (const auto* bytes : {"damaged", "", "damaged otherwise"}) {
+        damage(vault.item, bytes);
+    }
+    for (const std::size_t size : {0, 31, 32, 33}) {
+        damage(vault.key, std::string(size, 'k'));
+    }
+}
+
+TEST(Fault, OfAnyLengthAndAnyBitOfTheItemIsTold)
+{
+    const Vault vault;
+    ASSERT_EQ(Vault::save(amount("MIRROWVALE_DAMAGED_LIST", 1)), "");
+    const auto whole = contents(vault.item);
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        overwrite(vault.item, whole.substr(0, size));
+        ASSERT_EQ(Vault::found(), statusMessage(errSecDecode)) << "cut to " << size;
+    }
+    for (std::size_t bit = 0; bit < whole.size() * 8; ++bit) {
+        auto damaged = whole;
+        damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ 1 << bit % 8);
+        overwrite(vault.item, damaged);
+        ASSERT_EQ(Vault::found(), statusMessage(errSecDecode)) << "bit " << bit;
+        ASSERT_EQ(contents(vault.item), damaged);
+    }
+    std::cout << whole.size() << " lengths and " << whole.size() * 8 << " bits\n";
+}
+
+TEST(Fault, NoneInTenThousandTokens)
+{
+    std::vector<AuthToken> tokens(10'000, numberedList(0).front());
+    for (std::size_t number = 0; number < tokens.size(); ++number) {
+        tokens[number].issuer = "Issuer " + std::to_string(10'000 + number * 7919 % tokens.size());
+    }
+    const Vault vault;
+    TokenStore store;
+    store.tokens = tokens;
+    store.persist();
+    std::ranges::sort(tokens, {}, &AuthToken::issuer);
+    TokenStore started;
+    EXPECT_TRUE(*started.tokens == tokens);
+    started.advanceCounter(tokens.front());
+    ++tokens.front().counter;
+    EXPECT_TRUE(*TokenStore().tokens == tokens);
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,187 @@
+#include "platform/Text.h"
+
+#include <array>
+#include <clocale>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace MirrowvaleAuthenticator {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+TEST(Text, mapsCaseInFullAndWithoutLocale)
+{
+    std::setlocale(LC_ALL, "");
+    // clang-format off
+    const struct { std::string_view text, upper, lower; } table[] = {
+        {"", "", ""}, {"title iI", "TITLE II", "title ii"}, {"iIé", "IIÉ", "iié"},
+        {"straße", "STRASSE", "straße"},
+        {"ﬁ", "FI", "ﬁ"}, {"ſ", "S", "ſ"}, {"ı", "I", "ı"}, {"İ", "İ", "i\u0307"}, {"ŉ", "ʼN", "ŉ"},
+        {"ΟΔΟΣ", "ΟΔΟΣ", "οδος"}, {"ΐ", "\u0399\u0308\u0301", "ΐ"}, {"\u212A", "\u212A", "k"},
+        {"e\u0301", "E\u0301", "e\u0301"}, {"a\0b"sv, "A\0B"sv, "a\0b"sv},
+        {"a\xffZ", "A\uFFFDZ", "a\uFFFDz"},
+    };
+    // clang-format on
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(uppercased(row.text), row.upper);
+        EXPECT_EQ(lowercased(row.text), row.lower);
+    }
+}
+
+TEST(Text, trimsExactlyTheWhiteSpaceAndNewlineSet)
+{
+    for (const auto* space : {" ", "\t", "\n", "\v", "\f", "\r", "\u0085", "\u00A0", "\u1680", "\u2000",
+                              "\u200A", "\u2028", "\u2029", "\u202F", "\u205F", "\u3000"}) {
+        const auto around = space + "a"s + space + "b"s + space + " "s + space;
+        EXPECT_EQ(trimmed(around), "a"s + space + "b");
+        EXPECT_EQ(trimmed(space), "");
+    }
+    for (const auto kept : {"\u200B"sv, "\uFEFF"sv, "\u180E"sv, "\x1c"sv, "\x1f"sv, "\x08"sv, "\0"sv,
+                            "\x85"sv, "\xa0"sv, " \u0301"sv.substr(1)}) {
+        EXPECT_EQ(trimmed(" " + std::string(kept) + "\n"), kept);
+    }
+}
+
+TEST(Text, removesOnlyThePlainSpace)
+{
+    EXPECT_EQ(removingSpaces("  a b\tc\u00A0d\u3000 e "), "ab\tc\u00A0d\u3000e");
+}
+
+TEST(Text, splitsIntoUserPerceivedCharacters)
+{
+    // clang-format off
+    const std::vector<std::vector<std::string_view>> table = {
+        {}, {"a", "b"}, {"a", "\r\n", "b"}, {"\n", "\r"}, {"\r", "\r\n", "\n"}, {"\r\n", "\u0301"},
+        {"e\u0301\u0323", "x"}, {"\u0301", "a"}, {"🇩🇪", "🇫🇷"}, {"👩‍👩‍👧", "."}, {"👍🏽"},
+        {"\u1112\u1161\u11AB", "한"}, {"\0"sv, "=\u20E3"sv},
+    };
+    // clang-format on
+    for (const auto& expected : table) {
+        std::string text;
+        for (const auto character : expected) {
+            text += character;
+        }
+        SCOPED_TRACE(text);
+        EXPECT_EQ(characters(text), expected);
+    }
+}
+
+TEST(Text, comparesByCanonicalEquivalence)
+{
+    // clang-format off
+    const struct { std::string_view left, right; bool equal; } table[] = {
+        {"", "", true}, {"Café", "Cafe\u0301", true}, {"K", "\u212A", true}, {"Å", "\u212B", true},
+        {"한", "\u1112\u1161\u11AB", true}, {"a\u0323\u0302", "a\u0302\u0323", true},
+        {"a\u0301\u0300", "a\u0300\u0301", false}, {"a", "A", false}, {"ﬁ", "fi", false},
+        {"ß", "ss", false}, {"a", "a\0"sv, false}, {"a", "ab", false}, {"é", "e", false},
+    };
+    // clang-format on
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.left);
+        EXPECT_EQ(canonicallyEqual(row.left, row.right), row.equal);
+        EXPECT_EQ(canonicallyEqual(row.right, row.left), row.equal);
+        EXPECT_EQ(canonicalComposition(row.left) == canonicalComposition(row.right), row.equal);
+    }
+}
+
+TEST(Text, tellsWellFormedUTF8)
+{
+    for (const auto valid : {""sv, "a\0z"sv, "é€😀"sv, "\x7f"sv, "\u0080"sv, "\xed\x9f\xbf"sv,
+                             "\xee\x80\x80"sv, "\xef\xbf\xbf"sv, "\xf4\x8f\xbf\xbf"sv}) {
+        EXPECT_TRUE(isValidUTF8(valid)) << valid;
+    }
+    for (const auto invalid : {"\x80"sv, "a\xff"sv, "\xc0\x80"sv, "\xc1\xbf"sv, "\xe0\x9f\xbf"sv,
+                               "\xf0\x8f\xbf\xbf"sv, "\xed\xa0\x80"sv, "\xf4\x90\x80\x80"sv, "\xc3"sv,
+                               "\xe2\x82"sv, "\xf0\x9f\x98"sv, "\xc3\xa9\xa9"sv, "\xf8\x88\x80\x80\x80"sv}) {
+        EXPECT_FALSE(isValidUTF8(invalid)) << testing::PrintToString(invalid);
+    }
+}
+
+TEST(Text, decodesPercentEscapes)
+{
+    // clang-format off
+    const struct { std::string_view text; std::optional<std::string> decoded; } table[] = {
+        {"", ""}, {"a+b é", "a+b é"}, {"%41%6a%6A", "Ajj"}, {"%C3%a9", "é"}, {"%2525", "%25"},
+        {"%00", "\0"s}, {"100%", {}}, {"%4", {}}, {"%4g", {}}, {"%g4", {}}, {"%%41", {}}, {"% 1", {}},
+        {"%-1", {}}, {"%FF", {}}, {"%C3", {}}, {"%C3%28", {}}, {"%C0%80", {}}, {"%ED%A0%80", {}},
+        {"\xff", {}},
+    };
+    // clang-format on
+    for (const auto& row : table) {
+        EXPECT_EQ(removingPercentEncoding(row.text), row.decoded) << testing::PrintToString(row.text);
+    }
+}
+
+void expectSameOnBothRoads(const std::string& text)
+{
+    SCOPED_TRACE(testing::PrintToString(text));
+    EXPECT_EQ(uppercased(text), UnicodeRoad::uppercased(text));
+    EXPECT_EQ(lowercased(text), UnicodeRoad::lowercased(text));
+    EXPECT_EQ(trimmed(text), UnicodeRoad::trimmed(text));
+    EXPECT_EQ(characters(text), UnicodeRoad::characters(text));
+    EXPECT_EQ(canonicalComposition(text), UnicodeRoad::canonicalComposition(text));
+    EXPECT_EQ(isValidUTF8(text), UnicodeRoad::isValidUTF8(text));
+}
+
+TEST(Text, fastRoadsGiveTheSameForEveryPairOfASCIICharacters)
+{
+    for (int first = 0; first < 0x80 && !testing::Test::HasFailure(); ++first) {
+        for (int second = 0; second < 0x80; ++second) {
+            expectSameOnBothRoads({static_cast<char>(first), static_cast<char>(second)});
+        }
+    }
+}
+
+TEST(Text, fastRoadsGiveTheSameForGeneratedText)
+{
+    constexpr std::array pieces = {"é"sv,        "e\u0301"sv, "ß"sv,  "ﬁ"sv,      "İ"sv,    "Σ"sv,
+                                   "\u0301"sv,   "\u00A0"sv,  "😀"sv,  "\u200D"sv, "\r\n"sv, "\xff"sv,
+                                   "\xe2\x82"sv, "\u2028"sv,  "한"sv, "\u212A"sv};
+    std::mt19937 random(20240917);
+    for (int round = 0; round < 3000 && !testing::Test::HasFailure(); ++round) {
+        const auto foreignPercent = round % 3 == 0 ? 0U : round % 40U;
+        std::string text;
+        for (auto length = random() % 60; length > 0; --length) {
+            if (random() % 100 < foreignPercent) {
+                text += pieces[random() % pieces.size()];
+            } else {
+                text += static_cast<char>(random() % 0x80);
+            }
+        }
+        expectSameOnBothRoads(text);
+    }
+}
+
+/// -1, 0 or 1 as `left` comes before, with or after `right`.
+int compare(const char* locale, std::string_view left, std::string_view right)
+{
+    setenv("LC_ALL", locale, 1);
+    const LocalizedCaseInsensitiveOrder order;
+    const auto result = order.sortKey(left).compare(order.sortKey(right));
+    return result < 0 ? -1 : result > 0 ? 1 : 0;
+}
+
+TEST(LocalizedOrder, followsTheUsersLocaleAndIgnoresCase)
+{
+    // clang-format off
+    const struct { const char* locale; std::string_view left, right; int expected; } table[] = {
+        {"en_US.UTF-8", "Alpha", "ALPHA", 0}, {"en_US.UTF-8", "alpha", "Beta", -1},
+        {"en_US.UTF-8", "Zeta", "alpha", 1}, {"en_US.UTF-8", "é", "É", 0},
+        {"en_US.UTF-8", "é", "e\u0301", 0}, {"en_US.UTF-8", "resume", "résumé", -1},
+        {"en_US.UTF-8", "ö", "z", -1}, {"sv_SE.UTF-8", "ö", "z", 1},
+        {"de_DE.UTF-8", "Österreich", "Peru", -1}, {"en_US.UTF-8", "I", "i", 0},
+        {"tr_TR.UTF-8", "I", "ı", 0}, {"tr_TR.UTF-8", "I", "i", -1}, {"C", "beta", "Token", -1},
+        {"C", "alpha", "Beta", -1}, {"no such locale!", "alpha", "Beta", -1}, {"en_US.UTF-8", "", " ", -1},
+    };
+    // clang-format on
+    for (const auto& row : table) {
+        SCOPED_TRACE(testing::Message() << row.locale << " " << row.left << " " << row.right);
+        EXPECT_EQ(compare(row.locale, row.left, row.right), row.expected);
+        EXPECT_EQ(compare(row.locale, row.right, row.left), -row.expected);
+    }
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,323 @@
+#include "storage/TokenStore.h"
+
+#include "core/StoredForm.h"
+#include "tests/support/ScriptedCredentialStore.h"
+#include "tests/support/Tokens.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+using Operation = ScriptedCredentialStore::Operation;
+using Names = std::vector<std::string>;
+using MaybeText = std::optional<std::string>;
+
+constexpr auto lockedMessage = "Keychain operation failed with status -25308.";
+
+Names issuers(const std::vector<AuthToken>& tokens)
+{
+    Names names;
+    for (const auto& token : tokens) {
+        names.push_back(token.issuer);
+    }
+    return names;
+}
+
+/// What an observer finds in the store each time that a change is announced.
+struct Announcements {
+    struct Seen {
+        std::size_t tokenCount;
+        std::uint64_t firstCounter;
+        MaybeText lastError;
+
+        friend bool operator==(const Seen&, const Seen&) = default;
+    };
+
+    explicit Announcements(TokenStore& store)
+        : subscription(store.objectWillChange([this, &store] {
+              seen.push_back({store.tokens->size(), store.tokens->empty() ? 0 : store.tokens->front().counter,
+                              *store.lastError});
+          }))
+    {
+    }
+
+    std::vector<Seen> seen;
+    ObservableObject::Subscription subscription;
+};
+
+using Seen = std::vector<Announcements::Seen>;
+
+class TokenStoreTest : public testing::Test {
+protected:
+    TokenStoreTest() { setenv("LC_ALL", "en_US.UTF-8", 1); }
+
+    void put(std::string_view data) { credentials.put(service, "vault", data); }
+    void put(const std::vector<AuthToken>& tokens) { put(encodeTokens(tokens)); }
+    MaybeText stored(std::string_view account = "vault") const { return credentials.data(service, account); }
+    std::vector<AuthToken> storedTokens() const { return decodeTokens(stored().value()); }
+    std::size_t writes() const
+    {
+        return credentials.callCount(Operation::update) + credentials.callCount(Operation::add);
+    }
+    static void append(TokenStore& store, const AuthToken& token)
+    {
+        store.tokens.modify([&](auto& tokens) { tokens.push_back(token); });
+        store.persist();
+    }
+
+    const std::string service = tokenStoreService();
+    ScriptedCredentialStore credentials;
+    const CredentialStoreOverride inPlace{credentials};
+};
+
+} // namespace
+
+TEST_F(TokenStoreTest, aFirstStartIsEmptyAndWritesNothing)
+{
+    const TokenStore store;
+    EXPECT_TRUE(store.tokens->empty());
+    EXPECT_EQ(*store.lastError, std::nullopt);
+    EXPECT_EQ(writes(), 0U);
+    EXPECT_EQ(credentials.callCount(Operation::copyMatching), 1U);
+    EXPECT_TRUE(service.ends_with(".authenticator.tokens")) << service;
+}
+
+TEST_F(TokenStoreTest, aLoadSortsByIssuerAsTheUsersLocaleDoes)
+{
+    // clang-format off
+    const struct { const char* locale; Names storedNames, loadedNames; } table[] = {
+        {"en_US.UTF-8", {"beta", "Alpha", "", "alpha"}, {"Alpha", "alpha", "beta", ""}},
+        {"en_US.UTF-8", {"alpha", "ALPHA", "Alpha", "alphA"}, {"alpha", "ALPHA", "Alpha", "alphA"}},
+        {"en_US.UTF-8", {"Tokens", "token", "", "TOKEN", "toke"}, {"toke", "token", "", "TOKEN", "Tokens"}},
+        {"en_US.UTF-8", {"", " ", "a"}, {" ", "a", ""}},
+        {"en_US.UTF-8", {"z", "Ö", "ö", "Zebra"}, {"Ö", "ö", "z", "Zebra"}},
+        {"sv_SE.UTF-8", {"Ö", "z", "ö", "Zebra"}, {"z", "Zebra", "Ö", "ö"}},
+        {"en_US.UTF-8", {"Cafe\u0301 2", "Café 1"}, {"Café 1", "Cafe\u0301 2"}},
+        {"C", {"beta", "Alpha", "", "alpha"}, {"Alpha", "alpha", "beta", ""}},
+    };
+    // clang-format on
+    for (const auto& row : table) {
+        SCOPED_TRACE(testing::PrintToString(row.storedNames));
+        setenv("LC_ALL", row.locale, 1);
+        std::vector<AuthToken> tokens;
+        for (const auto& name : row.storedNames) {
+            tokens.push_back(tokenNamed(name, "z" + std::to_string(9 - tokens.size())));
+        }
+        put(tokens);
+        const TokenStore store;
+        EXPECT_EQ(issuers(*store.tokens), row.loadedNames);
+        EXPECT_EQ(*store.lastError, std::nullopt);
+    }
+    EXPECT_EQ(writes(), 0U) << "a load writes nothing";
+}
+
+TEST_F(TokenStoreTest, aLongListSortsStably)
+{
+    std::vector<AuthToken> tokens;
+    for (std::uint64_t number = 0; number < 2000; ++number) {
+        tokens.push_back(tokenNamed(Names{"b", "B", "a", "", "token"}[number * 7 % 5], "", number));
+    }
+    put(tokens);
+    const TokenStore store;
+    ASSERT_EQ(store.tokens->size(), tokens.size());
+    const auto group = [](const AuthToken& token) {
+        return token.issuer == "a" ? 0 : token.issuer == "b" || token.issuer == "B" ? 1 : 2;
+    };
+    EXPECT_TRUE(std::ranges::is_sorted(
+        *store.tokens, {}, [&](const AuthToken& token) { return std::pair(group(token), token.counter); }));
+}
+
+TEST_F(TokenStoreTest, announcesEachAssignmentOnceBeforeItHappens)
+{
+    put({tokenNamed("a", "", 5), tokenNamed("b", "", 6)});
+    TokenStore store;
+    Announcements announcements(store);
+    const auto expect = [&](const Seen& expected) {
+        EXPECT_EQ(announcements.seen, expected);
+        announcements.seen.clear();
+    };
+
+    store.load();
+    expect({{2, 5, {}}, {2, 5, {}}});
+    store.persist();
+    expect({{2, 5, {}}});
+    store.advanceCounter(store.tokens->front());
+    expect({{2, 5, {}}, {2, 6, {}}});
+
+    credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
+    store.persist();
+    expect({{2, 6, {}}});
+    store.persist();
+    expect({{2, 6, lockedMessage}});
+
+    // A success assigns `tokens` first, a failure `lastError`.
+    put({tokenNamed("c", "", 7)});
+    credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
+    store.persist();
+    store.load();
+    expect({{2, 6, {}}, {2, 6, lockedMessage}, {1, 7, lockedMessage}});
+    credentials.answerNext(Operation::copyMatching, errSecInteractionNotAllowed);
+    store.load();
+    expect({{1, 7, {}}, {1, 7, lockedMessage}});
+    EXPECT_TRUE(store.tokens->empty());
+    EXPECT_EQ(*store.lastError, lockedMessage);
+}
+
+TEST_F(TokenStoreTest, aNewTokenStaysLastUntilTheNextStart)
+{
+    put({tokenNamed("m"), tokenNamed("z")});
+    TokenStore store;
+    append(store, tokenNamed("a"));
+    EXPECT_EQ(issuers(*store.tokens), (Names{"m", "z", "a"}));
+    EXPECT_EQ(issuers(storedTokens()), (Names{"m", "z", "a"}));
+    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "m", "z"}));
+}
+
+TEST_F(TokenStoreTest, advancesTheFirstTokenWithTheId)
+{
+    const auto token = tokenNamed("a", "", 5);
+    auto twin = token;
+    twin.issuer = "b";
+    put({token, twin, tokenNamed("c", "", 1)});
+    TokenStore store;
+    auto stale = token;
+    stale.counter = 99;
+    stale.issuer = "renamed";
+    store.advanceCounter(token);
+    store.advanceCounter(stale);
+    EXPECT_EQ(store.tokens->at(0).counter, 7U);
+    EXPECT_EQ(store.tokens->at(1).counter, 5U);
+    EXPECT_EQ(store.tokens->at(2).counter, 1U);
+    EXPECT_EQ(storedTokens(), *store.tokens);
+}
+
+TEST_F(TokenStoreTest, anAdvanceThatCannotBeMadeWritesAndAnnouncesNothing)
+{
+    const auto last = tokenNamed("a", "", std::numeric_limits<std::uint64_t>::max());
+    put({last, tokenNamed("b", "", std::numeric_limits<std::uint64_t>::max() - 1)});
+    TokenStore store;
+    credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
+    store.persist();
+    const auto writesBefore = writes();
+    const auto tokensBefore = *store.tokens;
+    const Announcements announcements(store);
+    store.advanceCounter(last);
+    store.advanceCounter(tokenNamed("a"));
+    EXPECT_EQ(writes(), writesBefore);
+    EXPECT_EQ(*store.tokens, tokensBefore);
+    EXPECT_TRUE(announcements.seen.empty());
+    EXPECT_EQ(*store.lastError, lockedMessage) << "the message of the failed save is gone";
+    store.advanceCounter(tokensBefore.at(1));
+    EXPECT_EQ(store.tokens->at(1).counter, last.counter);
+}
+
+TEST_F(TokenStoreTest, aFailedSaveKeepsTheChangeForTheNextOne)
+{
+    TokenStore store;
+    for (const auto operation : {Operation::update, Operation::add}) {
+        credentials.answerNext(operation, errSecInteractionNotAllowed);
+        append(store, tokenNamed("a"));
+        EXPECT_EQ(*store.lastError, lockedMessage);
+        EXPECT_EQ(stored(), std::nullopt);
+    }
+    EXPECT_EQ(store.tokens->size(), 2U);
+    store.persist();
+    EXPECT_EQ(*store.lastError, std::nullopt);
+    EXPECT_EQ(storedTokens(), *store.tokens);
+
+    const auto before = stored();
+    append(store, tokenNamed("\xff"));
+    EXPECT_NE(store.lastError->value_or(""), "");
+    EXPECT_EQ(stored(), before);
+    EXPECT_EQ(store.tokens->size(), 3U);
+}
+
+TEST_F(TokenStoreTest, dataThatIsNoListIsSetAsideOnceBeforeTheFirstSave)
+{
+    for (const auto* data : {"", "{}", "[{\"id\":", "[{}]", "\xff"}) {
+        SCOPED_TRACE(data);
+        credentials = {};
+        put(data);
+        TokenStore store;
+        EXPECT_TRUE(store.tokens->empty());
+        EXPECT_NE(store.lastError->value_or(""), "");
+        EXPECT_EQ(writes(), 0U);
+
+        append(store, tokenNamed("a"));
+        EXPECT_EQ(*store.lastError, std::nullopt);
+        EXPECT_EQ(stored("vault.unreadable-1"), data);
+        ASSERT_EQ(storedTokens(), *store.tokens);
+        const auto& calls = credentials.calls;
+        EXPECT_EQ(calls.at(calls.size() - 2).operation, Operation::add) << "set aside before it is replaced";
+        EXPECT_EQ(calls.back().operation, Operation::update);
+
+        append(store, tokenNamed("b"));
+        EXPECT_EQ(credentials.itemCount(), 2U);
+        EXPECT_EQ(TokenStore().tokens->size(), 2U);
+    }
+}
+
+TEST_F(TokenStoreTest, whatCannotBeSetAsideIsNotReplaced)
+{
+    put("damaged");
+    TokenStore store;
+    for (const auto operation : {Operation::add, Operation::copyMatching}) {
+        credentials.answerNext(operation, errSecInteractionNotAllowed);
+        append(store, tokenNamed("a"));
+        EXPECT_EQ(*store.lastError, lockedMessage);
+        EXPECT_EQ(stored(), "damaged");
+        EXPECT_EQ(credentials.callCount(Operation::update), 0U);
+    }
+    credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
+    store.persist();
+    store.persist();
+    EXPECT_EQ(*store.lastError, std::nullopt);
+    EXPECT_EQ(stored("vault.unreadable-1"), "damaged");
+    EXPECT_EQ(credentials.itemCount(), 2U) << "set aside twice";
+    EXPECT_EQ(storedTokens().size(), 2U);
+}
+
+TEST_F(TokenStoreTest, anItemThatCouldNotBeReachedIsNeverReplaced)
+{
+    for (const OSStatus status :
+         {errSecInteractionNotAllowed, errSecNotAvailable, errSecIO, errSecUserCanceled, 7}) {
+        SCOPED_TRACE(status);
+        credentials = {};
+        put({tokenNamed("kept")});
+        credentials.answerNext(Operation::copyMatching, status);
+        TokenStore store;
+        const auto message = "Keychain operation failed with status " + std::to_string(status) + ".";
+        EXPECT_EQ(*store.lastError, message);
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            append(store, tokenNamed("a"));
+            store.advanceCounter(store.tokens->front());
+            EXPECT_EQ(*store.lastError, message);
+        }
+        EXPECT_EQ(writes(), 0U);
+
+        store.load();
+        EXPECT_EQ(issuers(*store.tokens), Names{"kept"});
+        append(store, tokenNamed("b"));
+        EXPECT_EQ(*store.lastError, std::nullopt);
+        EXPECT_EQ(issuers(storedTokens()), (Names{"kept", "b"}));
+    }
+}
+
+TEST_F(TokenStoreTest, whatTheCredentialStoreCannotOpenIsItsOwnToKeep)
+{
+    put("sealed");
+    credentials.answerNext(Operation::copyMatching, errSecDecode);
+    TokenStore store;
+    EXPECT_EQ(*store.lastError, "Keychain operation failed with status -26275.");
+    append(store, tokenNamed("a"));
+    EXPECT_EQ(*store.lastError, std::nullopt);
+    EXPECT_EQ(storedTokens(), *store.tokens);
+    EXPECT_EQ(credentials.itemCount(), 1U);
+}
+
+} // namespace MirrowvaleAuthenticator

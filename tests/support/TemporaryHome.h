@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace MirrowvaleAuthenticator {
+
+/// Folders of its own for the application's files, named in the environment while it lives, then removed.
+class TemporaryHome {
+public:
+    explicit TemporaryHome(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
+    {
+        auto pattern = (parent / "mirrowvale-test-XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr) {
+            throw std::runtime_error("no temporary folder");
+        }
+        root = pattern;
+        setenv("XDG_DATA_HOME", (root / "data").c_str(), 1);
+        setenv("XDG_STATE_HOME", (root / "state").c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", (root / "runtime").c_str(), 1);
+        setenv("HOME", (root / "home").c_str(), 1);
+    }
+    ~TemporaryHome()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(root, ignored);
+    }
+    TemporaryHome(const TemporaryHome&) = delete;
+    TemporaryHome& operator=(const TemporaryHome&) = delete;
+
+    std::filesystem::path data() const { return root / "data" / "mirrowvale-authenticator"; }
+    std::filesystem::path state() const { return root / "state" / "mirrowvale-authenticator"; }
+
+    std::filesystem::path root;
+};
+
+} // namespace MirrowvaleAuthenticator

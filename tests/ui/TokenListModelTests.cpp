@@ -1,0 +1,189 @@
+#include "tests/ui/ScreenFixture.h"
+#include "ui/TokenListModel.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+namespace MirrowvaleAuthenticator {
+namespace {
+
+class TokenListModelTest : public ScreenTest {
+protected:
+    /// Writes down what a model tells: "-first,last", "+first,last", "~first,last", "reset".
+    void record(const TokenListModel& model)
+    {
+        const auto write = [this](const char* sign, int first, int last) {
+            log += sign + std::to_string(first) + "," + std::to_string(last) + " ";
+        };
+        QObject::connect(&model, &TokenListModel::rowsRemoved, &context,
+                         [=](const QModelIndex&, int first, int last) { write("-", first, last); });
+        QObject::connect(&model, &TokenListModel::rowsInserted, &context,
+                         [=](const QModelIndex&, int first, int last) { write("+", first, last); });
+        QObject::connect(
+            &model, &TokenListModel::dataChanged, &context,
+            [=](const QModelIndex& first, const QModelIndex& last) { write("~", first.row(), last.row()); });
+        QObject::connect(&model, &TokenListModel::modelReset, &context, [this] { log += "reset "; });
+    }
+
+    static std::string shown(const TokenListModel& model)
+    {
+        std::string issuers;
+        for (int row = 0; row < model.rowCount(); ++row) {
+            issuers += model.index(row).data(TokenListModel::Issuer).toString().toStdString();
+        }
+        return issuers;
+    }
+
+    static bool copied(const TokenListModel& model, int row)
+    {
+        return model.index(row).data(TokenListModel::Copied).toBool();
+    }
+
+    /// A mark on the time line: true once `milliseconds` are over. Timers fire in the order in which they
+    /// fall due, however busy the machine is.
+    static std::shared_ptr<bool> mark(int milliseconds)
+    {
+        auto over = std::make_shared<bool>(false);
+        QTimer::singleShot(milliseconds, Qt::PreciseTimer, qApp, [over] { *over = true; });
+        return over;
+    }
+
+    template <typename Condition>
+    static void waitUntil(Condition condition)
+    {
+        ASSERT_TRUE(QTest::qWaitFor(condition, 30000));
+    }
+
+    QObject context;
+    std::string log;
+};
+
+TEST_F(TokenListModelTest, tellsTheNarrowestChange)
+{
+    struct Case {
+        const char* before;
+        const char* after;
+        const char* told;
+    };
+    const Case cases[] = {
+        {"", "abc", "+0,2 "},
+        {"abc", "abcd", "~0,2 +3,3 "},
+        {"abc", "ac", "-1,1 ~0,1 "},
+        {"abc", "", "-0,2 "},
+        {"abcdef", "adf", "-4,4 -1,2 ~0,2 "},
+        {"abc", "abc", "~0,2 "},
+        {"abc", "acd", "-1,1 ~0,1 +2,2 "},
+        {"aab", "ab", "-1,1 ~0,1 "},
+        {"abab", "bb", "-2,2 -0,0 ~0,1 "},
+        {"abc", "cba", "-0,1 ~0,0 +1,2 "},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(std::string(test.before) + " to " + test.after);
+        list(test.before);
+        TokenListModel model(store, Date());
+        record(model);
+        log.clear();
+        list(test.after);
+        model.render();
+        EXPECT_EQ(shown(model), test.after);
+        // The order of what stays and what is new does not matter.
+        for (std::string_view rest = test.told; !rest.empty(); rest.remove_prefix(rest.find(' ') + 1)) {
+            EXPECT_NE(log.find(rest.substr(0, rest.find(' '))), std::string::npos) << log;
+        }
+        EXPECT_EQ(log.size(), std::string_view(test.told).size()) << log;
+    }
+}
+
+TEST_F(TokenListModelTest, aTickTouchesWhatTimeChanges)
+{
+    list("ab");
+    TokenListModel model(store, Date::fromSecondsSince1970(59));
+    QList<int> roles;
+    QObject::connect(
+        &model, &TokenListModel::dataChanged, &context,
+        [&](const QModelIndex&, const QModelIndex&, const QList<int>& changed) { roles += changed; });
+    EXPECT_EQ(model.index(1).data(TokenListModel::DisplayCode).toString(), QStringLiteral("287 082"));
+
+    model.setNow(Date::fromSecondsSince1970(60));
+    EXPECT_EQ(roles,
+              (QList<int>{TokenListModel::DisplayCode, TokenListModel::Countdown, TokenListModel::Urgent}));
+    EXPECT_EQ(model.index(1).data(TokenListModel::DisplayCode).toString(), QStringLiteral("359 152"));
+}
+
+TEST_F(TokenListModelTest, rowsThatLagBehindTheStoreShowTheirOwnToken)
+{
+    list("abc");
+    const TokenListModel model(store, Date());
+    list("bc");
+    EXPECT_EQ(shown(model), "bc"); // the first row has nothing to show any more, the others keep theirs
+    EXPECT_EQ(model.tokenAt(0), nullptr);
+    EXPECT_EQ(model.tokenAt(2)->issuer, "c");
+}
+
+TEST_F(TokenListModelTest, theAcknowledgementEndsByTheFirstPress)
+{
+    list("ab");
+    TokenListModel model(store, Date());
+    model.copyCode(1);
+    const auto early = mark(1400);
+    const auto second = mark(700);
+    waitUntil([&] { return *second; });
+    EXPECT_TRUE(copied(model, 1));
+    EXPECT_FALSE(copied(model, 0));
+    model.copyCode(1);
+    const auto late = mark(1300);
+    waitUntil([&] { return !copied(model, 1); });
+    EXPECT_TRUE(*early);
+    EXPECT_FALSE(*late);
+
+    // The second press has its own end, also for a press in between.
+    model.copyCode(1);
+    const auto third = mark(1400);
+    waitUntil([&] { return !copied(model, 1); });
+    EXPECT_TRUE(*late);
+    EXPECT_FALSE(*third);
+}
+
+TEST_F(TokenListModelTest, theAcknowledgementBelongsToTheToken)
+{
+    list("abc");
+    TokenListModel model(store, Date());
+    model.copyCode(1);
+    list("bc");
+    model.render();
+    EXPECT_TRUE(copied(model, 0));
+    EXPECT_FALSE(copied(model, 1));
+
+    // The token leaves and comes back: nothing is left of it, and what was due then ends nothing now.
+    const auto stale = mark(1550);
+    list("c");
+    model.render();
+    list("cb");
+    model.render();
+    EXPECT_FALSE(copied(model, 1));
+    const auto pause = mark(300);
+    waitUntil([&] { return *pause; });
+    model.copyCode(1);
+    waitUntil([&] { return !copied(model, 1); });
+    EXPECT_TRUE(*stale);
+}
+
+TEST_F(TokenListModelTest, rowsOfOneIdentityAreSeparateRows)
+{
+    auto tokens = tokensNamed("aab");
+    tokens[1].issuer = "A";
+    store.tokens = tokens;
+    TokenListModel model(store, Date());
+    EXPECT_EQ(shown(model), "aAb");
+    model.copyCode(1);
+    EXPECT_TRUE(copied(model, 0));
+    EXPECT_TRUE(copied(model, 1));
+    EXPECT_FALSE(copied(model, 2));
+}
+
+} // namespace
+} // namespace MirrowvaleAuthenticator

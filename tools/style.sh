@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# Checks what no compiler checks: layout of the code, line ends, and where literals may stand.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+rooms=(platform core storage ui tests fuzz)
+status=0
+
+# Runs a search that must find nothing.
+#   nothing MESSAGE COMMAND...
+nothing() {
+    local message=$1 hits
+    shift
+    hits=$("$@" || true)
+    if [ -n "$hits" ]; then
+        printf '%s:\n%s\n' "$message" "$hits" >&2
+        status=1
+    fi
+}
+
+misformatted() {
+    find "${rooms[@]}" \( -name '*.h' -o -name '*.cpp' \) -print0 \
+        | xargs -0 -r clang-format --dry-run --Werror 2>&1 | sed -n 's/:[0-9]*:[0-9]*: error: .*//p' | sort -u
+}
+
+nothing 'Not as clang-format -i lays them out' misformatted
+nothing 'Blanks at the end of a line, or tabs' \
+    grep -rnIP --exclude=rules --exclude-dir=corpus '[ \t]+$|\t' "${rooms[@]}" cmake packaging tools run check package README.md
+nothing 'Headers without #pragma once' \
+    grep -rL --include='*.h' '^#pragma once$' "${rooms[@]}"
+nothing 'Own headers included from elsewhere than the root' \
+    grep -rnP --include='*.h' --include='*.cpp' '^#include "(?!(platform|core|storage|ui|tests|fuzz)/|[\w/]+\.moc")' "${rooms[@]}"
+nothing 'Colours and text sizes outside the theme' \
+    grep -rnP --include='*.qml' --exclude='Theme.qml' '"#[0-9a-fA-F]{3,8}"|\b(pixelSize|pointSize): *[0-9]' ui
+nothing 'User data must be drawn verbatim: not as markup' \
+    grep -rnP --include='*.qml' 'Text\.(RichText|StyledText|AutoText|MarkdownText)|TextEdit\.(RichText|AutoText|MarkdownText)' ui
+exit $status

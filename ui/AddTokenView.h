@@ -1,0 +1,112 @@
+#pragma once
+
+#include "core/AuthToken.h"
+#include "storage/TokenStore.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+
+namespace MirrowvaleAuthenticator {
+
+/// The values that a stepper runs through.
+struct StepperRange {
+    Q_GADGET
+    QML_ANONYMOUS
+    Q_PROPERTY(int from MEMBER from CONSTANT FINAL)
+    Q_PROPERTY(int to MEMBER to CONSTANT FINAL)
+    Q_PROPERTY(int step MEMBER step CONSTANT FINAL)
+
+public:
+    int from = 0;
+    int to = 0;
+    int step = 1;
+
+    int clamped(int value) const { return qBound(from, value, to); }
+};
+
+/// The add form: one presentation's entries and its two ways to make a token of them.
+class AddTokenView : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("presented by the list screen")
+    Q_PROPERTY(QString importURI READ importURI WRITE setImportURI NOTIFY importURIChanged FINAL)
+    Q_PROPERTY(QString issuer READ issuer WRITE setIssuer NOTIFY issuerChanged FINAL)
+    Q_PROPERTY(QString account READ account WRITE setAccount NOTIFY accountChanged FINAL)
+    Q_PROPERTY(QString secret READ secret WRITE setSecret NOTIFY secretChanged FINAL)
+    Q_PROPERTY(QString algorithm READ algorithm WRITE setAlgorithm NOTIFY algorithmChanged FINAL)
+    Q_PROPERTY(QStringList algorithms READ algorithms CONSTANT FINAL)
+    Q_PROPERTY(int digits READ digits WRITE setDigits NOTIFY digitsChanged FINAL)
+    Q_PROPERTY(MirrowvaleAuthenticator::StepperRange digitsRange READ digitsRange CONSTANT FINAL)
+    Q_PROPERTY(int period READ period WRITE setPeriod NOTIFY periodChanged FINAL)
+    Q_PROPERTY(MirrowvaleAuthenticator::StepperRange periodRange READ periodRange CONSTANT FINAL)
+    Q_PROPERTY(QString error READ error NOTIFY errorChanged FINAL)
+    Q_PROPERTY(bool canImport READ canImport NOTIFY importURIChanged FINAL)
+    Q_PROPERTY(bool canSave READ canSave NOTIFY secretChanged FINAL)
+
+public:
+    /// @param store    receives new tokens; must outlive the form
+    /// @param dismiss  ends the presentation; called once at most
+    AddTokenView(TokenStore& store, std::function<void()> dismiss, QObject* parent = nullptr);
+
+    QString importURI() const { return uriText; }
+    void setImportURI(const QString& text);
+    QString issuer() const { return issuerText; }
+    void setIssuer(const QString& text);
+    QString account() const { return accountText; }
+    void setAccount(const QString& text);
+    QString secret() const { return secretText; }
+    void setSecret(const QString& text);
+
+    /// The chosen algorithm by its raw value; an unknown one leaves the choice as it is.
+    QString algorithm() const;
+    void setAlgorithm(const QString& rawValue);
+    QStringList algorithms() const;
+
+    int digits() const { return digitCount; }
+    void setDigits(int value);
+    StepperRange digitsRange() const { return {6, 8, 1}; }
+    int period() const { return seconds; }
+    void setPeriod(int value);
+    StepperRange periodRange() const { return {15, 90, 5}; }
+
+    QString error() const { return errorText; } ///< why the last attempt failed; empty before the first
+
+    bool canImport() const;
+    bool canSave() const;
+
+    Q_INVOKABLE void importFromURI();
+    Q_INVOKABLE void saveManualToken();
+    Q_INVOKABLE void cancel();
+
+signals:
+    void importURIChanged();
+    void issuerChanged();
+    void accountChanged();
+    void secretChanged();
+    void algorithmChanged();
+    void digitsChanged();
+    void periodChanged();
+    void errorChanged();
+
+private:
+    AuthToken manualToken() const;
+    void add(const std::function<AuthToken()>& makeToken);
+    void setError(const QString& message);
+
+    TokenStore& store;
+    std::function<void()> dismiss;
+    QString uriText;
+    QString issuerText;
+    QString accountText;
+    QString secretText;
+    AuthToken::Algorithm choice = AuthToken::Algorithm::sha1;
+    int digitCount = 6;
+    int seconds = 30;
+    QString errorText;
+};
+
+} // namespace MirrowvaleAuthenticator

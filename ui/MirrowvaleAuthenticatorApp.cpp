@@ -1,0 +1,82 @@
+#include "ui/MirrowvaleAuthenticatorApp.h"
+
+#include "ui/QtText.h"
+#include "ui/SymbolProvider.h"
+
+#include <QDebug>
+#include <QFont>
+#include <QQmlComponent>
+#include <QQmlError>
+#include <QSocketNotifier>
+#include <QUrl>
+#include <QVariantMap>
+
+#include <string>
+
+namespace MirrowvaleAuthenticator {
+
+MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv,
+                                                       const SingleInstance& singleInstance)
+    : instance(singleInstance), application(argc, argv)
+{
+    QGuiApplication::setApplicationName(QStringLiteral("mirrowvale-authenticator"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Mirrowvale Authenticator"));
+    QGuiApplication::setOrganizationDomain(QStringLiteral("mirrowvale.app"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.mirrowvale.authenticator"));
+}
+
+MirrowvaleAuthenticatorApp::~MirrowvaleAuthenticatorApp() = default;
+
+int MirrowvaleAuthenticatorApp::run()
+{
+    if (!buildScene()) {
+        return EXIT_FAILURE;
+    }
+    listenForOtherStarts();
+    return QGuiApplication::exec();
+}
+
+TokenStore& MirrowvaleAuthenticatorApp::tokenStore()
+{
+    return store ? *store : store.emplace();
+}
+
+bool MirrowvaleAuthenticatorApp::buildScene()
+{
+    contentView.emplace(tokenStore());
+    engine.addImportPath(QStringLiteral(":/qt/qml"));
+    engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
+    QQmlComponent component(&engine,
+                            QUrl(QStringLiteral("qrc:/qt/qml/MirrowvaleAuthenticator/qml/Main.qml")));
+    window.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
+        {{QStringLiteral("contentView"), QVariant::fromValue(&*contentView)}})));
+    for (const QQmlError& error : component.errors()) {
+        qCritical() << error;
+    }
+    return window != nullptr;
+}
+
+void MirrowvaleAuthenticatorApp::listenForOtherStarts()
+{
+    if (instance.activationDescriptor() < 0) {
+        return;
+    }
+    auto* notifier =
+        new QSocketNotifier(instance.activationDescriptor(), QSocketNotifier::Read, &application);
+    QObject::connect(notifier, &QSocketNotifier::activated, &application, [this] { bringToFront(); });
+}
+
+void MirrowvaleAuthenticatorApp::bringToFront()
+{
+    const std::string token = instance.takeActivation();
+    if (!token.empty()) {
+        // Where the compositor asks for it, the window system's plugin hands it over with the request below.
+        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+    }
+    window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->requestActivate();
+}
+
+} // namespace MirrowvaleAuthenticator

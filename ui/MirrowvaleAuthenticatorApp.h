@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/SingleInstance.h"
+#include "storage/TokenStore.h"
+#include "ui/ContentView.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <memory>
+#include <optional>
+
+namespace MirrowvaleAuthenticator {
+
+/// The application: the one token store, and the one window on it.
+class MirrowvaleAuthenticatorApp {
+public:
+    MirrowvaleAuthenticatorApp(int& argc, char** argv, const SingleInstance& instance);
+    ~MirrowvaleAuthenticatorApp();
+
+    /// Shows the window and runs until it is closed. @returns the exit status
+    int run();
+
+private:
+    TokenStore& tokenStore();
+    bool buildScene();
+    void listenForOtherStarts();
+    void bringToFront();
+
+    const SingleInstance& instance;
+    QGuiApplication application;
+    std::optional<TokenStore> store;
+    std::optional<ContentView> contentView;
+    QQmlEngine engine;
+    std::unique_ptr<QQuickWindow> window;
+};
+
+} // namespace MirrowvaleAuthenticator

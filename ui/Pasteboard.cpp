@@ -1,0 +1,19 @@
+#include "ui/Pasteboard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include <memory>
+
+namespace MirrowvaleAuthenticator {
+
+void Pasteboard::setString(const QString& text)
+{
+    auto data = std::make_unique<QMimeData>();
+    data->setText(text);
+    data->setData(QStringLiteral("x-kde-passwordManagerHint"), QByteArrayLiteral("secret"));
+    QGuiApplication::clipboard()->setMimeData(data.release());
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+namespace MirrowvaleAuthenticator {
+
+/// The system's general pasteboard.
+struct Pasteboard {
+    /// Replaces what the clipboard holds by plain text, marked so that clipboard histories leave it out.
+    static void setString(const QString& text);
+};
+
+} // namespace MirrowvaleAuthenticator

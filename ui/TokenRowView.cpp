@@ -1,0 +1,74 @@
+#include "ui/TokenRowView.h"
+
+#include "core/CodeGeneration.h"
+#include "platform/Text.h"
+#include "ui/Pasteboard.h"
+#include "ui/QtText.h"
+
+#include <exception>
+#include <string>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+constexpr std::int64_t urgentSeconds = 5;
+
+} // namespace
+
+TokenRowView::TokenRowView(const AuthToken& shown, Date instant, bool acknowledged)
+    : token(shown), now(instant), copied(acknowledged)
+{
+}
+
+QString TokenRowView::issuer() const
+{
+    return token.issuer.empty() ? QStringLiteral("Token") : qtFromUTF8(token.issuer);
+}
+
+QString TokenRowView::account() const
+{
+    return token.account.empty() ? QStringLiteral("Account") : qtFromUTF8(token.account);
+}
+
+QString TokenRowView::code() const
+{
+    try {
+        return qtFromUTF8(currentCode(token, now));
+    } catch (const std::exception&) {
+        return QStringLiteral("------");
+    }
+}
+
+std::int64_t TokenRowView::seconds() const
+{
+    return secondsRemaining(token, now);
+}
+
+QString TokenRowView::countdown() const
+{
+    return tr("%1s").arg(seconds());
+}
+
+bool TokenRowView::isUrgent() const
+{
+    return seconds() <= urgentSeconds;
+}
+
+void TokenRowView::copyCode() const
+{
+    Pasteboard::setString(code());
+}
+
+QString TokenRowView::displayCode(const QString& code)
+{
+    const std::string text = utf8FromQt(code);
+    const auto parts = characters(text);
+    if (parts.size() != 6) {
+        return code;
+    }
+    const auto firstHalf = static_cast<std::size_t>(parts[3].data() - text.data());
+    return qtFromUTF8(text.substr(0, firstHalf) + ' ' + text.substr(firstHalf));
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,56 @@
+#include "platform/SingleInstance.h"
+#include "ui/MirrowvaleAuthenticatorApp.h"
+
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+Q_IMPORT_QML_PLUGIN(MirrowvaleAuthenticatorPlugin)
+
+namespace {
+
+using namespace MirrowvaleAuthenticator;
+
+/// Whether the kernel offers a device to render with. Asking for a context instead would cost the time that
+/// the answer is meant to save.
+bool hasRenderDevice()
+{
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator("/dev/dri", error)) {
+        if (entry.path().filename().string().starts_with("renderD")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// What the desktop gave this start so that its window may come to the front.
+std::string activationToken()
+{
+    for (const char* name : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+        if (const char* token = std::getenv(name)) {
+            return token;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const SingleInstance instance;
+    if (instance.isSecond()) {
+        return instance.activateFirst(activationToken()) ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasRenderDevice()) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+    MirrowvaleAuthenticatorApp app(argc, argv, instance);
+    return app.run();
+}

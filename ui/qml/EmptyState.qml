@@ -1,0 +1,37 @@
+import QtQuick
+import MirrowvaleAuthenticator
+
+/// What stands in place of a list without tokens.
+Item {
+    Column {
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width
+        spacing: 12
+
+        Symbol {
+            anchors.horizontalCenter: parent.horizontalCenter
+            name: "key.horizontal"
+            size: 52 * Theme.textScale
+            color: Theme.secondary
+        }
+
+        Label {
+            width: parent.width
+            text: qsTr("No tokens yet")
+            font: Theme.title3
+            color: Theme.primary
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+        }
+
+        Label {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(parent.width, Theme.readableWidth) - 2 * Theme.padding
+            text: qsTr("Add an otpauth URI or enter a shared secret to create your first Mirrowvale Authenticator token.")
+            font: Theme.body
+            color: Theme.secondary
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+        }
+    }
+}

@@ -1,0 +1,106 @@
+import QtQuick
+import MirrowvaleAuthenticator
+
+/// The window: the list screen, and the sheet over it.
+Window {
+    id: root
+
+    required property ContentView contentView
+    readonly property AddTokenView form: contentView.addTokenView
+
+    width: 390
+    height: 844
+    minimumWidth: 320
+    minimumHeight: 320
+    visible: true
+    title: qsTr("Mirrowvale Auth")
+    color: Theme.background
+
+    onFormChanged: {
+        if (form) {
+            list.closeOpenRow()
+            list.clearSelection()
+            sheet.setSource("AddTokenSheet.qml", { contentView: contentView, form: form })
+        } else {
+            sheet.setSource("")
+        }
+    }
+
+    Item {
+        id: page
+
+        anchors.fill: parent
+        enabled: !root.contentView.showingAdd
+        LayoutMirroring.enabled: Theme.mirrored
+        LayoutMirroring.childrenInherit: true
+
+        TapHandler {
+            onTapped: list.closeOpenRow()
+        }
+
+        NavigationBar {
+            id: bar
+
+            z: 1
+            anchors { top: parent.top; left: parent.left; right: parent.right }
+            title: root.title
+            titleOpacity: root.contentView.empty ? 0 : list.titleScrolledAway
+            lined: !root.contentView.empty && list.titleScrolledAway === 1
+            trailingWidth: addButton.width + Theme.padding
+
+            SymbolButton {
+                id: addButton
+
+                anchors {
+                    right: parent.right
+                    rightMargin: Theme.inset(root.width) - (width - symbolSize) / 2
+                    verticalCenter: parent.verticalCenter
+                }
+                text: qsTr("Add token")
+                symbol: "plus"
+                onClicked: root.contentView.showingAdd = true
+            }
+        }
+
+        TokenList {
+            id: list
+
+            anchors { top: bar.bottom; left: parent.left; right: parent.right; bottom: parent.bottom }
+            clip: true
+            visible: !root.contentView.empty
+            contentView: root.contentView
+            title: root.title
+        }
+
+        // Sees a press before what it is meant for, and passes it on.
+        MouseArea {
+            z: 2
+            anchors.fill: parent
+            enabled: list.selectedCode !== null
+            onPressed: mouse => {
+                list.clearSelectionElsewhere(mapToItem(null, mouse.x, mouse.y))
+                mouse.accepted = false
+            }
+        }
+
+        LargeTitle {
+            id: largeTitle
+
+            anchors { top: bar.bottom; left: parent.left; right: parent.right }
+            visible: root.contentView.empty
+            text: root.title
+            inset: Theme.inset(root.width)
+        }
+
+        EmptyState {
+            anchors { top: largeTitle.bottom; left: parent.left; right: parent.right; bottom: parent.bottom }
+            visible: root.contentView.empty
+        }
+    }
+
+    Loader {
+        id: sheet
+
+        anchors.fill: parent
+    }
+}

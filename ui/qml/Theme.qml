@@ -1,0 +1,71 @@
+pragma Singleton
+
+import QtQuick
+import MirrowvaleAuthenticator
+
+/// The roles of colours, texts and spaces that everything is drawn with.
+QtObject {
+    readonly property bool dark: SystemAppearance.dark
+    readonly property real textScale: SystemAppearance.textScale
+    readonly property bool mirrored: Application.layoutDirection === Qt.RightToLeft
+
+    // Surfaces, from the back to the front.
+    readonly property color background: dark ? "#000000" : "#ffffff"
+    readonly property color groupedBackground: dark ? "#1c1c1e" : "#f2f2f7"
+    readonly property color card: dark ? "#2c2c2e" : "#ffffff"
+    readonly property color menu: dark ? "#3a3a3c" : "#ffffff"
+    readonly property color clear: "#00000000"
+    readonly property color dim: "#000000"
+    readonly property real dimOpacity: dark ? 0.55 : 0.35
+
+    // Texts and symbols.
+    readonly property color primary: dark ? "#ffffff" : "#000000"
+    readonly property color secondary: dark ? "#a0a0a8" : "#65656b"
+    readonly property color placeholder: dark ? "#a0a0a8" : "#6e6e74"
+    readonly property color disabled: dark ? "#5c5c61" : "#b4b4ba"
+    readonly property color tint: dark ? "#6fadff" : "#0a60cc"
+    readonly property color red: dark ? "#ff7a70" : "#d0021b"
+    readonly property color destructive: dark ? "#d21f2d" : "#d0021b"
+    readonly property color destructiveLabel: "#ffffff"
+    readonly property color selection: dark ? "#1f4f86" : "#b9d6fb"
+
+    // Lines and fills.
+    readonly property color separator: dark ? "#3d3d41" : "#c6c6c9"
+    readonly property color fill: dark ? "#2a2a2d" : "#ededf1"
+    readonly property color fillOnCard: dark ? "#414145" : "#e9e9ed"
+    readonly property color fillPressed: dark ? "#4b4b50" : "#d6d6db"
+    readonly property color grabber: dark ? "#5a5a5e" : "#c3c3c8"
+
+    // Text styles.
+    readonly property string interfaceFamily: "Roboto"
+    readonly property font largeTitle: Qt.font({ family: interfaceFamily, pixelSize: 34 * textScale, weight: Font.Bold })
+    readonly property font title3: Qt.font({ family: interfaceFamily, pixelSize: 20 * textScale, weight: Font.DemiBold })
+    readonly property font headline: Qt.font({ family: interfaceFamily, pixelSize: 17 * textScale, weight: Font.DemiBold })
+    readonly property font body: Qt.font({ family: interfaceFamily, pixelSize: 17 * textScale })
+    readonly property font subheadline: Qt.font({ family: interfaceFamily, pixelSize: 15 * textScale })
+    readonly property font footnote: Qt.font({ family: interfaceFamily, pixelSize: 13 * textScale })
+    readonly property font caption: Qt.font({ family: interfaceFamily, pixelSize: 12 * textScale })
+    readonly property font code: Qt.font({ family: "JetBrains Mono", pixelSize: 32 * textScale, weight: Font.DemiBold, preferShaping: false })
+
+    // Spaces and sizes in points.
+    readonly property int padding: 16
+    readonly property int spacing: 8
+    readonly property int rowPadding: 8
+    readonly property int target: 44
+    readonly property int readableWidth: 640
+    readonly property int sheetWidth: 560
+    readonly property int sheetTop: 36
+    readonly property int sheetRadius: 14
+    readonly property int cornerRadius: 10
+    readonly property int symbolSize: 22
+
+    // Times in milliseconds.
+    readonly property int quick: SystemAppearance.reducedMotion ? 0 : 120
+    readonly property int moderate: SystemAppearance.reducedMotion ? 0 : 250
+    readonly property int sheetTime: SystemAppearance.reducedMotion ? 0 : 350
+
+    /// The margin at both sides of a page's content: wide pages keep their lines short.
+    function inset(pageWidth: real): real {
+        return Math.max(padding, (pageWidth - readableWidth) / 2)
+    }
+}

@@ -1,0 +1,113 @@
+import QtQuick
+import MirrowvaleAuthenticator
+
+/// The tokens, one row each, under the large title.
+ListView {
+    id: root
+
+    required property ContentView contentView
+    required property string title
+
+    property TokenRow openRow: null
+    property SelectableCode selectedCode: null
+
+    /// 0 while the large title is in sight, 1 when it has gone under the bar.
+    readonly property real titleScrolledAway: Math.max(0, Math.min(1, (contentY - originY - 28) / 16))
+
+    function closeOpenRow(): void {
+        openRow?.settle(false)
+        openRow = null
+    }
+
+    /// @param position  where something was pressed, in the scene
+    function clearSelectionElsewhere(position: point): void {
+        if (selectedCode && !selectedCode.contains(selectedCode.mapFromItem(null, position))) {
+            clearSelection()
+        }
+    }
+
+    function clearSelection(): void {
+        selectedCode?.clearSelection()
+        selectedCode = null
+    }
+
+    model: contentView.rows
+    boundsBehavior: Flickable.DragAndOvershootBounds
+    // A tick works out every row that exists, so none exists that is not in sight.
+    cacheBuffer: 0
+    reuseItems: false
+    Accessible.role: Accessible.List
+    Accessible.name: title
+    onMovementStarted: closeOpenRow()
+
+    header: LargeTitle {
+        readonly property TokenList list: ListView.view as TokenList
+
+        width: list.width
+        text: list.title
+        inset: Theme.inset(width)
+    }
+
+    delegate: TokenRow {
+        id: row
+
+        readonly property TokenList list: ListView.view as TokenList
+
+        width: list.width
+        inset: Theme.inset(width)
+        listHasOpenRow: list.openRow !== null
+        onSwiped: {
+            if (list.openRow !== row) {
+                list.closeOpenRow()
+            }
+            list.openRow = row
+        }
+        onOpenChanged: {
+            if (!open && list.openRow === row) {
+                list.openRow = null
+            }
+        }
+        onTappedToClose: list.closeOpenRow()
+        onCodeSelected: {
+            if (list.selectedCode !== code) {
+                list.clearSelection()
+            }
+            list.selectedCode = code
+        }
+        onCopyRequested: list.contentView.copyCode(index)
+        onNextRequested: list.contentView.advanceCounter(index)
+        onDeleteRequested: {
+            list.openRow = null
+            list.contentView.deleteToken(index)
+        }
+    }
+
+    // What is below the last row.
+    MouseArea {
+        y: root.originY + root.contentHeight
+        width: root.width
+        height: Math.max(0, root.height - root.contentHeight)
+        enabled: root.openRow !== null
+        onClicked: root.closeOpenRow()
+    }
+
+    remove: Transition {
+        NumberAnimation {
+            property: "opacity"
+            to: 0
+            duration: Theme.quick
+        }
+    }
+    removeDisplaced: Transition {
+        NumberAnimation {
+            property: "y"
+            duration: Theme.moderate
+            easing.type: Easing.OutCubic
+        }
+    }
+
+    TapHandler {
+        parent: root // not the content, which ends with the last row
+        onTapped: root.closeOpenRow()
+    }
+}

@@ -1,0 +1,33 @@
+import QtQuick
+import QtQuick.Templates as T
+import MirrowvaleAuthenticator
+
+/// A line of text that is a row of a form.
+T.TextField {
+    id: root
+
+    required property string placeholder
+
+    implicitHeight: Math.max(Theme.target, contentHeight + 24)
+    leftPadding: Theme.padding
+    rightPadding: Theme.padding
+    font: Theme.body
+    color: Theme.primary
+    selectionColor: Theme.selection
+    selectedTextColor: Theme.primary
+    verticalAlignment: TextInput.AlignVCenter
+    Accessible.name: placeholder
+
+    RowSeparator { }
+
+    Text {
+        anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
+        visible: root.length === 0 && root.preeditText.length === 0
+        text: root.placeholder
+        font: root.font
+        color: Theme.placeholder
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+        horizontalAlignment: Text.AlignLeft
+    }
+}

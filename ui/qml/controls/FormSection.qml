@@ -1,0 +1,38 @@
+import QtQuick
+import MirrowvaleAuthenticator
+
+/// Rows on one card, parted by hairlines, under a header where there is one.
+Column {
+    id: root
+
+    property string header
+    default property alias rows: column.data
+
+    spacing: Theme.spacing
+
+    Text {
+        x: Theme.padding
+        width: parent.width - 2 * Theme.padding
+        visible: root.header.length > 0
+        text: root.header
+        font: Theme.footnote
+        color: Theme.secondary
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignLeft
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+
+    Rectangle {
+        width: parent.width
+        height: column.height
+        radius: Theme.cornerRadius
+        color: Theme.card
+
+        Column {
+            id: column
+
+            width: parent.width
+        }
+    }
+}

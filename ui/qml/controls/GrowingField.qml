@@ -1,0 +1,40 @@
+import QtQuick
+import QtQuick.Templates as T
+import MirrowvaleAuthenticator
+
+/// A text that is a row of a form and grows with its lines. Tab leaves it.
+T.TextArea {
+    id: root
+
+    required property string placeholder
+
+    implicitHeight: Math.max(Theme.target, contentHeight + topPadding + bottomPadding)
+    leftPadding: Theme.padding
+    rightPadding: Theme.padding
+    topPadding: 11
+    bottomPadding: 11
+    font: Theme.body
+    color: Theme.primary
+    selectionColor: Theme.selection
+    selectedTextColor: Theme.primary
+    textFormat: TextEdit.PlainText
+    wrapMode: TextEdit.WrapAnywhere
+    Accessible.name: placeholder
+    KeyNavigation.priority: KeyNavigation.BeforeItem
+    Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
+    RowSeparator { }
+
+    Text {
+        x: root.leftPadding
+        y: root.topPadding
+        width: root.width - root.leftPadding - root.rightPadding
+        visible: root.length === 0 && root.preeditText.length === 0
+        text: root.placeholder
+        font: root.font
+        color: Theme.placeholder
+        elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
+    }
+}

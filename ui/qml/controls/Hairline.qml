@@ -1,0 +1,9 @@
+import QtQuick
+import QtQuick.Window
+import MirrowvaleAuthenticator
+
+/// A separator of one device pixel.
+Rectangle {
+    height: 1 / Screen.devicePixelRatio
+    color: Theme.separator
+}

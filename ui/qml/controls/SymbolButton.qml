@@ -1,0 +1,23 @@
+import QtQuick
+import MirrowvaleAuthenticator
+
+/// A button that shows a symbol; its title is its accessible name.
+PlainButton {
+    id: root
+
+    required property string symbol
+    property real symbolSize: Theme.symbolSize * Theme.textScale
+
+    contentItem: Item {
+        implicitWidth: root.symbolSize
+        implicitHeight: root.symbolSize
+
+        Symbol {
+            anchors.centerIn: parent
+            name: root.symbol
+            size: root.symbolSize
+            color: root.enabled ? Theme.tint : Theme.disabled
+            opacity: root.down ? 0.4 : 1
+        }
+    }
+}
