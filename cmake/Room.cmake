@@ -5,7 +5,8 @@ function(mirrowvale_compile_options target)
         $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>) # GCC 12 sees overlaps in std::string's operator+ that cannot be
     if(MIRROWVALE_SANITIZE)
         target_compile_options(${target} PUBLIC
-            -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+            -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+            $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>) # GCC misjudges instrumented code
         target_link_options(${target} PUBLIC -fsanitize=address,undefined)
     endif()
 endfunction()

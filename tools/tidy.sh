@@ -17,7 +17,7 @@ analyse() {
     local source=$1 key
     key=$(printf '%s %s' "$3" "$source" | cat - "$source" | sha256sum | cut -c1-32)
     [ -e "$2/tidy/$key" ] && return
-    clang-tidy --quiet -p "$2" "$source" 2> >(grep -vE 'warnings? generated\.$' >&2) && touch "$2/tidy/$key"
+    clang-tidy --quiet -p "$2" --extra-arg=-Wno-unknown-warning-option "$source" 2> >(grep -vE 'warnings? generated\.$' >&2) && touch "$2/tidy/$key"
 }
 export -f analyse
 
