@@ -1,10 +1,10 @@
 #include "platform/EmbeddedCredentialStore.h"
 
-#include "platform/Errno.h"
+#include "platform/ItemName.h"
 #include "platform/RandomBytes.h"
 #include "platform/SealedBox.h"
+#include "platform/Status.h"
 
-#include <new>
 #include <system_error>
 #include <utility>
 
@@ -14,42 +14,6 @@ namespace {
 
 constexpr auto deviceKeyName = "device.key";
 
-const SecretString* text(const SecDictionary& entries, std::string_view key)
-{
-    const auto found = entries.find(key);
-    return found == entries.end() ? nullptr : std::get_if<SecretString>(&found->second);
-}
-
-/// A file name for any text: everything but ASCII letters, digits, "." and "-" becomes a percent-escape.
-std::string fileNamePart(std::string_view name)
-{
-    constexpr std::string_view hexadecimalDigits = "0123456789ABCDEF";
-    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-";
-    std::string result;
-    for (const char character : name) {
-        if (plain.find(character) != std::string_view::npos) {
-            result += character;
-        } else {
-            const auto byte = static_cast<unsigned char>(character);
-            result += {'%', hexadecimalDigits[byte >> 4], hexadecimalDigits[byte & 0x0f]};
-        }
-    }
-    return result;
-}
-
-/// Runs an operation; whatever it throws comes back as a status.
-template <typename Operation>
-OSStatus statusOf(Operation operation)
-{
-    try {
-        return operation();
-    } catch (const std::system_error& error) {
-        return statusForErrno(error.code().value());
-    } catch (const std::bad_alloc&) {
-        return errSecAllocate;
-    }
-}
-
 } // namespace
 
 /// Where an item lies, and what its box is bound to.
@@ -57,17 +21,11 @@ struct EmbeddedCredentialStore::Item {
     std::string fileName;
     std::string context;
 
-    static std::optional<Item> named(const SecDictionary& query)
+    static Item named(const SecDictionary& entries)
     {
-        const auto* itemClass = text(query, kSecClass);
-        const auto* service = text(query, kSecAttrService);
-        const auto* account = text(query, kSecAttrAccount);
-        if (itemClass == nullptr || *itemClass != kSecClassGenericPassword || service == nullptr
-            || account == nullptr) {
-            return std::nullopt;
-        }
-        const auto name = fileNamePart(*service) + "_" + fileNamePart(*account);
-        return Item{name + ".sealed", name};
+        const auto [service, account] = requireName(entries);
+        const auto name = fileNamePart(service) + "_" + fileNamePart(account);
+        return {name + ".sealed", name};
     }
 };
 
@@ -80,12 +38,8 @@ OSStatus EmbeddedCredentialStore::copyMatching(const SecDictionary& query, SecRe
 {
     return statusOf([&] {
         result.emplace<std::monostate>();
-        const auto item = Item::named(query);
-        if (!item) {
-            return errSecParam;
-        }
         SecretString data;
-        const auto status = read(*item, data);
+        const auto status = read(Item::named(query), data);
         if (status == errSecSuccess) {
             result = std::move(data);
         }
@@ -97,18 +51,16 @@ OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDi
 {
     return statusOf([&] {
         const auto item = Item::named(query);
-        if (!item || text(attributes, kSecValueData) == nullptr) {
-            return errSecParam;
-        }
+        const auto& data = requireData(attributes);
         SecretString present;
-        const auto status = read(*item, present);
+        const auto status = read(item, present);
         if (status == errSecDecode) {
-            PrivateFolder::openOrCreate(dataFolder).setAside(item->fileName);
-            create(*item, attributes);
+            PrivateFolder::openOrCreate(dataFolder).setAside(item.fileName);
+            create(item, data);
             return errSecSuccess;
         }
         if (status == errSecSuccess) {
-            replace(*item, attributes);
+            replace(item, data);
         }
         return status;
     });
@@ -118,13 +70,11 @@ OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes)
 {
     return statusOf([&] {
         const auto item = Item::named(attributes);
-        if (!item || text(attributes, kSecValueData) == nullptr) {
-            return errSecParam;
-        }
+        const auto& data = requireData(attributes);
         SecretString present;
-        const auto status = read(*item, present);
+        const auto status = read(item, present);
         if (status == errSecItemNotFound) {
-            create(*item, attributes);
+            create(item, data);
             return errSecSuccess;
         }
         return status == errSecSuccess || status == errSecDecode ? errSecDuplicateItem : status;
@@ -148,22 +98,22 @@ OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data) con
 }
 
 /// Writes an item where there is none that opens. Everything that it rests on must be safe on disk before.
-void EmbeddedCredentialStore::create(const Item& item, const SecDictionary& attributes) const
+void EmbeddedCredentialStore::create(const Item& item, const SecretString& data) const
 {
     const auto key = safeDeviceKey();
     const auto folder = PrivateFolder::create(dataFolder);
-    folder.write(item.fileName, seal(SealingKey(key), item.context, *text(attributes, kSecValueData)));
+    folder.write(item.fileName, seal(SealingKey(key), item.context, data));
 }
 
 /// Writes an item in the place of one that opened: key and folders are safe on disk since that one was made.
-void EmbeddedCredentialStore::replace(const Item& item, const SecDictionary& attributes) const
+void EmbeddedCredentialStore::replace(const Item& item, const SecretString& data) const
 {
     const auto key = deviceKey();
     const auto folder = PrivateFolder::open(dataFolder);
     if (!key || !folder) {
         throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
     }
-    folder->write(item.fileName, seal(SealingKey(*key), item.context, *text(attributes, kSecValueData)));
+    folder->write(item.fileName, seal(SealingKey(*key), item.context, data));
 }
 
 /// The key, or nothing where there is none of the right size.

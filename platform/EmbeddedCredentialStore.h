@@ -26,8 +26,8 @@ private:
     struct Item;
 
     OSStatus read(const Item& item, SecretString& data) const;
-    void create(const Item& item, const SecDictionary& attributes) const;
-    void replace(const Item& item, const SecDictionary& attributes) const;
+    void create(const Item& item, const SecretString& data) const;
+    void replace(const Item& item, const SecretString& data) const;
     std::optional<SecretBytes> deviceKey() const;
     SecretBytes safeDeviceKey() const;
 

@@ -1,6 +1,9 @@
 #include "platform/Keychain.h"
 
+#include "platform/DeviceCredentialStore.h"
 #include "platform/EmbeddedCredentialStore.h"
+#include "platform/PrivateFolder.h"
+#include "platform/SecretServiceCredentialStore.h"
 
 namespace MirrowvaleAuthenticator {
 
@@ -13,8 +16,10 @@ CredentialStore& currentStore()
     if (overridingStore != nullptr) {
         return *overridingStore;
     }
-    static EmbeddedCredentialStore embeddedStore(dataFolderPath(), stateFolderPath());
-    return embeddedStore;
+    static SecretServiceCredentialStore keyring;
+    static EmbeddedCredentialStore sealedFiles(dataFolderPath(), stateFolderPath());
+    static DeviceCredentialStore deviceStore(keyring, sealedFiles, stateFolderPath());
+    return deviceStore;
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "platform/PrivateFolder.h"
 
-#include "platform/Errno.h"
+#include "platform/Status.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -220,6 +220,14 @@ void PrivateFolder::write(const std::string& name, std::string_view bytes) const
     } catch (...) {
         unlinkat(folder.get(), temporary.c_str(), 0);
         throw;
+    }
+    flush();
+}
+
+void PrivateFolder::remove(const std::string& name) const
+{
+    if (unlinkat(folder.get(), name.c_str(), 0) != 0 && errno != ENOENT) {
+        throwErrno("unlinkat");
     }
     flush();
 }

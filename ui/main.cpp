@@ -1,3 +1,4 @@
+#include "platform/ProcessProtection.h"
 #include "platform/SingleInstance.h"
 #include "ui/MirrowvaleAuthenticatorApp.h"
 
@@ -44,6 +45,7 @@ std::string activationToken()
 
 int main(int argc, char* argv[])
 {
+    protectProcess();
     const SingleInstance instance;
     if (instance.isSecond()) {
         return instance.activateFirst(activationToken()) ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -88,6 +88,12 @@ def end(process):
     process.wait()
 
 
+def keepInSealedFiles(state):
+    """Leaves the mark of a list that lives in sealed files: a keyring of this machine would ask for a password."""
+    state.mkdir(mode=0o700, parents=True, exist_ok=True)
+    (state / "app.mirrowvale.authenticator.tokens.location").write_text("sealed files\n")
+
+
 class Element:
     """What stood on screen under a name when it was looked at."""
 
@@ -147,6 +153,7 @@ class WindowTest(unittest.TestCase):
     def environment(self, home):
         runtime = home / "runtime"
         runtime.mkdir(mode=0o700, parents=True, exist_ok=True)
+        keepInSealedFiles(home / "state" / "mirrowvale-authenticator")
         library, = pathlib.Path("/usr/lib").glob("*/faketime/libfaketimeMT.so.1")
         return {**os.environ, "HOME": str(home), "XDG_DATA_HOME": str(home / "data"),
                 "XDG_STATE_HOME": str(home / "state"), "XDG_CACHE_HOME": str(home / "cache"),

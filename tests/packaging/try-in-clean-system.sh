@@ -71,6 +71,7 @@ makeSystem() {
     cp /etc/resolv.conf "$root/etc/"
     mount -t proc proc "$root/proc"
     mount -t tmpfs tmpfs "$root/tmp"
+    [ -d /tmp/.X11-unix ] || mkdir -m 1777 /tmp/.X11-unix
     mkdir "$root/tmp/.X11-unix"
     mount --bind /tmp/.X11-unix "$root/tmp/.X11-unix"
     quietly inside useradd --create-home kim
@@ -91,7 +92,6 @@ census() {
 }
 
 startDisplay() {
-    [ -d /tmp/.X11-unix ] || mkdir -m 1777 /tmp/.X11-unix
     Xvfb -displayfd 3 -ac -screen 0 390x844x24 -nolisten tcp 3>"$notes/display" 2>"$notes/xvfb.log" &
     await test -s "$notes/display"
     DISPLAY=:$(cat "$notes/display")

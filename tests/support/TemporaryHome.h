@@ -21,6 +21,7 @@ public:
         setenv("XDG_STATE_HOME", (root / "state").c_str(), 1);
         setenv("XDG_RUNTIME_DIR", (root / "runtime").c_str(), 1);
         setenv("HOME", (root / "home").c_str(), 1);
+        unsetenv("DBUS_SESSION_BUS_ADDRESS"); // no keyring of this machine is a test's to fill
     }
     ~TemporaryHome()
     {

@@ -1,0 +1,209 @@
+"""The credential store over keyrings that differ, fail, forget and go away, as a scripted service plays them."""
+
+import json
+import sys
+
+import harness
+from harness import Fake, attributes, first, second
+
+success, notFound, notAvailable = "0", "-25300", "-25291"
+locked, cancelled, inputOutput = "-25308", "-128", "-36"
+noRight, noMemory = "-61", "-108"
+failed = "Keychain operation failed with status {}."
+stored = {"login": {"attributes": attributes, "data": first}}
+inKeyring, inSealedFile, nowhere = (["keyring\n"], []), (["sealed files\n"],
+                                    ["app.mirrowvale.authenticator.tokens_vault.sealed"]), ([], [])
+
+
+class FaultTest(harness.KeyringTest):
+    def startOver(self):
+        self.doCleanups()
+        self.setUp()
+
+    def create(self, answer=f"{notFound} {success}"):
+        self.assertEqual(self.probe()(f"save vault {first}"), answer)
+
+    def settle(self):
+        """A keyring with an item that the application has put there."""
+        fake = Fake(self)
+        self.create()
+        return fake
+
+    def assertOneItem(self, fake, data):
+        self.assertEqual([(item["collection"], item["data"]) for item in fake.look().items], [("login", data)])
+        self.assertEqual(self.traces(), inKeyring)
+
+    def testAKeyringOfAnyKindKeepsOneItem(self):
+        for name, script in {
+            "plain": {},
+            "no default until one is made": {"default": False},
+            "makes a default without asking": {"default": False, "prompts to create": False},
+            "default not among the collections": {"lists default": False},
+            "default under its alias alone": {"lists default": False, "shows default": False},
+            "alias that is no object": {"has alias": False},
+            "alias that is none even when made": {"default": False, "has alias": False},
+            "locked": {"locked": {"login": True}},
+            "locks after each use": {"locks again": True},
+            "drops the schema's name": {"keeps schema": False},
+        }.items():
+            with self.subTest(name):
+                self.startOver()
+                fake = Fake(self, **script)
+                probe = self.probe()
+                prompts = 0
+                for command, answer in ((f"save vault {first}", f"{notFound} {success}"),
+                                        (f"save vault {second}", success), ("find vault", f"{success} {second}")):
+                    self.assertEqual(probe(command), answer)
+                    self.assertLessEqual(fake.look().prompts, prompts + 1)
+                    prompts = fake.prompts
+                self.assertOneItem(fake, second)
+                self.assertEqual(fake.collections, ["/org/freedesktop/secrets/collection/login"])
+                self.assertEqual(self.probe()("find vault"), f"{success} {second}")
+
+    def testAServiceThatTheBusStartsMayAsk(self):
+        script = json.dumps({"items": stored, "locked": {"login": True}})
+        (self.home / "services/org.freedesktop.secrets.service").write_text(
+            "[D-BUS Service]\nName=org.freedesktop.secrets\n"
+            f"Exec={sys.executable} {harness.folder}/fake_secret_service.py '{script}'\n")
+        self.assertEqual(self.probe()("find vault"), f"{success} {first}")
+
+    def testOfSeveralItemsTheLastChangedIsUsed(self):
+        other = {**attributes, "account": "other"}
+        fake = Fake(self, items={"old": {"attributes": attributes, "data": "0"},
+                                 "new": {"attributes": attributes, "data": first, "changed": 9},
+                                 "older": {"attributes": attributes, "data": "1"},
+                                 "newest": {"attributes": other, "data": "2", "changed": 10}})
+        self.assertEqual(self.probe()("find vault"), f"{success} {first}")
+        self.assertEqual(self.probe()(f"save vault {second}"), success)
+        self.assertEqual([item["data"] for item in fake.look().items], ["0", second, "1", "2"])
+
+    def testAFailedCreationLeavesNothing(self):
+        for script, status in (
+            ({"default": False, "prompt": "dismiss"}, cancelled),
+            ({"locked": {"login": True}, "prompt": "dismiss"}, cancelled),
+            ({"forgets": ["CreateItem"]}, inputOutput),
+            ({"fails": {"CreateItem": "org.freedesktop.DBus.Error.AccessDenied"}}, noRight),
+            ({"fails": {"CreateItem": "org.freedesktop.Secret.Error.NoSession"}}, inputOutput),
+        ):
+            with self.subTest(script):
+                self.startOver()
+                fake = Fake(self, **script)
+                self.create(f"{notFound} {status}")
+                self.assertEqual((self.traces(), fake.look().items), (nowhere, []))
+                self.assertLessEqual(fake.prompts, 1)
+                fake.tell(prompt="grant", forgets=[], fails={})
+                self.create()
+                self.assertOneItem(fake, first)
+
+    def testAServiceThatEndsDuringCreationKeepsTheMark(self):
+        Fake(self, fails={"CreateItem": "exit"})
+        self.create(f"{notFound} {notAvailable}")
+        self.assertEqual(self.probe()("find vault"), notAvailable)
+        self.assertOneItem(self.settle(), first)
+
+    def testEachFailureHasItsStatusAndSparesTheItem(self):
+        secret, bus = "org.freedesktop.Secret.Error.", "org.freedesktop.DBus.Error."
+        for error, status in (
+            (secret + "IsLocked", locked), (secret + "NoSuchObject", inputOutput),
+            (bus + "UnknownMethod", inputOutput), (bus + "ServiceUnknown", notAvailable),
+            (bus + "AccessDenied", noRight), (bus + "LimitsExceeded", noMemory), ("exit", notAvailable),
+        ):
+            self.startOver()
+            fake = Fake(self, items=stored)
+            probe = self.probe()
+            probe("list")
+            for method in ("OpenSession", "SearchItems", "GetSecret", "SetSecret", "Unlock",
+                           *(["Get"] if error == "exit" else [])):
+                with self.subTest(error=error, method=method):
+                    fake.tell(locked={"login": method == "Unlock"}, fails={method: error})
+                    failure = failed.format(status)
+                    self.assertEqual((probe("list"), probe("append 1 A")),
+                                     ("0 sorted " + ("" if method == "SetSecret" else failure), "1 sorted " + failure))
+                    if error == "exit":
+                        fake = Fake(self, items=stored)
+                    fake.tell(fails={}, locked={"login": False})
+                    self.assertOneItem(fake, first)
+                    self.assertEqual(probe("find vault"), f"{success} {first}")
+
+    def testASaveThatTheServiceForgetsIsNoSuccess(self):
+        self.settle().tell(forgets=["SetSecret"])
+        self.assertEqual(self.probe()(f"save vault {second}"), inputOutput)
+
+    def testDataOfAnotherKindIsSetAsideUnchanged(self):
+        fake, damages = self.settle(), ["\0\xff[\n\x80", "", "\0\xff[\n\x80"]
+        for damage in damages:
+            fake.tell(data={"vault": damage})
+            probe = self.probe()
+            self.assertRegex(probe("list"), "^0 sorted .")
+            self.assertEqual((probe("append 1 A"), probe("append 1 B")), ("1 sorted ", "2 sorted "))
+            self.assertEqual(self.probe()("list"), "2 sorted ")
+        self.assertEqual([item["attributes"]["account"] for item in fake.look().items],
+                         ["vault", "vault.unreadable-1", "vault.unreadable-2", "vault.unreadable-3"])
+        self.assertEqual([item["data"] for item in fake.items[1:]], damages)
+
+    def testWithoutItsKeyringAnItemIsNeverNotFound(self):
+        self.settle().end()
+        probe = self.probe()
+        for end, begin in ((lambda: None, lambda: Fake(self)), (self.bus.end, self.startBus)):
+            end()
+            for answer in (probe("find vault"), probe(f"save vault {second}"), self.probe()("find vault"),
+                           self.probe(DBUS_SESSION_BUS_ADDRESS="")("find vault")):
+                self.assertEqual(answer, notAvailable)
+            self.assertEqual(self.traces(), inKeyring)
+            begin()
+        fake = Fake(self, items=stored)
+        self.assertEqual(probe(f"save vault {second}"), success)
+        self.assertOneItem(fake, second)
+
+    def testASealedFileStaysInUseBesideAKeyring(self):
+        self.create()
+        self.assertEqual(self.traces(), inSealedFile)
+        fake = Fake(self)
+        for loseMark in (lambda: None, self.loseMark):
+            loseMark()
+            self.assertEqual(self.probe()("find vault"), f"{success} {first}")
+            self.assertEqual(self.probe()(f"save vault {first}"), success)
+        self.assertEqual(fake.look().items, [])
+
+    def testALostMarkIsRenewedWithoutAsking(self):
+        fake = self.settle()
+        for script, answer, prompts in (({}, f"{success} {first}", 0),
+                                        ({"locked": {"login": True}, "prompt": "dismiss"}, cancelled, 1)):
+            self.loseMark()
+            fake.tell(**script)
+            self.assertEqual(self.probe()("find vault"), answer)
+            self.assertEqual((self.traces(), fake.look().prompts), (inKeyring, prompts))
+
+    def testALockedKeyringAsksOnce(self):
+        fake = self.settle()
+        probe = self.probe()
+        probe("list")
+        for prompt, command, answer in (("dismiss", "find vault", cancelled), ("grant", "append 1 A", "1 sorted "),
+                                        ("dismiss", "append 1 B", "2 sorted " + failed.format(cancelled))):
+            prompts = fake.tell(locked={"login": True}, prompt=prompt).prompts
+            self.assertEqual(probe(command), answer)
+            self.assertEqual(fake.look().prompts, prompts + 1)
+        fake.tell(locked={"login": True}, prompt="exit")
+        self.assertEqual((probe("find vault"), probe("find vault")), (notAvailable, notAvailable))
+
+    def testNoBusIsStarted(self):
+        """A launcher of buses that stands in the program's way is never called."""
+        launcher, called, runtime = (self.home / name for name in ("bin/dbus-launch", "called", "other"))
+        launcher.parent.mkdir()
+        launcher.write_text(f"#!/bin/sh\ntouch {called}\nexit 1\n")
+        launcher.chmod(0o755)
+        runtime.mkdir()
+        (runtime / "bus").write_text("")
+        self.environment.update(PATH=f"{launcher.parent}:{self.environment['PATH']}", DISPLAY=":9")
+        for address, folder in (("", "/nonexistent"), (None, "/nonexistent"), (None, runtime), ("autolaunch:", runtime),
+                                ("unix:path=/nonexistent;autolaunch:", runtime)):
+            with self.subTest(address=address, folder=folder):
+                self.environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
+                if address is not None:
+                    self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+                self.assertEqual(self.probe(XDG_RUNTIME_DIR=str(folder))("find vault"), notFound)
+                self.assertFalse(called.exists())
+
+
+if __name__ == "__main__":
+    harness.main()
