@@ -204,6 +204,12 @@ TEST(Fault, OfTheMachineIsToldAndTheNextSaveWorks)
     EXPECT_TRUE(passesApart([&] {
         ASSERT_EQ(Vault::save(1), "");
         TokenStore store;
+        {
+            // The sanitizers open a pipe when they first meet an exception of a type: they meet it here.
+            SystemCallTap tap;
+            tap.fault = [](std::size_t) { return EIO; };
+            EXPECT_EQ(Vault::save(store, 2), statusMessage(errSecIO));
+        }
         const int next = dup(STDERR_FILENO);
         close(next);
         rlimit usual;
