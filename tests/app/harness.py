@@ -62,8 +62,9 @@ def typeText(text):
     xdotool("type", "--delay", "2", text)
 
 
-def clipboard():
-    return subprocess.run(["xclip", "-selection", "clipboard", "-o"], capture_output=True, text=True).stdout
+def clipboard(target="UTF8_STRING"):
+    return subprocess.run(["xclip", "-selection", "clipboard", "-o", "-t", target], capture_output=True,
+                          text=True).stdout
 
 
 def setClipboard(text):
@@ -155,11 +156,13 @@ class WindowTest(unittest.TestCase):
         runtime.mkdir(mode=0o700, parents=True, exist_ok=True)
         keepInSealedFiles(home / "state" / "mirrowvale-authenticator")
         library, = pathlib.Path("/usr/lib").glob("*/faketime/libfaketimeMT.so.1")
+        libraries = subprocess.run(["ldd", application], capture_output=True, text=True).stdout.split()
+        sanitizer = [path for path in libraries if path.startswith("/") and "libasan" in path]  # has to come first
         return {**os.environ, "HOME": str(home), "XDG_DATA_HOME": str(home / "data"),
                 "XDG_STATE_HOME": str(home / "state"), "XDG_CACHE_HOME": str(home / "cache"),
                 "XDG_CONFIG_HOME": str(home / "config"), "XDG_RUNTIME_DIR": str(runtime),
                 "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_QPA_PLATFORM": "xcb", "QT_QUICK_BACKEND": "software",
-                "LD_PRELOAD": str(library), "FAKETIME_TIMESTAMP_FILE": str(self.home / "clock"),
+                "LD_PRELOAD": ":".join([*sanitizer, str(library)]), "FAKETIME_TIMESTAMP_FILE": str(self.home / "clock"),
                 "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1", "NO_FAKE_STAT": "1"}
 
     def start(self):

@@ -18,6 +18,7 @@ class ListTest(WindowTest):
             self.ofRow(issuer, "Copy code").click()
             self.ofRow(issuer, "Copied")
             self.assertEqual(clipboard(), code)
+            self.assertEqual(clipboard("x-kde-passwordManagerHint"), "secret")
             self.ofRow(issuer, "Copy code")
         code = self.ofRow("Acme", "287 082")
         xdotool("mousemove", code.x, code.y, "click", "--repeat", 2, "--delay", 40, 1)

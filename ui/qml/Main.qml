@@ -23,6 +23,7 @@ Window {
             sheet.setSource("AddTokenSheet.qml", { contentView: contentView, form: form })
         } else {
             sheet.setSource("")
+            gc() // the engine may hold texts that were typed
         }
     }
 

@@ -1,0 +1,101 @@
+#include "tests/ui/SceneFixture.h"
+
+#include <QGuiApplication>
+#include <QTest>
+
+#include <algorithm>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace MirrowvaleAuthenticator {
+namespace {
+
+/// A text that this test holds in a changed form alone, to look for it in memory without finding itself.
+class Disguised {
+public:
+    Disguised()
+    {
+        std::random_device random;
+        std::generate(letters.begin(), letters.end(),
+                      [&random] { return static_cast<char>(('A' + random() % 26) ^ mask); });
+        letters.back() = '1' ^ mask; // no digit of Base32: what is typed must not become a token
+    }
+
+    std::size_t size() const { return letters.size(); }
+    char at(std::size_t index) const { return static_cast<char>(letters[index] ^ mask); }
+
+    /// Whether ten characters of the text stand in a row in memory, `width` bytes apart.
+    bool standsIn(const char* begin, const char* end, std::size_t width) const
+    {
+        const std::size_t wanted = 10;
+        for (const char* start = begin; start + wanted * width <= end; ++start) {
+            std::size_t index = 0;
+            while (index < wanted && start[index * width] == at(20 + index)) {
+                ++index;
+            }
+            if (index == wanted) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    static constexpr char mask = 0x15;
+    std::string letters = std::string(48, '\0');
+};
+
+/// Whether the text stands anywhere in what this process can write, as UTF-8 or as UTF-16.
+bool inMemory(const Disguised& text)
+{
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        std::istringstream fields(line);
+        std::uintptr_t begin = 0;
+        std::uintptr_t end = 0;
+        std::string access;
+        fields >> std::hex >> begin;
+        fields.ignore(1);
+        fields >> end >> access;
+        if (!access.starts_with("rw") || line.find("[v") != std::string::npos) {
+            continue;
+        }
+        const auto* memory = reinterpret_cast<const char*>(begin);
+        const auto* past = reinterpret_cast<const char*>(end);
+        if (text.standsIn(memory, past, 1) || text.standsIn(memory, past, 2)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+using TypedSecretTest = SceneTest;
+
+TEST_F(TypedSecretTest, noCopyOfAFieldOutlivesTheSheet)
+{
+    build();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    for (const int tabs : {0, 3}) { // the URI's field has the keyboard; the secret's lies further down
+        contentView.setShowingAdd(true);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return window->activeFocusItem() != nullptr; }));
+        for (int press = 0; press < tabs; ++press) {
+            QTest::keyClick(window.get(), Qt::Key_Tab);
+        }
+        const Disguised text;
+        for (std::size_t index = 0; index < text.size(); ++index) {
+            QTest::keyClick(window.get(), text.at(index));
+        }
+        ASSERT_TRUE(inMemory(text));
+        contentView.addTokenView()->importFromURI();
+        contentView.addTokenView()->saveManualToken();
+        contentView.addTokenView()->cancel();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return contentView.addTokenView() == nullptr; }));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_FALSE(inMemory(text)) << "typed after " << tabs << " presses of Tab";
+    }
+}
+
+} // namespace
+} // namespace MirrowvaleAuthenticator
