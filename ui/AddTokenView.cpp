@@ -84,9 +84,8 @@ void AddTokenView::setPeriod(int value)
 
 void AddTokenView::setError(const QString& message)
 {
-    if (std::exchange(errorText, message) != message) {
-        emit errorChanged();
-    }
+    errorText = message;
+    emit errorChanged(); // also for the same message again: it is a new answer
 }
 
 bool AddTokenView::canImport() const

@@ -2,6 +2,7 @@
 
 #include "ui/QtText.h"
 #include "ui/SymbolProvider.h"
+#include "ui/accessibility/AccessibleFactory.h"
 
 #include <QDebug>
 #include <QFont>
@@ -44,6 +45,7 @@ TokenStore& MirrowvaleAuthenticatorApp::tokenStore()
 bool MirrowvaleAuthenticatorApp::buildScene()
 {
     contentView.emplace(tokenStore());
+    installAccessibleFactory();
     engine.addImportPath(QStringLiteral(":/qt/qml"));
     engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
     QQmlComponent component(&engine,

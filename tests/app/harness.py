@@ -41,6 +41,7 @@ def main():
             display.wait()
 
 
+Atspi = GLib = None  # there once the bus is
 if "MIRROWVALE_TEST_HOME" in os.environ:
     import gi
     gi.require_version("Atspi", "2.0")
@@ -107,6 +108,10 @@ class Element:
     @property
     def focused(self):
         return self.states.contains(Atspi.StateType.FOCUSED)
+
+    @property
+    def enabled(self):
+        return self.states.contains(Atspi.StateType.ENABLED)
 
     def length(self):
         """How many characters stand in a field."""
@@ -222,6 +227,21 @@ class WindowTest(unittest.TestCase):
         """Waits for a text on screen; `where` may choose among several."""
         return self.until(lambda: next((e for e in self.elements() if e.text == text and where(e)), None),
                           lambda: f"{text!r} is not among {self.texts()}")
+
+    def rows(self):
+        return [element for element in self.elements() if element.role == "list item"]
+
+    def row(self, issuer, *parts):
+        """Waits for the row of an issuer that tells all of the parts too; a code is told digit by digit."""
+        told = [" ".join(part.replace(" ", "")) if part.replace(" ", "").isdigit() else part for part in parts]
+        return self.until(lambda: next((row for row in self.rows() if row.text.split(", ")[0] == issuer
+                                        and set(told) <= set(row.text.split(", "))), None),
+                          lambda: f"{issuer!r} with {told} is not among {[row.text for row in self.rows()]}")
+
+    def inRow(self, issuer, text):
+        """Waits for something that stands in the row of an issuer."""
+        row = self.row(issuer)
+        return self.find(text, lambda element: row.top <= element.y <= row.top + row.height)
 
     def gone(self, text):
         self.until(lambda: text not in self.texts(), lambda: f"{text!r} is still there")

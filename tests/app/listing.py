@@ -15,30 +15,25 @@ class ListTest(WindowTest):
         self.add(f"otpauth://hotp/Brim:bob?secret={secret}&counter=1")
         for issuer, code in (("Acme", "287082"), ("Brim", "287082")):
             setClipboard("")
-            self.ofRow(issuer, "Copy code").click()
-            self.ofRow(issuer, "Copied")
+            self.inRow(issuer, "Copy code").click()
+            self.inRow(issuer, "Copied")
             self.assertEqual(clipboard(), code)
             self.assertEqual(clipboard("x-kde-passwordManagerHint"), "secret")
-            self.ofRow(issuer, "Copy code")
-        code = self.ofRow("Acme", "287 082")
-        xdotool("mousemove", code.x, code.y, "click", "--repeat", 2, "--delay", 40, 1)
+            self.inRow(issuer, "Copy code")
+        row = self.row("Acme", "287 082", "1s")
+        xdotool("mousemove", row.left + 60, row.top + row.height - 30, "click", "--repeat", 2, "--delay", 40, 1)
         self.setClock(1111111109)
-        self.ofRow("Acme", "081 804")  # the selection stays through ticks
+        self.row("Acme", "081 804")  # the selection stays through ticks
         setClipboard("")
         key("ctrl+c")
         self.until(lambda: clipboard() == "081 804")
         self.setClock(59)
         for code in ("359 152", "969 429"):
             self.find("Next").click()
-            self.ofRow("Brim", code)
-        self.ofRow("Acme", "287 082")
+            self.row("Brim", code)
+        self.row("Acme", "287 082")
         self.restart()
-        self.ofRow("Brim", "969 429")
-
-    def ofRow(self, issuer, text):
-        """Waits for a text in the row of an issuer: between its name and the next 80 points."""
-        top = self.find(issuer).top
-        return self.find(text, lambda element: 0 <= element.top - top < 80)
+        self.row("Brim", "969 429")
 
     def testSwipes(self):
         self.start()
@@ -46,36 +41,78 @@ class ListTest(WindowTest):
             self.add(f"otpauth://totp/{issuer}:x?secret={secret}")
         self.width = self.find("Mirrowvale Auth", lambda element: element.role == "frame").width
         self.swipe("Acme", 150)
-        delete = self.still("Delete")
-        self.assertLess(abs(delete.y - self.find("Acme").y), 60)
+        self.still("Delete")
+        self.inRow("Acme", "Delete")
         self.setClock(1111111109)
-        self.until(lambda: self.texts().count("081 804") == 3)  # ticks while a row is open
+        for issuer in ("Acme", "Brim", "Cole"):
+            self.row(issuer, "081 804")  # ticks while a row is open
         self.find("Delete")
 
         self.swipe("Brim", self.width - 32)  # all the way: opens, closes the other, deletes nothing
-        self.until(lambda: [abs(element.y - self.find("Brim").y) < 60
-                            for element in self.elements() if element.text == "Delete"] == [True])
-        self.assertEqual(self.issuers("Acme", "Brim", "Cole"), ["Acme", "Brim", "Cole"])
+        self.inRow("Brim", "Delete")
+        self.until(lambda: self.texts().count("Delete") == 1)
+        self.assertEqual(self.issuers(), ["Acme", "Brim", "Cole"])
         self.still("Delete").click()
-        self.gone("Brim")
+        self.until(lambda: self.issuers() == ["Acme", "Cole"])
         self.gone("Delete")
 
         self.swipe("Cole", 150)
         self.still("Delete")
-        cole = self.find("Cole")
-        click(cole.x, cole.y + 300)
+        cole = self.row("Cole")
+        click(cole.x, cole.top + 300)
         self.gone("Delete")
         self.restart()
-        self.assertEqual(self.issuers("Acme", "Brim", "Cole"), ["Acme", "Cole"])
+        self.assertEqual(self.issuers(), ["Acme", "Cole"])
 
     def swipe(self, issuer, distance):
         """Swipes a row from its trailing edge, starting on the button beside its code."""
-        y = self.find(issuer).y + 40
+        row = self.row(issuer)
+        y = row.top + row.height - 30
         drag(self.width - 30, y, self.width - 30 - distance, y)
 
-    def issuers(self, *among):
-        self.until(lambda: set(self.texts()) & set(among))
-        return [text for text in self.texts() if text in among]
+    def issuers(self):
+        return [row.text.split(", ")[0] for row in self.rows()]
+
+    def testKeyboard(self):
+        self.start()
+        for issuer in ("Acme", "Brim", "Cole"):
+            self.add(f"otpauth://totp/{issuer}:x?secret={secret}")
+        self.press("Down", "Acme")
+        self.press("Down", "Brim")
+        setClipboard("")
+        key("Return")
+        self.until(lambda: clipboard() == "287082")
+        key("Delete")
+        self.until(lambda: self.inRow("Brim", "Delete").focused)
+        key("Escape")
+        self.gone("Delete")
+        self.until(lambda: self.row("Brim").focused)
+        self.assertEqual(self.issuers(), ["Acme", "Brim", "Cole"])
+        key("Delete")
+        self.until(lambda: self.inRow("Brim", "Delete").focused)
+        key("space")
+        self.until(lambda: self.issuers() == ["Acme", "Cole"])
+        self.until(lambda: self.row("Cole").focused)
+        self.press("Home", "Acme")
+        self.press("End", "Cole")
+        self.press("Up", "Acme")
+        key("ctrl+n")
+        self.until(lambda: self.find("otpauth:// URI").focused)
+        setClipboard(f"otpauth://totp/Dorn:x?secret={secret}")
+        key("ctrl+v", "Tab", "Return")
+        self.gone("Cancel")
+        self.until(lambda: self.row("Acme").focused)
+        self.press("End", "Dorn")
+        for issuer in ("Dorn", "Cole", "Acme"):
+            self.until(lambda: self.row(issuer).focused)
+            key("Delete", "Return")
+            self.until(lambda: issuer not in self.issuers())
+        self.until(lambda: self.find("Add token").focused)
+
+    def press(self, name, issuer):
+        """Presses a key that moves the focus to a row."""
+        key(name)
+        self.until(lambda: self.row(issuer).focused, lambda: f"{name} does not lead to {issuer}")
 
     def testFoundAgainSortedAndVerbatim(self):
         added = {"Zeta": "Zeta", "beta": "beta", "%3Cb%3Ex%3C%2Fb%3E": "<b>x</b>", "": "Token",
@@ -83,11 +120,11 @@ class ListTest(WindowTest):
         self.start()
         for issuer in added:
             self.add(f"otpauth://totp/%26amp%3B?secret={secret}&issuer={issuer}")
-        shown = list(added.values())
-        self.assertEqual(self.issuers(*shown), shown)
-        self.assertEqual(self.texts().count("&amp;"), len(shown))
+        for issuer in added.values():
+            self.row(issuer, "&amp;")
+        self.assertEqual(self.issuers(), list(added.values()))
         self.restart()
-        self.assertEqual(self.issuers(*shown), ["%1 %n", "<b>x</b>", "Alpha", "beta", "Token", "Zeta"])
+        self.assertEqual(self.issuers(), ["%1 %n", "<b>x</b>", "Alpha", "beta", "Token", "Zeta"])
 
     def testSecondStartBringsTheFirstUp(self):
         self.start()
@@ -103,7 +140,7 @@ class ListTest(WindowTest):
 
         self.process.kill()
         self.restart()  # what a killed process held is free again
-        self.find("Acme")
+        self.row("Acme")
 
     def windowInFront(self):
         return xdotool("mousemove", 100, 300, "getmouselocation", "--shell").partition("WINDOW=")[2].split()[0]

@@ -7,6 +7,15 @@ Flickable {
 
     required property AddTokenView form
 
+    Connections {
+        target: root.form
+
+        function onErrorChanged(): void {
+            message.announce()
+            root.reveal(message)
+        }
+    }
+
     signal pulled(real distance)
     signal letGo(real velocity)
 
@@ -18,15 +27,29 @@ Flickable {
     /// Brings a field into sight when the keyboard reaches it.
     function reveal(item: Item): void {
         const top = item.mapToItem(sections, 0, 0).y
+        const seen = height - covered
         if (top < contentY) {
             contentY = Math.max(0, top - Theme.padding)
-        } else if (top + item.height > contentY + height) {
-            contentY = Math.min(contentHeight - height, top + item.height - height + Theme.padding)
+        } else if (top + item.height > contentY + seen) {
+            contentY = Math.min(contentHeight - seen, top + item.height - seen + Theme.padding)
         }
     }
 
+    function revealFocus(): void {
+        const field = [uri, issuer, account, secret].find(field => field.activeFocus)
+        if (field) {
+            reveal(field)
+        }
+    }
+
+    /// How far an on-screen keyboard reaches over the form.
+    readonly property real covered: Qt.inputMethod.visible
+        ? Math.max(0, mapToItem(null, 0, height).y - Qt.inputMethod.keyboardRectangle.y) : 0
+
     contentWidth: width
     contentHeight: sections.height + 2 * Theme.padding
+    bottomMargin: covered
+    onCoveredChanged: revealFocus()
     flickableDirection: Flickable.VerticalFlick
     boundsBehavior: Flickable.DragOverBounds
     boundsMovement: Flickable.StopAtBounds
@@ -96,7 +119,7 @@ Flickable {
 
                 width: parent.width
                 placeholder: qsTr("Base32 secret")
-                onEdited: text => root.form.secret = text
+                onTextChanged: root.form.secret = text
                 onActiveFocusChanged: if (activeFocus) root.reveal(secret)
             }
 
@@ -143,6 +166,8 @@ Flickable {
             visible: root.form.error.length > 0
 
             ErrorText {
+                id: message
+
                 width: parent.width
                 text: root.form.error
             }

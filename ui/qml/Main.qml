@@ -16,8 +16,19 @@ Window {
     title: qsTr("Mirrowvale Auth")
     color: Theme.background
 
+    /// Where the keyboard was when the sheet came up.
+    property Item opener: null
+
+    /// Gives the keyboard back once the list screen can be used again.
+    function restoreFocus(): void {
+        const target = opener ?? (contentView.empty ? addButton : list)
+        target.forceActiveFocus(Qt.ShortcutFocusReason)
+        opener = null
+    }
+
     onFormChanged: {
         if (form) {
+            opener = activeFocusItem
             list.closeOpenRow()
             list.clearSelection()
             sheet.setSource("AddTokenSheet.qml", { contentView: contentView, form: form })
@@ -27,11 +38,18 @@ Window {
         }
     }
 
+    Shortcut {
+        sequences: [StandardKey.New]
+        enabled: !root.contentView.showingAdd
+        onActivated: root.contentView.showingAdd = true
+    }
+
     Item {
         id: page
 
         anchors.fill: parent
         enabled: !root.contentView.showingAdd
+        onEnabledChanged: if (enabled) root.restoreFocus()
         LayoutMirroring.enabled: Theme.mirrored
         LayoutMirroring.childrenInherit: true
 
@@ -59,6 +77,7 @@ Window {
                 }
                 text: qsTr("Add token")
                 symbol: "plus"
+                Keys.onDownPressed: list.showFocus()
                 onClicked: root.contentView.showingAdd = true
             }
         }
@@ -68,7 +87,9 @@ Window {
 
             anchors { top: bar.bottom; left: parent.left; right: parent.right; bottom: parent.bottom }
             clip: true
+            focus: true
             visible: !root.contentView.empty
+            onVisibleChanged: if (!visible && page.enabled) addButton.forceActiveFocus(Qt.TabFocusReason)
             contentView: root.contentView
             title: root.title
         }

@@ -31,14 +31,63 @@ ListView {
         selectedCode = null
     }
 
+    /// Moves the keyboard to a row. The first press shows where the keyboard is.
+    function moveTo(row: int): void {
+        const here = currentItem as TokenRow
+        if (here?.activeFocus && !here.keyboardFocus) {
+            showFocus()
+            return
+        }
+        currentIndex = Math.max(0, Math.min(count - 1, row))
+        if (currentIndex === 0) {
+            positionViewAtBeginning()
+        } else {
+            positionViewAtIndex(currentIndex, ListView.Contain)
+        }
+        showFocus()
+    }
+
+    /// Puts the keyboard on the current row, for the eye as well.
+    function showFocus(): void {
+        (currentItem as TokenRow)?.takeKeyboard()
+    }
+
+    /// How many rows fit into the view.
+    function page(): int {
+        return Math.max(1, Math.floor(height / Math.max(1, currentItem?.height ?? 1)) - 1)
+    }
+
     model: contentView.rows
+    keyNavigationEnabled: false
     boundsBehavior: Flickable.DragAndOvershootBounds
     // A tick works out every row that exists, so none exists that is not in sight.
     cacheBuffer: 0
     reuseItems: false
     Accessible.role: Accessible.List
     Accessible.name: title
+    Accessible.onScrollDownAction: flick(0, -height * 2)
     onMovementStarted: closeOpenRow()
+    Keys.onUpPressed: moveTo(currentIndex - 1)
+    Keys.onDownPressed: moveTo(currentIndex + 1)
+    Keys.onPressed: event => {
+        switch (event.key) {
+        case Qt.Key_Home:
+            moveTo(0)
+            break
+        case Qt.Key_End:
+            moveTo(count - 1)
+            break
+        case Qt.Key_PageUp:
+            moveTo(currentIndex - page())
+            break
+        case Qt.Key_PageDown:
+            moveTo(currentIndex + page())
+            break
+        default:
+            return
+        }
+        event.accepted = true
+    }
 
     header: LargeTitle {
         readonly property TokenList list: ListView.view as TokenList
@@ -56,6 +105,12 @@ ListView {
         width: list.width
         inset: Theme.inset(width)
         listHasOpenRow: list.openRow !== null
+        current: ListView.isCurrentItem
+        onActiveFocusChanged: {
+            if (activeFocus) {
+                list.positionViewAtIndex(index, ListView.Contain)
+            }
+        }
         onSwiped: {
             if (list.openRow !== row) {
                 list.closeOpenRow()
@@ -78,7 +133,12 @@ ListView {
         onNextRequested: list.contentView.advanceCounter(index)
         onDeleteRequested: {
             list.openRow = null
+            const hadKeyboard = list.activeFocus
             list.contentView.deleteToken(index)
+            if (hadKeyboard) {
+                list.forceLayout() // only then is the next row the current one
+                list.showFocus()
+            }
         }
     }
 

@@ -1,19 +1,22 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// One token: whom it is for, its code, and what can be done with it. A swipe from the trailing edge reveals
-/// "Delete".
-Item {
+/// One token: whom it is for, its code, and what can be done with it. A swipe from the trailing edge or the
+/// Delete key reveals "Delete".
+TokenRowItem {
     id: root
 
     required property int index
-    required property string issuer
-    required property string account
-    required property string displayCode
-    required property bool offersNext
-    required property string countdown
+    required issuer
+    required account
+    required displayCode
+    required offersNext
+    required countdown
     required property bool urgent
     required property bool copied
+
+    /// Whether the keyboard comes to this row, or has been here last.
+    required property bool current
 
     /// The margin at both sides.
     required property real inset
@@ -26,14 +29,29 @@ Item {
     signal swiped
     signal tappedToClose
     signal codeSelected
-    signal copyRequested
-    signal nextRequested
-    signal deleteRequested
 
     function settle(opens: bool): void {
         open = opens
         settling.to = opens ? deleteWidth : 0
         settling.restart()
+    }
+
+    /// Opens the row and puts the keyboard on "Delete".
+    function reveal(): void {
+        swiped()
+        settle(true)
+        deleteButton.forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    function close(): void {
+        settle(false)
+        takeKeyboard()
+    }
+
+    /// Has the focus, and shows it.
+    function takeKeyboard(): void {
+        forceActiveFocus(Qt.TabFocusReason)
+        keyboardFocus = true
     }
 
     /// How far the row stands away from its trailing edge.
@@ -42,8 +60,24 @@ Item {
     readonly property int openingDirection: Theme.mirrored ? 1 : -1
 
     implicitHeight: content.height
+    activeFocusOnTab: current || activeFocus // an item that has the keyboard may not leave its round
     Accessible.role: Accessible.ListItem
-    Accessible.name: root.issuer + ", " + root.account
+    Keys.onReturnPressed: copyRequested()
+    Keys.onEnterPressed: copyRequested()
+    Keys.onSpacePressed: copyRequested()
+    Keys.onDeletePressed: reveal()
+    Keys.onEscapePressed: event => {
+        event.accepted = open
+        if (open) {
+            close()
+        }
+    }
+    Keys.onPressed: event => {
+        if (event.matches(StandardKey.Copy)) {
+            event.accepted = true
+            copyRequested()
+        }
+    }
 
     NumberAnimation {
         id: settling
@@ -91,7 +125,8 @@ Item {
         x: Theme.mirrored ? root.revealed - width : parent.width - root.revealed
         width: Math.max(implicitWidth, root.revealed)
         height: parent.height
-        visible: root.revealed > 0
+        visible: root.open || root.revealed > 0
+        focusPolicy: root.open || activeFocus ? Qt.TabFocus : Qt.NoFocus
         onClicked: root.deleteRequested()
     }
 
@@ -116,7 +151,7 @@ Item {
             }
             height: account.y + account.height
 
-            Label {
+            Text {
                 id: issuer
 
                 anchors { left: parent.left; right: trailing.left; rightMargin: Theme.spacing }
@@ -129,7 +164,7 @@ Item {
                 horizontalAlignment: Text.AlignLeft
             }
 
-            Label {
+            Text {
                 id: account
 
                 anchors { top: issuer.bottom; topMargin: 2; left: issuer.left; right: issuer.right }
@@ -149,7 +184,7 @@ Item {
                 width: root.offersNext ? next.width : countdown.implicitWidth
                 baselineOffset: root.offersNext ? next.baselineOffset : countdown.baselineOffset
 
-                Label {
+                Text {
                     id: countdown
 
                     visible: !root.offersNext
@@ -164,6 +199,7 @@ Item {
 
                     visible: root.offersNext
                     text: qsTr("Next")
+                    focusPolicy: root.current || activeFocus ? Qt.TabFocus : Qt.NoFocus
                     onClicked: root.nextRequested()
                 }
             }
@@ -191,8 +227,19 @@ Item {
                 }
                 text: root.copied ? qsTr("Copied") : qsTr("Copy code")
                 symbol: root.copied ? "checkmark.circle.fill" : "doc.on.doc"
+                focusPolicy: root.current || activeFocus ? Qt.TabFocus : Qt.NoFocus
                 onClicked: root.copyRequested()
             }
+        }
+
+        Announcement {
+            text: qsTr("Copied")
+            visible: root.copied
+        }
+
+        FocusRing {
+            visible: root.keyboardFocus
+            anchors.margins: 2
         }
 
         Hairline {

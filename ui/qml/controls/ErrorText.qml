@@ -3,6 +3,14 @@ import MirrowvaleAuthenticator
 
 /// A failure's message as it stands.
 Text {
+    id: root
+
+    /// Has a voice read the message out, also where it is the same again.
+    function announce(): void {
+        announcement.visible = false
+        announcement.visible = text.length > 0
+    }
+
     padding: Theme.padding
     topPadding: 12
     bottomPadding: 12
@@ -11,6 +19,10 @@ Text {
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
     horizontalAlignment: Text.AlignLeft
-    Accessible.role: Accessible.AlertMessage
-    Accessible.name: text
+
+    Announcement {
+        id: announcement
+
+        text: root.text
+    }
 }

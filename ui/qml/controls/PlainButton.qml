@@ -6,14 +6,15 @@ import MirrowvaleAuthenticator
 T.Button {
     id: root
 
+    /// What the button acts on, where its title alone does not tell.
+    property string subject
+
     property alias focusRing: ring
 
     implicitWidth: Math.max(Theme.target, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(Theme.target, implicitContentHeight + topPadding + bottomPadding)
     focusPolicy: Qt.TabFocus
     Accessible.name: text
-    // What is out of sight can still be reached by assistive technology.
-    Accessible.onPressAction: if (enabled && visible) root.clicked()
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
 

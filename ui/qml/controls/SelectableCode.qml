@@ -32,8 +32,6 @@ TextInput {
         event.accepted = selected
         clearSelection()
     }
-    Accessible.role: Accessible.StaticText
-    Accessible.name: text
 
     MouseArea {
         function start() {

@@ -59,7 +59,7 @@ FocusScope {
         StepperButton {
             symbol: "minus"
             text: qsTr("Decrement")
-            Accessible.description: root.label
+            subject: root.label
             enabled: root.value > root.from
             onClicked: root.stepped(root.value - root.stepSize)
         }
@@ -67,7 +67,7 @@ FocusScope {
         StepperButton {
             symbol: "plus"
             text: qsTr("Increment")
-            Accessible.description: root.label
+            subject: root.label
             enabled: root.value < root.to
             onClicked: root.stepped(root.value + root.stepSize)
         }

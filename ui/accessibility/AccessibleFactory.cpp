@@ -1,0 +1,36 @@
+#include "ui/accessibility/AccessibleFactory.h"
+
+#include "ui/TokenRowItem.h"
+#include "ui/accessibility/ButtonAccessible.h"
+#include "ui/accessibility/FieldAccessible.h"
+#include "ui/accessibility/TokenRowAccessible.h"
+
+#include <QAccessible>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+/// @param className  that of the object or of one of its bases: the toolkit asks for each in turn
+QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
+{
+    if (className == QLatin1String("MirrowvaleAuthenticator::TokenRowItem")) {
+        return new TokenRowAccessible(static_cast<TokenRowItem*>(object));
+    }
+    if (className == QLatin1String("QQuickButton")) {
+        return new ButtonAccessible(static_cast<QQuickItem*>(object));
+    }
+    if (className == QLatin1String("QQuickTextField") || className == QLatin1String("QQuickTextArea")) {
+        return new FieldAccessible(static_cast<QQuickItem*>(object));
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void installAccessibleFactory()
+{
+    QAccessible::installFactory(makeAccessible);
+}
+
+} // namespace MirrowvaleAuthenticator

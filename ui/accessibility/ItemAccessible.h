@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QAccessibleObject>
+#include <QList>
+#include <QQuickItem>
+
+namespace MirrowvaleAuthenticator {
+
+/// What every item tells assistive technology: where it is, what lies in it, and how it can be reached. The
+/// toolkit's own interface knows no disabled state and no actions besides the press.
+class ItemAccessible : public QAccessibleObject, public QAccessibleActionInterface {
+public:
+    explicit ItemAccessible(QQuickItem* item);
+
+    QWindow* window() const override;
+    QAccessibleInterface* parent() const override;
+    QAccessibleInterface* child(int index) const override;
+    int childCount() const override;
+    int indexOfChild(const QAccessibleInterface* child) const override;
+    QRect rect() const override; ///< in the screen's pixels
+    QAccessible::State state() const override;
+    void* interface_cast(QAccessible::InterfaceType type) override;
+
+    QStringList actionNames() const override;
+    void doAction(const QString& name) override;
+    QStringList keyBindingsForAction(const QString&) const override { return {}; }
+
+protected:
+    QQuickItem* item() const;
+
+    /// A rectangle of the item in the screen's pixels.
+    QRect onScreen(const QRectF& rectangle) const;
+
+private:
+    QList<QAccessibleInterface*> children() const;
+};
+
+} // namespace MirrowvaleAuthenticator

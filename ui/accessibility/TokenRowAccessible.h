@@ -1,0 +1,24 @@
+#pragma once
+
+#include "ui/accessibility/ItemAccessible.h"
+
+namespace MirrowvaleAuthenticator {
+
+class TokenRowItem;
+
+/// A row of the list as assistive technology meets it: one thing with its actions. What it says is worked out
+/// when it is asked for; no tick announces it.
+class TokenRowAccessible : public ItemAccessible {
+public:
+    explicit TokenRowAccessible(TokenRowItem* row);
+
+    QAccessible::Role role() const override { return QAccessible::ListItem; }
+    QString text(QAccessible::Text kind) const override;
+    QStringList actionNames() const override; ///< in the interface's language
+    void doAction(const QString& name) override;
+
+private:
+    TokenRowItem* row() const;
+};
+
+} // namespace MirrowvaleAuthenticator
