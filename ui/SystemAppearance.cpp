@@ -1,33 +1,131 @@
 #include "ui/SystemAppearance.h"
 
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QMap>
 #include <QPalette>
-
-#include <utility>
+#include <QScreen>
+#include <QStringList>
 
 namespace MirrowvaleAuthenticator {
 
 namespace {
 
-bool paletteIsDark()
+using Settings = QMap<QString, QVariantMap>;
+
+QString portalService()
 {
-    const QPalette palette = QGuiApplication::palette();
-    return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
+    return QStringLiteral("org.freedesktop.portal.Desktop");
+}
+
+QString portalPath()
+{
+    return QStringLiteral("/org/freedesktop/portal/desktop");
+}
+
+QString portalInterface()
+{
+    return QStringLiteral("org.freedesktop.portal.Settings");
+}
+
+QString common()
+{
+    return QStringLiteral("org.freedesktop.appearance");
+}
+
+QString ofGNOME()
+{
+    return QStringLiteral("org.gnome.desktop.interface");
+}
+
+/// An X server's resolution holds the text scale already, and Qt scales everything by it.
+bool isScaledByDisplay()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return QGuiApplication::platformName() == QLatin1String("xcb") && screen != nullptr
+        && screen->devicePixelRatio() != 1;
 }
 
 } // namespace
 
-SystemAppearance::SystemAppearance(QObject* parent) : QObject(parent), dark(paletteIsDark())
+SystemAppearance::SystemAppearance(QObject* parent) : QObject(parent)
 {
     QCoreApplication::instance()->installEventFilter(this);
+    askPortal();
+}
+
+bool SystemAppearance::isDark() const
+{
+    const QPalette palette = QGuiApplication::palette();
+    return darkWanted.value_or(palette.color(QPalette::WindowText).lightness()
+                               > palette.color(QPalette::Window).lightness());
+}
+
+void SystemAppearance::askPortal()
+{
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return;
+    }
+    QDBusMessage question = QDBusMessage::createMethodCall(portalService(), portalPath(), portalInterface(),
+                                                           QStringLiteral("ReadAll"));
+    question << QStringList{common(), ofGNOME()};
+    const auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
+        const QDBusMessage reply = finished->reply();
+        finished->deleteLater();
+        followPortal();
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1String("a{sa{sv}}")) {
+            return;
+        }
+        const auto groups = qdbus_cast<Settings>(reply.arguments().constFirst());
+        for (auto group = groups.begin(); group != groups.end(); ++group) {
+            for (auto setting = group->begin(); setting != group->end(); ++setting) {
+                apply(group.key(), setting.key(), *setting);
+            }
+        }
+    });
+}
+
+void SystemAppearance::followPortal()
+{
+    // Not before an answer is there: this call waits for the bus.
+    QDBusConnection::sessionBus().connect(portalService(), portalPath(), portalInterface(),
+                                          QStringLiteral("SettingChanged"), this,
+                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
+}
+
+void SystemAppearance::settingChanged(const QString& group, const QString& key, const QDBusVariant& value)
+{
+    apply(group, key, value.variant());
+}
+
+void SystemAppearance::apply(const QString& group, const QString& key, const QVariant& value)
+{
+    if (group == common() && key == QLatin1String("color-scheme")) {
+        const uint scheme = value.toUInt(); // 0 is no preference
+        darkWanted = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
+    } else if (group == common() && key == QLatin1String("reduced-motion")) {
+        still = value.toUInt() == 1;
+    } else if (group == ofGNOME() && key == QLatin1String("enable-animations")) {
+        still = !value.toBool();
+    } else if (group == ofGNOME() && key == QLatin1String("text-scaling-factor")) {
+        const qreal factor = value.toDouble();
+        scale = factor > 0 && !isScaledByDisplay() ? qBound(0.8, factor, 2.0) : 1;
+    } else {
+        return;
+    }
+    emit changed();
 }
 
 bool SystemAppearance::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance()
-        && std::exchange(dark, paletteIsDark()) != dark) {
-        emit darkChanged();
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance()) {
+        emit changed();
     }
     return QObject::eventFilter(watched, event);
 }

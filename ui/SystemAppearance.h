@@ -1,35 +1,50 @@
 #pragma once
 
+#include <QDBusVariant>
 #include <QObject>
+#include <QVariant>
 #include <QtQml/qqmlregistration.h>
+
+#include <optional>
 
 namespace MirrowvaleAuthenticator {
 
-/// How the system wants applications to look.
+/// How the system wants applications to look, followed while the application runs. Desktops and phones tell
+/// it on the session bus (the Settings interface of the XDG desktop portal); where none does, the palette
+/// decides between light and dark. Nothing waits for the answer.
 class SystemAppearance : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged FINAL)
-    Q_PROPERTY(qreal textScale READ textScale NOTIFY textScaleChanged FINAL)
-    Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged FINAL)
+    Q_PROPERTY(bool dark READ isDark NOTIFY changed FINAL)
+    Q_PROPERTY(qreal textScale READ textScale NOTIFY changed FINAL)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed FINAL)
 
 public:
     explicit SystemAppearance(QObject* parent = nullptr);
 
-    bool isDark() const { return dark; } ///< followed while the application runs
-    qreal textScale() const { return 1; } ///< factor on every text size
-    bool reducedMotion() const { return false; } ///< whether animations are unwanted
+    bool isDark() const;
+    qreal textScale() const { return scale; } ///< factor on every text size, from 0.8 to 2
+    bool reducedMotion() const { return still; } ///< whether animations are unwanted
+
+    /// Takes over one setting of the portal; one that means nothing here is left alone.
+    void apply(const QString& group, const QString& key, const QVariant& value);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 signals:
-    void darkChanged();
-    void textScaleChanged();
-    void reducedMotionChanged();
+    void changed();
+
+private slots:
+    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:
-    bool dark;
+    void askPortal();
+    void followPortal();
+
+    std::optional<bool> darkWanted;
+    qreal scale = 1;
+    bool still = false;
 };
 
 } // namespace MirrowvaleAuthenticator

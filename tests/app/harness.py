@@ -1,6 +1,7 @@
 """Drives the real application in a real window: an X display, a session bus and a home of its own, pointer and
 keyboard through the display, and what stands on screen read as a screen reader reads it."""
 
+import ctypes
 import os
 import pathlib
 import shutil
@@ -85,6 +86,25 @@ def drag(x, y, toX, toY, steps=12):
     xdotool(*words, "sleep", "0.1", "mouseup", 1)
 
 
+class ClientMessage(ctypes.Structure):
+    """XClientMessageEvent, in the room that an XEvent takes."""
+    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("sendEvent", ctypes.c_int),
+                ("display", ctypes.c_void_p), ("window", ctypes.c_ulong), ("messageType", ctypes.c_ulong),
+                ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("room", ctypes.c_long * 12)]
+
+
+def closeWindow(window):
+    """Asks a window to close, as its title bar's button does."""
+    xlib = ctypes.CDLL("libX11.so.6")
+    xlib.XOpenDisplay.restype = ctypes.c_void_p
+    display = ctypes.c_void_p(xlib.XOpenDisplay(None))
+    protocols, delete = (xlib.XInternAtom(display, name, 0) for name in (b"WM_PROTOCOLS", b"WM_DELETE_WINDOW"))
+    message = ClientMessage(type=33, window=int(window), messageType=protocols, format=32,
+                            data=(ctypes.c_long * 5)(delete, 0))
+    xlib.XSendEvent(display, ctypes.c_ulong(int(window)), 0, 0, ctypes.byref(message))
+    xlib.XCloseDisplay(display)
+
+
 def end(process):
     process.terminate()
     process.wait()
@@ -145,7 +165,7 @@ class WindowTest(unittest.TestCase):
     def setUp(self):
         self.home = pathlib.Path(tempfile.mkdtemp(dir=os.environ["MIRROWVALE_TEST_HOME"]))
         self.addCleanup(shutil.rmtree, self.home)
-        self.process = None
+        self.process = self.window = None
         self.addCleanup(self.stop)
         self.setClock(59)
 
@@ -181,10 +201,14 @@ class WindowTest(unittest.TestCase):
         return xdotool("search", "--onlyvisible", "--pid", process.pid).split()[0]
 
     def stop(self):
-        """Ends the application as the desktop would; what it has to keep it has kept already."""
-        if self.process:
-            end(self.process)
-            self.process = None
+        """Closes the window, which ends the application; what it has to keep it has kept already."""
+        process, self.process = self.process, None
+        if process and process.poll() is None and self.window:
+            closeWindow(self.window)
+            self.assertEqual(process.wait(patience), 0)
+        elif process:
+            end(process)
+        self.window = None
 
     def restart(self):
         self.stop()

@@ -139,6 +139,7 @@ class ListTest(WindowTest):
         self.until(lambda: self.window == self.windowInFront() == xdotool("getwindowfocus"))
 
         self.process.kill()
+        self.process.wait()
         self.restart()  # what a killed process held is free again
         self.row("Acme")
 

@@ -5,6 +5,8 @@ import MirrowvaleAuthenticator
 
 /// The roles of colours, texts and spaces that everything is drawn with.
 QtObject {
+    id: root
+
     readonly property bool dark: SystemAppearance.dark
     readonly property real textScale: SystemAppearance.textScale
     readonly property bool mirrored: Application.layoutDirection === Qt.RightToLeft
@@ -33,7 +35,8 @@ QtObject {
     readonly property color separator: dark ? "#3d3d41" : "#c6c6c9"
     readonly property color fill: dark ? "#2a2a2d" : "#ededf1"
     readonly property color fillOnCard: dark ? "#414145" : "#e9e9ed"
-    readonly property color fillPressed: dark ? "#4b4b50" : "#d6d6db"
+    readonly property color fillPressed: dark ? "#3f3f44" : "#e1e1e6"
+    readonly property color highlight: dark ? "#4b4b50" : "#d6d6db"
     readonly property color grabber: dark ? "#5a5a5e" : "#c3c3c8"
 
     // Text styles.
@@ -46,6 +49,24 @@ QtObject {
     readonly property font footnote: Qt.font({ family: interfaceFamily, pixelSize: 13 * textScale })
     readonly property font caption: Qt.font({ family: interfaceFamily, pixelSize: 12 * textScale })
     readonly property font code: Qt.font({ family: "JetBrains Mono", pixelSize: 32 * textScale, weight: Font.DemiBold, preferShaping: false })
+
+    /// The width of each digit of a code.
+    readonly property real codeAdvance: codeMetrics.advanceWidth / 8
+    readonly property TextMetrics codeMetrics: TextMetrics {
+        font: root.code
+        text: "00000000"
+    }
+
+    /// The code's font, no larger than lets so many digits stand in so much room.
+    function codeFitting(digits: int, room: real): font {
+        const wanted = digits * codeAdvance
+        return wanted <= room ? code : Qt.font({
+            family: code.family,
+            pixelSize: Math.max(1, Math.floor(code.pixelSize * room / wanted)),
+            weight: code.weight,
+            preferShaping: false
+        })
+    }
 
     // Spaces and sizes in points.
     readonly property int padding: 16

@@ -216,10 +216,13 @@ TokenRowItem {
 
                 anchors.left: parent.left
                 text: root.displayCode
+                room: codeLine.width - copy.symbolSize - Theme.spacing
                 onSelectionStarted: root.codeSelected()
             }
 
             SymbolButton {
+                id: copy
+
                 anchors {
                     right: parent.right
                     rightMargin: -(width - symbolSize) / 2

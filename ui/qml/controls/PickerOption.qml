@@ -29,7 +29,7 @@ T.ItemDelegate {
         horizontalAlignment: Text.AlignLeft
     }
     background: Rectangle {
-        color: root.down || root.highlighted ? Theme.fillPressed : Theme.menu
+        color: root.down || root.highlighted ? Theme.highlight : Theme.menu
         radius: Theme.cornerRadius
 
         Symbol {

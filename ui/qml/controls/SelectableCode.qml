@@ -6,6 +6,9 @@ import MirrowvaleAuthenticator
 TextInput {
     id: root
 
+    /// The width that the code must not exceed.
+    required property real room
+
     /// The selection follows the code to its next value.
     property bool selected: false
 
@@ -17,7 +20,7 @@ TextInput {
         focus = false
     }
 
-    font: Theme.code
+    font: Theme.codeFitting(length, room)
     color: Theme.primary
     selectedTextColor: Theme.primary
     selectionColor: Theme.selection

@@ -23,7 +23,7 @@ PlainButton {
     }
     background: Rectangle {
         radius: 8
-        color: Theme.fillPressed
+        color: Theme.highlight
         opacity: root.down ? 1 : 0
     }
 }

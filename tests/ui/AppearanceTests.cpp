@@ -1,0 +1,148 @@
+#include "tests/ui/SceneFixture.h"
+#include "ui/SystemAppearance.h"
+
+#include <QColor>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QTest>
+
+#include <cmath>
+#include <iomanip>
+#include <iostream>
+#include <tuple>
+
+namespace MirrowvaleAuthenticator {
+namespace {
+
+class AppearanceTest : public SceneTest {
+protected:
+    void SetUp() override
+    {
+        build();
+        appearance = qobject_cast<SystemAppearance*>(singleton("SystemAppearance"));
+        theme = singleton("Theme");
+        ASSERT_TRUE(appearance && theme);
+    }
+
+    void TearDown() override
+    {
+        set("org.freedesktop.appearance", "color-scheme", 0U);
+        set("org.gnome.desktop.interface", "text-scaling-factor", 1.0);
+    }
+
+    QObject* singleton(const char* name)
+    {
+        QQmlComponent holder(&engine);
+        holder.setData(
+            QByteArray("import QtQml\nimport MirrowvaleAuthenticator\nQtObject { property QtObject held: ")
+                + name + " }",
+            {});
+        const std::unique_ptr<QObject> object(holder.create());
+        return object ? object->property("held").value<QObject*>() : nullptr;
+    }
+
+    void set(const char* group, const char* key, const QVariant& value)
+    {
+        appearance->apply(QLatin1String(group), QLatin1String(key), value);
+    }
+
+    QColor color(const char* role) const
+    {
+        const QVariant value = theme->property(role);
+        EXPECT_TRUE(value.isValid()) << role;
+        return value.value<QColor>();
+    }
+
+    /// The items below that are shown and of a type of the toolkit.
+    static QList<QQuickItem*> shown(QQuickItem* item, const char* type)
+    {
+        QList<QQuickItem*> found;
+        for (QQuickItem* child : item->childItems()) {
+            if (child->isVisible()) {
+                found += child->inherits(type) ? QList{child} : shown(child, type);
+            }
+        }
+        return found;
+    }
+
+    SystemAppearance* appearance = nullptr;
+    QObject* theme = nullptr;
+};
+
+/// The relative luminance of WCAG 2, section 1.4.3.
+double luminance(const QColor& color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& one, const QColor& other)
+{
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+TEST_F(AppearanceTest, everyTextStandsOutFromWhatLiesBehindIt)
+{
+    const std::pair<const char*, std::vector<const char*>> texts[] = {
+        {"primary",
+         {"background", "groupedBackground", "card", "menu", "highlight", "fillOnCard", "selection"}},
+        {"secondary", {"background", "groupedBackground", "card"}},
+        {"placeholder", {"card"}},
+        {"tint", {"background", "groupedBackground", "card", "fill", "fillPressed"}},
+        {"red", {"background", "card"}},
+        {"destructiveLabel", {"destructive"}},
+    };
+    for (const uint scheme : {2U, 1U}) {
+        set("org.freedesktop.appearance", "color-scheme", scheme);
+        for (const auto& [text, surfaces] : texts) {
+            for (const char* surface : surfaces) {
+                const double ratio = contrast(color(text), color(surface));
+                EXPECT_GE(ratio, 4.5) << text << " on " << surface << (scheme == 1 ? ", dark" : ", light");
+                std::cout << std::setw(18) << text << " on " << std::setw(18) << surface << std::setw(6)
+                          << (scheme == 1 ? "dark" : "light") << std::fixed << std::setprecision(2)
+                          << std::setw(7) << ratio << '\n';
+            }
+        }
+    }
+}
+
+TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
+{
+    auto tokens = tokensNamed("ab");
+    tokens[0].kind = AuthToken::Kind::hotp;
+    tokens[1].digits = 8;
+    store.tokens = tokens;
+    contentView.setShowingAdd(true);
+    window->resize(320, 1400);
+    double smallest = 1000;
+    for (const double scale : {0.8, 1.0, 1.35, 2.0}) {
+        set("org.gnome.desktop.interface", "text-scaling-factor", scale);
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return shown(window->contentItem(), "QQuickButton").size() == 11; }));
+        QTest::qWait(50); // a layout
+        for (const QQuickItem* button : shown(window->contentItem(), "QQuickButton")) {
+            smallest = std::min({smallest, button->width(), button->height()});
+            EXPECT_GE(button->width(), 44) << button->metaObject()->className() << " at " << scale;
+            EXPECT_GE(button->height(), 44) << button->metaObject()->className() << " at " << scale;
+        }
+        const auto rows = shown(window->contentItem(), "MirrowvaleAuthenticator::TokenRowItem");
+        ASSERT_EQ(rows.size(), 2);
+        for (QQuickItem* row : rows) {
+            QQuickItem* code = shown(row, "QQuickTextInput").constFirst();
+            QQuickItem* copy = shown(row, "QQuickButton").constLast();
+            const double wanted = QFontMetricsF(code->property("font").value<QFont>())
+                                      .horizontalAdvance(code->property("text").toString());
+            EXPECT_LE(wanted, code->width()) << "at " << scale;
+            EXPECT_LE(code->mapRectToScene(code->boundingRect()).right(),
+                      copy->mapRectToScene(copy->boundingRect()).center().x() - 8)
+                << "at " << scale;
+        }
+    }
+    std::cout << "smallest target: " << smallest << " points\n";
+}
+
+} // namespace
+} // namespace MirrowvaleAuthenticator
