@@ -215,7 +215,7 @@ TokenRowItem {
                 id: code
 
                 anchors.left: parent.left
-                text: root.displayCode
+                code: root.displayCode
                 onSelectionStarted: root.codeSelected()
             }
 

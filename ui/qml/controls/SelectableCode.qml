@@ -6,10 +6,16 @@ import MirrowvaleAuthenticator
 TextInput {
     id: root
 
+    required property string code
+
     /// The selection follows the code to its next value.
     property bool selected: false
 
     signal selectionStarted
+
+    function selectCode() {
+        select(1, length)
+    }
 
     function clearSelection() {
         selected = false
@@ -17,6 +23,9 @@ TextInput {
         focus = false
     }
 
+    // A mark that has no width leads the code, and is not selected: without a letter, a text runs in the direction of
+    // the keyboard's language, which can put the code's second half first.
+    text: "\u200e" + code
     font: Theme.code
     color: Theme.primary
     selectedTextColor: Theme.primary
@@ -27,7 +36,8 @@ TextInput {
     activeFocusOnTab: false
     cursorVisible: false
     persistentSelection: true
-    onTextChanged: if (selected) selectAll()
+    onTextChanged: if (selected) selectCode()
+    onSelectionStartChanged: if (selected && selectionStart === 0) selectCode()
     Keys.onEscapePressed: event => {
         event.accepted = selected
         clearSelection()
@@ -36,7 +46,7 @@ TextInput {
     MouseArea {
         function start() {
             root.selected = true
-            root.selectAll()
+            root.selectCode()
             root.forceActiveFocus(Qt.MouseFocusReason)
             root.selectionStarted()
         }
