@@ -19,13 +19,23 @@ Item {
     Text {
         id: title
 
-        anchors.centerIn: parent
-        width: Math.min(implicitWidth, root.width - 2 * Math.max(root.leadingWidth, root.trailingWidth, Theme.spacing))
+        // In the middle of the bar, or as near to it as its ends leave room.
+        readonly property real leftEnd: Math.max(Theme.mirrored ? root.trailingWidth : root.leadingWidth, Theme.spacing)
+        readonly property real rightEnd: Math.max(Theme.mirrored ? root.leadingWidth : root.trailingWidth, Theme.spacing)
+
+        x: Math.max(leftEnd, Math.min((root.width - width) / 2, root.width - rightEnd - width))
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.min(implicitWidth, root.width - leftEnd - rightEnd)
         text: root.title
         font: Theme.headline
         color: Theme.primary
         opacity: root.titleOpacity
+        wrapMode: Text.WordWrap
+        maximumLineCount: 2
+        fontSizeMode: Text.HorizontalFit // for a word that is too long alone
+        minimumPixelSize: Theme.caption.pixelSize
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignHCenter
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
