@@ -1,0 +1,270 @@
+#include "tests/ui/ScreenFixture.h"
+#include "ui/ContentView.h"
+#include "ui/Language.h"
+#include "ui/SymbolProvider.h"
+
+#include <QAccessible>
+#include <QDir>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTranslator>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+Q_IMPORT_QML_PLUGIN(MirrowvaleAuthenticatorPlugin)
+
+namespace MirrowvaleAuthenticator {
+namespace {
+
+constexpr int narrowest = 320;
+
+/// A language in which every text is accented, longer, and in brackets.
+class PseudoLanguage : public QTranslator {
+public:
+    static QString of(QString text)
+    {
+        const QString plain = QStringLiteral("aceinostuyACEINOSTUY");
+        const QString accented = QStringLiteral("åçéîñôšţûýÅÇÉÎÑÔŠŢÛÝ");
+        const qsizetype longer = 1 + 2 * text.size() / 5;
+        for (QChar& letter : text) {
+            if (const qsizetype place = plain.indexOf(letter); place >= 0) {
+                letter = accented[place];
+            }
+        }
+        return u'[' + text + QString(longer, u'~') + u']';
+    }
+
+    bool isEmpty() const override { return false; }
+    QString translate(const char*, const char* text, const char*, int) const override
+    {
+        return of(QString::fromUtf8(text));
+    }
+};
+
+/// The real scene in a window as narrow as any.
+class LanguageTest : public ScreenTest {
+public:
+    static void SetUpTestSuite() { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); }
+
+    LanguageTest()
+    {
+        engine.addImportPath(QStringLiteral(":/qt/qml"));
+        engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
+    }
+
+    ~LanguageTest() override
+    {
+        qDeleteAll(qGuiApp->findChildren<QTranslator*>());
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    }
+
+    void show()
+    {
+        window.reset();
+        screen.emplace(store);
+        QQmlComponent main(&engine, QUrl(QStringLiteral("qrc:/qt/qml/MirrowvaleAuthenticator/qml/Main.qml")));
+        window.reset(qobject_cast<QQuickWindow*>(main.createWithInitialProperties(
+            {{QStringLiteral("contentView"), QVariant::fromValue(&*screen)}})));
+        if (!window) {
+            throw std::runtime_error(main.errorString().toStdString());
+        }
+        window->resize(narrowest, 1600);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return window->contentItem()->width() == narrowest; }));
+    }
+
+    /// Lists two tokens whose names are texts of the interface too, with what a swipe reveals, and one that
+    /// has none.
+    void showList()
+    {
+        auto tokens = tokensNamed("abc");
+        tokens[0].issuer = "Delete";
+        tokens[0].account = "Copy code";
+        tokens[1].kind = AuthToken::Kind::hotp;
+        tokens[1].issuer = tokens[1].account = "Next";
+        tokens[2].issuer = tokens[2].account = "";
+        store.tokens = tokens;
+        show();
+        for (QQuickItem* item : drawnItems()) {
+            if (item->property("revealed").isValid()
+                && item->property("issuer") == QStringLiteral("Delete")) {
+                item->setProperty("revealed", item->property("deleteWidth"));
+            }
+        }
+    }
+
+    /// Opens the form and fails to import.
+    void showSheet()
+    {
+        show();
+        screen->setShowingAdd(true);
+        screen->addTokenView()->importFromURI();
+    }
+
+    QList<QQuickItem*> drawnItems() const
+    {
+        window->grabWindow(); // lays everything out
+        QList<QQuickItem*> items{window->contentItem()};
+        for (qsizetype next = 0; next < items.size(); ++next) {
+            for (QQuickItem* child : items[next]->childItems()) {
+                if (child->isVisible() && child->opacity() > 0) {
+                    items += child;
+                }
+            }
+        }
+        return items;
+    }
+
+    static bool drawsText(const QQuickItem* item)
+    {
+        return item->property("contentWidth").isValid() && !item->property("text").toString().isEmpty();
+    }
+
+    QStringList drawnTexts() const
+    {
+        QStringList texts;
+        for (const QQuickItem* item : drawnItems()) {
+            if (drawsText(item)) {
+                texts += item->property("text").toString();
+            }
+        }
+        return texts;
+    }
+
+    QStringList spokenTexts() const
+    {
+        QStringList texts{window->title()};
+        for (QQuickItem* item : drawnItems()) {
+            if (QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(item)) {
+                texts << spoken->text(QAccessible::Name) << spoken->text(QAccessible::Description);
+            }
+        }
+        return texts;
+    }
+
+    /// No letter may be left of a text once what was translated and what stands for itself is taken out of
+    /// it.
+    static void expectTranslated(QStringList texts, const QStringList& verbatim)
+    {
+        static const QRegularExpression translated(QStringLiteral("\\[[^\\[\\]]*\\]"));
+        static const QRegularExpression letter(QStringLiteral("\\p{L}"));
+        for (QString& text : texts) {
+            while (text.contains(translated)) {
+                text.remove(translated);
+            }
+        }
+        for (const QString& piece : verbatim) {
+            EXPECT_FALSE(texts.filter(piece).isEmpty()) << piece.toStdString();
+            texts.replaceInStrings(piece, QString());
+        }
+        EXPECT_EQ(texts.filter(letter).join(u'\n').toStdString(), "");
+    }
+
+    void expectWhole() const
+    {
+        for (const QQuickItem* item : drawnItems()) {
+            if (!drawsText(item)) {
+                continue;
+            }
+            const std::string text = item->property("text").toString().toStdString();
+            EXPECT_FALSE(item->property("truncated").toBool()) << text;
+            EXPECT_LE(item->property("contentWidth").toReal(), item->width() + 0.5) << text;
+            EXPECT_GE(item->x(), -0.5) << text;
+            EXPECT_LE(item->x() + item->width(), item->parentItem()->width() + 0.5) << text;
+        }
+    }
+
+    QQmlEngine engine;
+    std::optional<ContentView> screen;
+    std::unique_ptr<QQuickWindow> window;
+};
+
+TEST_F(LanguageTest, everyTextOfTheInterfaceIsTranslatedAndNoOther)
+{
+    PseudoLanguage language;
+    QCoreApplication::installTranslator(&language);
+    show();
+    expectTranslated(drawnTexts() + spokenTexts(), {});
+    expectWhole();
+    showList();
+    const QStringList names{QStringLiteral("Delete"), QStringLiteral("Copy code"), QStringLiteral("Next"),
+                            QStringLiteral("Token"), QStringLiteral("Account")};
+    expectTranslated(drawnTexts(), names);
+    expectTranslated(spokenTexts(), names);
+    for (const QString& name : names.first(3)) {
+        EXPECT_TRUE(spokenTexts().contains(PseudoLanguage::of(name))) << name.toStdString();
+    }
+    expectWhole();
+    showSheet();
+    const QStringList message{QStringLiteral("Enter a valid otpauth:// URI.")};
+    expectTranslated(drawnTexts(), QStringList{QStringLiteral("SHA1")} + message + names);
+    expectTranslated(spokenTexts(), message + names);
+    expectWhole();
+}
+
+TEST_F(LanguageTest, everyTranslationFitsTheNarrowestScreen)
+{
+    const QStringList translations = QDir(QStringLiteral(":/i18n")).entryList();
+    EXPECT_EQ(translations.join(u' '), QStringLiteral("ar de es fr he ja pt_BR zh_CN"));
+    for (const QString& translation : translations) {
+        SCOPED_TRACE(translation.toStdString());
+        useTranslation(*qGuiApp, translation);
+        for (const auto state : {&LanguageTest::show, &LanguageTest::showList, &LanguageTest::showSheet}) {
+            (this->*state)();
+            expectWhole();
+        }
+        delete qGuiApp->findChild<QTranslator*>();
+    }
+}
+
+TEST_F(LanguageTest, theInterfaceRunsInTheDirectionOfItsLanguage)
+{
+    useTranslation(*qGuiApp, {});
+    EXPECT_EQ(qGuiApp->findChild<QTranslator*>(), nullptr);
+    EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::LeftToRight);
+    useTranslation(*qGuiApp, QStringLiteral("he"));
+    EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(TokenRowView(tokenNamed("a"), Date::fromSecondsSince1970(3), false).countdown(),
+              QStringLiteral("27\u00a0שנ׳"));
+    showList();
+    int codes = 0;
+    for (QQuickItem* item : drawnItems()) {
+        if (item->inherits("QQuickTextInput")) {
+            QRectF first;
+            QRectF second;
+            QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, first),
+                                      Q_ARG(int, 1));
+            QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, second),
+                                      Q_ARG(int, 5));
+            EXPECT_LT(first.x(), second.x());
+            ++codes;
+        }
+    }
+    EXPECT_EQ(codes, 3);
+}
+
+TEST(BestTranslationTest, servesTheFirstLanguageThatThereIs)
+{
+    const auto best = [](const char* wanted) {
+        return bestTranslation(QString::fromLatin1(wanted).split(u' ')).toStdString();
+    };
+    EXPECT_EQ(best("de-AT de-Latn-AT de"), "de");
+    EXPECT_EQ(best("tlh C fr-CA en"), "fr");
+    EXPECT_EQ(best("pt-PT"), "pt_BR");
+    EXPECT_EQ(best("iw-IL"), "he");
+    EXPECT_EQ(best("zh-SG"), "zh_CN");
+    EXPECT_EQ(best("zh-Hant-TW zh-TW"), ""); // another script
+    EXPECT_EQ(best("zh-TW ja"), "ja");
+    EXPECT_EQ(best("en-GB de"), "");
+    EXPECT_EQ(best("fa-IR fa-Arab-IR fa"), "");
+    EXPECT_EQ(best("C"), "");
+}
+
+} // namespace
+} // namespace MirrowvaleAuthenticator
