@@ -8,13 +8,17 @@ TextInput {
 
     required property string code
 
+    // A text without a letter runs in the direction of the keyboard's language, which can put the second half of the
+    // code first. A mark that has no width holds it, and stays out of the selection.
+    readonly property string mark: InputMethod.inputDirection === Qt.RightToLeft ? "\u200e" : ""
+
     /// The selection follows the code to its next value.
     property bool selected: false
 
     signal selectionStarted
 
     function selectCode() {
-        select(1, length)
+        select(mark.length, length)
     }
 
     function clearSelection() {
@@ -23,9 +27,7 @@ TextInput {
         focus = false
     }
 
-    // A mark that has no width leads the code, and is not selected: without a letter, a text runs in the direction of
-    // the keyboard's language, which can put the code's second half first.
-    text: "\u200e" + code
+    text: mark + code
     font: Theme.code
     color: Theme.primary
     selectedTextColor: Theme.primary
@@ -37,7 +39,7 @@ TextInput {
     cursorVisible: false
     persistentSelection: true
     onTextChanged: if (selected) selectCode()
-    onSelectionStartChanged: if (selected && selectionStart === 0) selectCode()
+    onSelectionStartChanged: if (selected && selectionStart < mark.length) selectCode()
     Keys.onEscapePressed: event => {
         event.accepted = selected
         clearSelection()
