@@ -30,11 +30,7 @@ Item {
         font: Theme.headline
         color: Theme.primary
         opacity: root.titleOpacity
-        wrapMode: Text.WordWrap
-        maximumLineCount: 2
-        fontSizeMode: Text.HorizontalFit // for a word that is too long alone
-        minimumPixelSize: Theme.caption.pixelSize
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignHCenter
         Accessible.role: Accessible.Heading
         Accessible.name: text
