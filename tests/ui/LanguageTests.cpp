@@ -28,17 +28,10 @@ constexpr int narrowest = 320;
 /// A language in which every text is accented, longer, and in brackets.
 class PseudoLanguage : public QTranslator {
 public:
-    static QString of(QString text)
+    static QString of(const QString& text)
     {
-        const QString plain = QStringLiteral("aceinostuyACEINOSTUY");
-        const QString accented = QStringLiteral("åçéîñôšţûýÅÇÉÎÑÔŠŢÛÝ");
-        const qsizetype longer = 1 + 2 * text.size() / 5;
-        for (QChar& letter : text) {
-            if (const qsizetype place = plain.indexOf(letter); place >= 0) {
-                letter = accented[place];
-            }
-        }
-        return u'[' + text + QString(longer, u'~') + u']';
+        const QString accented = QString(text).replace(u'a', u'å').replace(u'e', u'é').replace(u'o', u'ô');
+        return u'[' + accented + QString(1 + 2 * text.size() / 5, u'~') + u']';
     }
 
     bool isEmpty() const override { return false; }
@@ -79,8 +72,7 @@ public:
         ASSERT_TRUE(QTest::qWaitFor([this] { return window->contentItem()->width() == narrowest; }));
     }
 
-    /// Lists two tokens whose names are texts of the interface too, with what a swipe reveals, and one that
-    /// has none.
+    /// Two tokens are named as the interface is, the third has no names. All rows show what a swipe reveals.
     void showList()
     {
         auto tokens = tokensNamed("abc");
@@ -92,15 +84,11 @@ public:
         store.tokens = tokens;
         show();
         for (QQuickItem* item : drawnItems()) {
-            if (item->property("revealed").isValid()
-                && item->property("issuer") == QStringLiteral("Delete")) {
-                item->setProperty("revealed", item->property("deleteWidth"));
-            }
+            item->setProperty("revealed", item->property("deleteWidth"));
         }
     }
 
-    /// Opens the form and fails to import.
-    void showSheet()
+    void showSheetWithError()
     {
         show();
         screen->setShowingAdd(true);
@@ -121,18 +109,21 @@ public:
         return items;
     }
 
-    static bool drawsText(const QQuickItem* item)
-    {
-        return item->property("contentWidth").isValid() && !item->property("text").toString().isEmpty();
-    }
-
+    /// All drawn texts. What must be readable is whole and within what it belongs to.
     QStringList drawnTexts() const
     {
         QStringList texts;
         for (const QQuickItem* item : drawnItems()) {
-            if (drawsText(item)) {
-                texts += item->property("text").toString();
+            const QString text = item->property("text").toString();
+            if (text.isEmpty() || !item->property("contentWidth").isValid()) {
+                continue;
             }
+            texts += text;
+            SCOPED_TRACE(text.toStdString());
+            EXPECT_FALSE(item->property("truncated").toBool());
+            EXPECT_LE(item->property("contentWidth").toReal(), item->width() + 0.5);
+            EXPECT_GE(item->x(), -0.5);
+            EXPECT_LE(item->x() + item->width(), item->parentItem()->width() + 0.5);
         }
         return texts;
     }
@@ -148,36 +139,19 @@ public:
         return texts;
     }
 
-    /// No letter may be left of a text once what was translated and what stands for itself is taken out of
-    /// it.
+    /// No letter may be left once what was translated and what stands for itself are taken out of the texts.
     static void expectTranslated(QStringList texts, const QStringList& verbatim)
     {
-        static const QRegularExpression translated(QStringLiteral("\\[[^\\[\\]]*\\]"));
+        static const QRegularExpression innermost(QStringLiteral("\\[[^\\[\\]]*\\]"));
         static const QRegularExpression letter(QStringLiteral("\\p{L}"));
-        for (QString& text : texts) {
-            while (text.contains(translated)) {
-                text.remove(translated);
-            }
+        while (!texts.filter(innermost).isEmpty()) {
+            texts.replaceInStrings(innermost, QString());
         }
         for (const QString& piece : verbatim) {
             EXPECT_FALSE(texts.filter(piece).isEmpty()) << piece.toStdString();
             texts.replaceInStrings(piece, QString());
         }
         EXPECT_EQ(texts.filter(letter).join(u'\n').toStdString(), "");
-    }
-
-    void expectWhole() const
-    {
-        for (const QQuickItem* item : drawnItems()) {
-            if (!drawsText(item)) {
-                continue;
-            }
-            const std::string text = item->property("text").toString().toStdString();
-            EXPECT_FALSE(item->property("truncated").toBool()) << text;
-            EXPECT_LE(item->property("contentWidth").toReal(), item->width() + 0.5) << text;
-            EXPECT_GE(item->x(), -0.5) << text;
-            EXPECT_LE(item->x() + item->width(), item->parentItem()->width() + 0.5) << text;
-        }
     }
 
     QQmlEngine engine;
@@ -191,21 +165,17 @@ TEST_F(LanguageTest, everyTextOfTheInterfaceIsTranslatedAndNoOther)
     QCoreApplication::installTranslator(&language);
     show();
     expectTranslated(drawnTexts() + spokenTexts(), {});
-    expectWhole();
     showList();
-    const QStringList names{QStringLiteral("Delete"), QStringLiteral("Copy code"), QStringLiteral("Next"),
-                            QStringLiteral("Token"), QStringLiteral("Account")};
+    const QStringList names = QStringLiteral("Delete|Copy code|Next|Token|Account").split(u'|');
     expectTranslated(drawnTexts(), names);
     expectTranslated(spokenTexts(), names);
     for (const QString& name : names.first(3)) {
         EXPECT_TRUE(spokenTexts().contains(PseudoLanguage::of(name))) << name.toStdString();
     }
-    expectWhole();
-    showSheet();
-    const QStringList message{QStringLiteral("Enter a valid otpauth:// URI.")};
-    expectTranslated(drawnTexts(), QStringList{QStringLiteral("SHA1")} + message + names);
-    expectTranslated(spokenTexts(), message + names);
-    expectWhole();
+    showSheetWithError();
+    const QString message = QStringLiteral("Enter a valid otpauth:// URI.");
+    expectTranslated(drawnTexts(), names + QStringList{message, QStringLiteral("SHA1")});
+    expectTranslated(spokenTexts(), names + QStringList{message});
 }
 
 TEST_F(LanguageTest, everyTranslationFitsTheNarrowestScreen)
@@ -215,34 +185,35 @@ TEST_F(LanguageTest, everyTranslationFitsTheNarrowestScreen)
     for (const QString& translation : translations) {
         SCOPED_TRACE(translation.toStdString());
         useTranslation(*qGuiApp, translation);
-        for (const auto state : {&LanguageTest::show, &LanguageTest::showList, &LanguageTest::showSheet}) {
+        for (const auto state :
+             {&LanguageTest::show, &LanguageTest::showList, &LanguageTest::showSheetWithError}) {
             (this->*state)();
-            expectWhole();
+            EXPECT_GE(drawnTexts().size(), 3);
         }
         delete qGuiApp->findChild<QTranslator*>();
     }
 }
 
-TEST_F(LanguageTest, theInterfaceRunsInTheDirectionOfItsLanguage)
+TEST_F(LanguageTest, theInterfaceRunsInTheDirectionOfItsLanguageAndCodesFromLeftToRight)
 {
     useTranslation(*qGuiApp, {});
     EXPECT_EQ(qGuiApp->findChild<QTranslator*>(), nullptr);
     EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::LeftToRight);
     useTranslation(*qGuiApp, QStringLiteral("he"));
     EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::RightToLeft);
-    EXPECT_EQ(TokenRowView(tokenNamed("a"), Date::fromSecondsSince1970(3), false).countdown(),
+    const AuthToken token = tokenNamed("a");
+    EXPECT_EQ(TokenRowView(token, Date::fromSecondsSince1970(3), false).countdown(),
               QStringLiteral("27\u00a0שנ׳"));
+
     showList();
     int codes = 0;
     for (QQuickItem* item : drawnItems()) {
-        if (item->inherits("QQuickTextInput")) {
-            QRectF first;
-            QRectF second;
-            QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, first),
-                                      Q_ARG(int, 1));
-            QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, second),
-                                      Q_ARG(int, 5));
-            EXPECT_LT(first.x(), second.x());
+        QRectF first;
+        QRectF last;
+        if (QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, first),
+                                      Q_ARG(int, 1))) {
+            QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, last), Q_ARG(int, 6));
+            EXPECT_LT(first.x(), last.x());
             ++codes;
         }
     }

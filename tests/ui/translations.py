@@ -15,7 +15,8 @@ faults = []
 
 with tempfile.TemporaryDirectory() as folder:
     copies = [shutil.copy(file, folder) for file in sorted(room.glob("translations/*.ts"))]
-    subprocess.run([sys.argv[1], "-silent", "-no-obsolete", "-locations", "none", room, "-ts", *copies], check=True)
+    subprocess.run([sys.argv[1], "-silent", "-no-obsolete", "-locations", "none", "-I", room.parent, room,
+                    "-ts", *copies], check=True)
     for copy in map(pathlib.Path, copies):
         if copy.read_bytes() != (room / "translations" / copy.name).read_bytes():
             faults.append(f"{copy.name} is not in step with the sources: build the target update_translations")
