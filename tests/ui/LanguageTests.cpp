@@ -1,24 +1,13 @@
-#include "tests/ui/ScreenFixture.h"
-#include "ui/ContentView.h"
+#include "tests/ui/SceneFixture.h"
 #include "ui/Language.h"
-#include "ui/SymbolProvider.h"
+#include "ui/TokenRowView.h"
+#include "ui/accessibility/AccessibleFactory.h"
 
 #include <QAccessible>
 #include <QDir>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QRegularExpression>
 #include <QTest>
 #include <QTranslator>
-#include <QtQml/qqmlextensionplugin.h>
-
-#include <memory>
-#include <optional>
-#include <stdexcept>
-
-Q_IMPORT_QML_PLUGIN(MirrowvaleAuthenticatorPlugin)
 
 namespace MirrowvaleAuthenticator {
 namespace {
@@ -41,15 +30,13 @@ public:
     }
 };
 
-/// The real scene in a window as narrow as any.
-class LanguageTest : public ScreenTest {
+/// The window as narrow as any.
+class LanguageTest : public SceneTest {
 public:
-    static void SetUpTestSuite() { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); }
-
-    LanguageTest()
+    static void SetUpTestSuite()
     {
-        engine.addImportPath(QStringLiteral(":/qt/qml"));
-        engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        installAccessibleFactory();
     }
 
     ~LanguageTest() override
@@ -61,15 +48,17 @@ public:
     void show()
     {
         window.reset();
-        screen.emplace(store);
-        QQmlComponent main(&engine, QUrl(QStringLiteral("qrc:/qt/qml/MirrowvaleAuthenticator/qml/Main.qml")));
-        window.reset(qobject_cast<QQuickWindow*>(main.createWithInitialProperties(
-            {{QStringLiteral("contentView"), QVariant::fromValue(&*screen)}})));
-        if (!window) {
-            throw std::runtime_error(main.errorString().toStdString());
-        }
+        contentView.setShowingAdd(false);
+        contentView.discardAddTokenView();
+        build();
         window->resize(narrowest, 1600);
         ASSERT_TRUE(QTest::qWaitFor([this] { return window->contentItem()->width() == narrowest; }));
+    }
+
+    void showEmptyState()
+    {
+        list("");
+        show();
     }
 
     /// Two tokens are named as the interface is, the third has no names. All rows show what a swipe reveals.
@@ -91,8 +80,8 @@ public:
     void showSheetWithError()
     {
         show();
-        screen->setShowingAdd(true);
-        screen->addTokenView()->importFromURI();
+        contentView.setShowingAdd(true);
+        contentView.addTokenView()->importFromURI();
     }
 
     QList<QQuickItem*> drawnItems() const
@@ -153,17 +142,13 @@ public:
         }
         EXPECT_EQ(texts.filter(letter).join(u'\n').toStdString(), "");
     }
-
-    QQmlEngine engine;
-    std::optional<ContentView> screen;
-    std::unique_ptr<QQuickWindow> window;
 };
 
 TEST_F(LanguageTest, everyTextOfTheInterfaceIsTranslatedAndNoOther)
 {
     PseudoLanguage language;
     QCoreApplication::installTranslator(&language);
-    show();
+    showEmptyState();
     expectTranslated(drawnTexts() + spokenTexts(), {});
     showList();
     const QStringList names = QStringLiteral("Delete|Copy code|Next|Token|Account").split(u'|');
@@ -186,7 +171,7 @@ TEST_F(LanguageTest, everyTranslationFitsTheNarrowestScreen)
         SCOPED_TRACE(translation.toStdString());
         useTranslation(*qGuiApp, translation);
         for (const auto state :
-             {&LanguageTest::show, &LanguageTest::showList, &LanguageTest::showSheetWithError}) {
+             {&LanguageTest::showEmptyState, &LanguageTest::showList, &LanguageTest::showSheetWithError}) {
             (this->*state)();
             EXPECT_GE(drawnTexts().size(), 3);
         }
