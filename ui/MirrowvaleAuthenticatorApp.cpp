@@ -1,11 +1,13 @@
 #include "ui/MirrowvaleAuthenticatorApp.h"
 
+#include "ui/Language.h"
 #include "ui/QtText.h"
 #include "ui/SymbolProvider.h"
 #include "ui/accessibility/AccessibleFactory.h"
 
 #include <QDebug>
 #include <QFont>
+#include <QLocale>
 #include <QQmlComponent>
 #include <QQmlError>
 #include <QSocketNotifier>
@@ -24,6 +26,7 @@ MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv,
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Mirrowvale Authenticator"));
     QGuiApplication::setOrganizationDomain(QStringLiteral("mirrowvale.app"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.mirrowvale.authenticator"));
+    useTranslation(application, bestTranslation(QLocale::system().uiLanguages()));
 }
 
 MirrowvaleAuthenticatorApp::~MirrowvaleAuthenticatorApp() = default;

@@ -36,15 +36,16 @@ Flickable {
     }
 
     function revealFocus(): void {
-        const field = [uri, issuer, account, secret].find(field => field.activeFocus)
-        if (field) {
-            reveal(field)
+        for (const field of [uri, issuer, account, secret]) {
+            if (field.activeFocus) {
+                reveal(field)
+            }
         }
     }
 
     /// How far an on-screen keyboard reaches over the form.
-    readonly property real covered: Qt.inputMethod.visible
-        ? Math.max(0, mapToItem(null, 0, height).y - Qt.inputMethod.keyboardRectangle.y) : 0
+    readonly property real covered: InputMethod.visible
+        ? Math.max(0, mapToItem(null, 0, height).y - InputMethod.keyboardRectangle.y) : 0
 
     contentWidth: width
     contentHeight: sections.height + 2 * Theme.padding

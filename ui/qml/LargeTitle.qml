@@ -17,7 +17,7 @@ Item {
         text: root.text
         font: Theme.largeTitle
         color: Theme.primary
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignLeft
     }
 }

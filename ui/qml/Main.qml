@@ -21,8 +21,13 @@ Window {
 
     /// Gives the keyboard back once the list screen can be used again.
     function restoreFocus(): void {
-        const target = opener ?? (contentView.empty ? addButton : list)
-        target.forceActiveFocus(Qt.ShortcutFocusReason)
+        if (opener) {
+            opener.forceActiveFocus(Qt.ShortcutFocusReason)
+        } else if (contentView.empty) {
+            addButton.forceActiveFocus(Qt.ShortcutFocusReason)
+        } else {
+            list.forceActiveFocus(Qt.ShortcutFocusReason)
+        }
         opener = null
     }
 
@@ -39,7 +44,7 @@ Window {
     }
 
     Shortcut {
-        sequences: [StandardKey.New]
+        sequences: ["Ctrl+N"]
         enabled: !root.contentView.showingAdd
         onActivated: root.contentView.showingAdd = true
     }

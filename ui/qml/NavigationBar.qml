@@ -19,13 +19,19 @@ Item {
     Text {
         id: title
 
-        anchors.centerIn: parent
-        width: Math.min(implicitWidth, root.width - 2 * Math.max(root.leadingWidth, root.trailingWidth, Theme.spacing))
+        // In the middle of the bar, or as near to it as its ends leave room.
+        readonly property real leftEnd: Math.max(Theme.mirrored ? root.trailingWidth : root.leadingWidth, Theme.spacing)
+        readonly property real rightEnd: Math.max(Theme.mirrored ? root.leadingWidth : root.trailingWidth, Theme.spacing)
+
+        x: Math.max(leftEnd, Math.min((root.width - width) / 2, root.width - rightEnd - width))
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.min(implicitWidth, root.width - leftEnd - rightEnd)
         text: root.title
         font: Theme.headline
         color: Theme.primary
         opacity: root.titleOpacity
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }

@@ -215,7 +215,7 @@ TokenRowItem {
                 id: code
 
                 anchors.left: parent.left
-                text: root.displayCode
+                code: root.displayCode
                 room: codeLine.width - copy.symbolSize - Theme.spacing
                 onSelectionStarted: root.codeSelected()
             }

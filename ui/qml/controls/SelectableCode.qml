@@ -6,6 +6,12 @@ import MirrowvaleAuthenticator
 TextInput {
     id: root
 
+    required property string code
+
+    // A text without a letter runs in the direction of the keyboard's language, which can put the second half of the
+    // code first. A mark that has no width holds it, and stays out of the selection.
+    readonly property string mark: InputMethod.inputDirection === Qt.RightToLeft ? "\u200e" : ""
+
     /// The width that the code must not exceed.
     required property real room
 
@@ -14,13 +20,18 @@ TextInput {
 
     signal selectionStarted
 
+    function selectCode() {
+        select(mark.length, length)
+    }
+
     function clearSelection() {
         selected = false
         deselect()
         focus = false
     }
 
-    font: Theme.codeFitting(length, room)
+    text: mark + code
+    font: Theme.codeFitting(code.length, room)
     color: Theme.primary
     selectedTextColor: Theme.primary
     selectionColor: Theme.selection
@@ -30,7 +41,8 @@ TextInput {
     activeFocusOnTab: false
     cursorVisible: false
     persistentSelection: true
-    onTextChanged: if (selected) selectAll()
+    onTextChanged: if (selected) selectCode()
+    onSelectionStartChanged: if (selected && selectionStart < mark.length) selectCode()
     Keys.onEscapePressed: event => {
         event.accepted = selected
         clearSelection()
@@ -39,7 +51,7 @@ TextInput {
     MouseArea {
         function start() {
             root.selected = true
-            root.selectAll()
+            root.selectCode()
             root.forceActiveFocus(Qt.MouseFocusReason)
             root.selectionStarted()
         }

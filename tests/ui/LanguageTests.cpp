@@ -1,0 +1,226 @@
+#include "tests/ui/SceneFixture.h"
+#include "ui/Language.h"
+#include "ui/TokenRowView.h"
+#include "ui/accessibility/AccessibleFactory.h"
+
+#include <QAccessible>
+#include <QDir>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTranslator>
+
+namespace MirrowvaleAuthenticator {
+namespace {
+
+constexpr int narrowest = 320;
+
+/// A language in which every text is accented, longer, and in brackets.
+class PseudoLanguage : public QTranslator {
+public:
+    static QString of(const QString& text)
+    {
+        const QString accented = QString(text).replace(u'a', u'å').replace(u'e', u'é').replace(u'o', u'ô');
+        return u'[' + accented + QString(1 + 2 * text.size() / 5, u'~') + u']';
+    }
+
+    bool isEmpty() const override { return false; }
+    QString translate(const char*, const char* text, const char*, int) const override
+    {
+        return of(QString::fromUtf8(text));
+    }
+};
+
+/// The window as narrow as any.
+class LanguageTest : public SceneTest {
+public:
+    static void SetUpTestSuite()
+    {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        installAccessibleFactory();
+    }
+
+    ~LanguageTest() override
+    {
+        qDeleteAll(qGuiApp->findChildren<QTranslator*>());
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    }
+
+    void show()
+    {
+        window.reset();
+        contentView.setShowingAdd(false);
+        contentView.discardAddTokenView();
+        build();
+        window->resize(narrowest, 1600);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return window->contentItem()->width() == narrowest; }));
+    }
+
+    void showEmptyState()
+    {
+        list("");
+        show();
+    }
+
+    /// Two tokens are named as the interface is, the third has no names. All rows show what a swipe reveals.
+    void showList()
+    {
+        auto tokens = tokensNamed("abc");
+        tokens[0].issuer = "Delete";
+        tokens[0].account = "Copy code";
+        tokens[1].kind = AuthToken::Kind::hotp;
+        tokens[1].issuer = tokens[1].account = "Next";
+        tokens[2].issuer = tokens[2].account = "";
+        store.tokens = tokens;
+        show();
+        for (QQuickItem* item : drawnItems()) {
+            item->setProperty("revealed", item->property("deleteWidth"));
+        }
+    }
+
+    void showSheetWithError()
+    {
+        show();
+        contentView.setShowingAdd(true);
+        contentView.addTokenView()->importFromURI();
+    }
+
+    QList<QQuickItem*> drawnItems() const
+    {
+        window->grabWindow(); // lays everything out
+        QList<QQuickItem*> items{window->contentItem()};
+        for (qsizetype next = 0; next < items.size(); ++next) {
+            for (QQuickItem* child : items[next]->childItems()) {
+                if (child->isVisible() && child->opacity() > 0) {
+                    items += child;
+                }
+            }
+        }
+        return items;
+    }
+
+    /// All drawn texts. What must be readable is whole and within what it belongs to.
+    QStringList drawnTexts() const
+    {
+        QStringList texts;
+        for (const QQuickItem* item : drawnItems()) {
+            const QString text = item->property("text").toString();
+            if (text.isEmpty() || !item->property("contentWidth").isValid()) {
+                continue;
+            }
+            texts += text;
+            SCOPED_TRACE(text.toStdString());
+            EXPECT_FALSE(item->property("truncated").toBool());
+            EXPECT_LE(item->property("contentWidth").toReal(), item->width() + 0.5);
+            EXPECT_GE(item->x(), -0.5);
+            EXPECT_LE(item->x() + item->width(), item->parentItem()->width() + 0.5);
+        }
+        return texts;
+    }
+
+    QStringList spokenTexts() const
+    {
+        QStringList texts{window->title()};
+        for (QQuickItem* item : drawnItems()) {
+            if (QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(item)) {
+                texts << spoken->text(QAccessible::Name) << spoken->text(QAccessible::Description);
+            }
+        }
+        return texts;
+    }
+
+    /// No letter may be left once what was translated and what stands for itself are taken out of the texts.
+    static void expectTranslated(QStringList texts, const QStringList& verbatim)
+    {
+        static const QRegularExpression innermost(QStringLiteral("\\[[^\\[\\]]*\\]"));
+        static const QRegularExpression letter(QStringLiteral("\\p{L}"));
+        while (!texts.filter(innermost).isEmpty()) {
+            texts.replaceInStrings(innermost, QString());
+        }
+        for (const QString& piece : verbatim) {
+            EXPECT_FALSE(texts.filter(piece).isEmpty()) << piece.toStdString();
+            texts.replaceInStrings(piece, QString());
+        }
+        EXPECT_EQ(texts.filter(letter).join(u'\n').toStdString(), "");
+    }
+};
+
+TEST_F(LanguageTest, everyTextOfTheInterfaceIsTranslatedAndNoOther)
+{
+    PseudoLanguage language;
+    QCoreApplication::installTranslator(&language);
+    showEmptyState();
+    expectTranslated(drawnTexts() + spokenTexts(), {});
+    showList();
+    const QStringList names = QStringLiteral("Delete|Copy code|Next|Token|Account").split(u'|');
+    expectTranslated(drawnTexts(), names);
+    expectTranslated(spokenTexts(), names);
+    for (const QString& name : names.first(3)) {
+        EXPECT_TRUE(spokenTexts().contains(PseudoLanguage::of(name))) << name.toStdString();
+    }
+    showSheetWithError();
+    const QString message = QStringLiteral("Enter a valid otpauth:// URI.");
+    expectTranslated(drawnTexts(), names + QStringList{message, QStringLiteral("SHA1")});
+    expectTranslated(spokenTexts(), names + QStringList{message});
+}
+
+TEST_F(LanguageTest, everyTranslationFitsTheNarrowestScreen)
+{
+    const QStringList translations = QDir(QStringLiteral(":/i18n")).entryList();
+    EXPECT_EQ(translations.join(u' '), QStringLiteral("ar de es fr he ja pt_BR zh_CN"));
+    for (const QString& translation : translations) {
+        SCOPED_TRACE(translation.toStdString());
+        useTranslation(*qGuiApp, translation);
+        for (const auto state :
+             {&LanguageTest::showEmptyState, &LanguageTest::showList, &LanguageTest::showSheetWithError}) {
+            (this->*state)();
+            EXPECT_GE(drawnTexts().size(), 3);
+        }
+        delete qGuiApp->findChild<QTranslator*>();
+    }
+}
+
+TEST_F(LanguageTest, theInterfaceRunsInTheDirectionOfItsLanguageAndCodesFromLeftToRight)
+{
+    useTranslation(*qGuiApp, {});
+    EXPECT_EQ(qGuiApp->findChild<QTranslator*>(), nullptr);
+    EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::LeftToRight);
+    useTranslation(*qGuiApp, QStringLiteral("he"));
+    EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::RightToLeft);
+    const AuthToken token = tokenNamed("a");
+    EXPECT_EQ(TokenRowView(token, Date::fromSecondsSince1970(3), false).countdown(),
+              QStringLiteral("27\u00a0שנ׳"));
+
+    showList();
+    int codes = 0;
+    for (QQuickItem* item : drawnItems()) {
+        QRectF first;
+        QRectF last;
+        if (QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, first),
+                                      Q_ARG(int, 1))) {
+            QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, last), Q_ARG(int, 6));
+            EXPECT_LT(first.x(), last.x());
+            ++codes;
+        }
+    }
+    EXPECT_EQ(codes, 3);
+}
+
+TEST(BestTranslationTest, servesTheFirstLanguageThatThereIs)
+{
+    const auto best = [](const char* wanted) {
+        return bestTranslation(QString::fromLatin1(wanted).split(u' ')).toStdString();
+    };
+    EXPECT_EQ(best("de-AT de-Latn-AT de"), "de");
+    EXPECT_EQ(best("tlh C fr-CA en"), "fr");
+    EXPECT_EQ(best("pt-PT"), "pt_BR");
+    EXPECT_EQ(best("iw-IL"), "he");
+    EXPECT_EQ(best("zh-SG"), "zh_CN");
+    EXPECT_EQ(best("zh-Hant-TW zh-TW"), ""); // another script
+    EXPECT_EQ(best("zh-TW ja"), "ja");
+    EXPECT_EQ(best("en-GB de"), "");
+    EXPECT_EQ(best("fa-IR fa-Arab-IR fa"), "");
+    EXPECT_EQ(best("C"), "");
+}
+
+} // namespace
+} // namespace MirrowvaleAuthenticator
