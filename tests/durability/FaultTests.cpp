@@ -1,5 +1,6 @@
 #include "tests/durability/SystemCallTap.h"
 #include "tests/durability/Vault.h"
+#include "tests/support/ChildProcess.h"
 
 #include <gtest/gtest.h>
 #include <iostream>
@@ -7,7 +8,6 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace MirrowvaleAuthenticator {
 
@@ -49,20 +49,6 @@ const Impostor impostors[] = {
      },
      true},
 };
-
-/// Runs checks in a process of its own, which may change its limits and mounts; false where they fail.
-bool passesApart(const std::function<void()>& checks)
-{
-    std::cout.flush();
-    const auto child = fork();
-    if (child == 0) {
-        checks();
-        std::cout.flush();
-        _exit(testing::Test::HasFailure() ? 1 : 0);
-    }
-    int status = 0;
-    return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
 
 /// Gives this process a small disk of its own at a folder.
 bool mountSmallDisk(const fs::path& folder)
@@ -182,7 +168,7 @@ TEST(Fault, OfAnyCallDuringALoadIsToldAndNothingIsReplaced)
 TEST(Fault, OfTheMachineIsToldAndTheNextSaveWorks)
 {
     const Vault vault;
-    EXPECT_TRUE(passesApart([&] {
+    EXPECT_TRUE(passed(startApart([&] {
         if (!mountSmallDisk(vault.home.root)) {
             std::cout << "no disk can be mounted here\n";
             return;
@@ -200,8 +186,8 @@ TEST(Fault, OfTheMachineIsToldAndTheNextSaveWorks)
         ASSERT_EQ(mount("", vault.home.root.c_str(), "", MS_REMOUNT, ""), 0);
         EXPECT_EQ(Vault::save(store, 3), "");
         EXPECT_EQ(Vault::found(), listName(3));
-    }));
-    EXPECT_TRUE(passesApart([&] {
+    })));
+    EXPECT_TRUE(passed(startApart([&] {
         ASSERT_EQ(Vault::save(1), "");
         TokenStore store;
         {
@@ -221,7 +207,7 @@ TEST(Fault, OfTheMachineIsToldAndTheNextSaveWorks)
         EXPECT_EQ(message, statusMessage(errSecAllocate));
         EXPECT_EQ(Vault::found(), listName(1));
         EXPECT_EQ(Vault::save(store, 2), "");
-    }));
+    })));
     vault.clear();
     TokenStore store;
     fs::create_symlink(vault.home.root / "nowhere", vault.home.root / "data");

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <set>
 #include <string>
 #include <unistd.h>
@@ -56,17 +55,6 @@ inline std::string nameOf(const std::vector<AuthToken>& tokens)
 inline std::string statusMessage(OSStatus status)
 {
     return KeychainTokenStoreError(status).errorDescription();
-}
-
-inline std::string contents(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-inline void overwrite(const fs::path& path, std::string_view bytes)
-{
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
 /// A folder in memory, where this machine has one: many small files are written there in no time.
