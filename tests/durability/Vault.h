@@ -68,7 +68,7 @@ class Vault {
 public:
     explicit Vault(const fs::path& parent = quickFolder()) : home(parent) { }
 
-    static constexpr auto service = "app.mirrowvale.authenticator.tokens";
+    static constexpr auto service = tokenStoreService;
     const TemporaryHome home;
     const fs::path item = home.data() / (std::string(service) + "_vault.sealed");
     const fs::path key = home.state() / "device.key";
