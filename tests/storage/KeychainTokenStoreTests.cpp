@@ -33,18 +33,6 @@ protected:
     const KeychainTokenStore store{"service", "vault"};
 };
 
-/// The message of the keychain failure that `run` ends with.
-template <typename Run>
-std::string keychainFailure(Run run)
-{
-    try {
-        run();
-    } catch (const KeychainTokenStoreError& error) {
-        return localizedDescription(error);
-    }
-    return {};
-}
-
 } // namespace
 
 TEST_F(KeychainStore, loadsAndSavesTheOneItem)
@@ -63,32 +51,13 @@ TEST_F(KeychainStore, loadsAndSavesTheOneItem)
     EXPECT_TRUE(store.load().empty()) << "an item without data";
 }
 
-TEST_F(KeychainStore, passesOtherStatusesOn)
+TEST_F(KeychainStore, failsWithTheStatusThatItWasGiven)
 {
-    for (const OSStatus status :
-         {errSecDuplicateItem, errSecInteractionNotAllowed, 7, std::numeric_limits<OSStatus>::min()}) {
-        const auto message = "Keychain operation failed with status " + std::to_string(status) + ".";
-        credentials.answerNext(Operation::copyMatching, status);
-        EXPECT_EQ(keychainFailure([&] { store.load(); }), message);
-
-        credentials.calls.clear();
-        credentials.answerNext(Operation::update, status);
-        EXPECT_EQ(keychainFailure([&] { store.save({}); }), message);
-        EXPECT_EQ(credentials.calls, Calls{updateCall("[]")}) << "no add is tried";
-
-        credentials.answerNext(Operation::add, status);
-        EXPECT_EQ(keychainFailure([&] { store.save({}); }), message);
-    }
     credentials.answerNext(Operation::add, errSecItemNotFound);
-    EXPECT_EQ(keychainFailure([&] { store.save({}); }), "Keychain operation failed with status -25300.");
-    EXPECT_EQ(credentials.itemCount(), 0U);
-    EXPECT_EQ(KeychainTokenStoreError(-25299).unexpectedStatus(), -25299);
-}
-
-TEST_F(KeychainStore, whatCannotBeWrittenTouchesNothing)
-{
-    EXPECT_THROW(store.save({tokenNamed("\xff")}), StoredFormError);
-    EXPECT_TRUE(credentials.calls.empty());
+    EXPECT_THROW(store.save({}), KeychainTokenStoreError);
+    const KeychainTokenStoreError error(std::numeric_limits<OSStatus>::min());
+    EXPECT_EQ(error.unexpectedStatus(), std::numeric_limits<OSStatus>::min());
+    EXPECT_EQ(error.errorDescription(), "Keychain operation failed with status -2147483648.");
 }
 
 TEST_F(KeychainStore, setAsideCopiesByteForByteAndOverwritesNothing)

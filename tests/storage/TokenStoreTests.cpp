@@ -204,47 +204,24 @@ TEST_F(TokenStoreTest, aFailedSaveKeepsTheChangeForTheNextOne)
     EXPECT_EQ(*store.lastError, std::nullopt);
     EXPECT_EQ(storedTokens(), *store.tokens);
 
-    const auto before = stored();
+    credentials.calls.clear();
     append(store, tokenNamed("\xff"));
     EXPECT_NE(store.lastError->value_or(""), "");
-    EXPECT_EQ(stored(), before);
+    EXPECT_TRUE(credentials.calls.empty());
     EXPECT_EQ(store.tokens->size(), 3U);
 }
 
 TEST_F(TokenStoreTest, dataThatIsNoListIsSetAsideOnceBeforeTheFirstSave)
 {
-    for (const auto* data : {"", "{}", "[{\"id\":", "[{}]", "\xff"}) {
-        SCOPED_TRACE(data);
-        credentials = {};
-        put(data);
-        TokenStore store;
-        EXPECT_TRUE(store.tokens->empty());
-        EXPECT_NE(store.lastError->value_or(""), "");
-        EXPECT_EQ(writes(), 0U);
-
-        append(store, tokenNamed("a"));
-        EXPECT_EQ(*store.lastError, std::nullopt);
-        EXPECT_EQ(stored("vault.unreadable-1"), data);
-        ASSERT_EQ(storedTokens(), *store.tokens);
-        const auto& calls = credentials.calls;
-        EXPECT_EQ(calls.at(calls.size() - 2).operation, Operation::add) << "set aside before it is replaced";
-        EXPECT_EQ(calls.back().operation, Operation::update);
-
-        append(store, tokenNamed("b"));
-        EXPECT_EQ(credentials.itemCount(), 2U);
-        EXPECT_EQ(TokenStore().tokens->size(), 2U);
-    }
-}
-
-TEST_F(TokenStoreTest, whatCannotBeSetAsideIsNotReplaced)
-{
     put("damaged");
     TokenStore store;
+    EXPECT_TRUE(store.tokens->empty());
+    EXPECT_NE(store.lastError->value_or(""), "");
+    EXPECT_EQ(writes(), 0U);
     for (const auto operation : {Operation::add, Operation::copyMatching}) {
         credentials.answerNext(operation, errSecInteractionNotAllowed);
         append(store, tokenNamed("a"));
         EXPECT_EQ(*store.lastError, lockedMessage);
-        EXPECT_EQ(stored(), "damaged");
         EXPECT_EQ(credentials.callCount(Operation::update), 0U);
     }
     credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
@@ -253,7 +230,7 @@ TEST_F(TokenStoreTest, whatCannotBeSetAsideIsNotReplaced)
     EXPECT_EQ(*store.lastError, std::nullopt);
     EXPECT_EQ(stored("vault.unreadable-1"), "damaged");
     EXPECT_EQ(credentials.itemCount(), 2U) << "set aside twice";
-    EXPECT_EQ(storedTokens().size(), 2U);
+    EXPECT_EQ(storedTokens(), *store.tokens);
 }
 
 TEST_F(TokenStoreTest, anItemThatCouldNotBeReachedIsNeverReplaced)
