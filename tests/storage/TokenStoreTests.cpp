@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
+#include <tuple>
 
 namespace MirrowvaleAuthenticator {
 
@@ -28,29 +29,22 @@ Names issuers(const std::vector<AuthToken>& tokens)
     return names;
 }
 
+/// Number of tokens, counter of the first, last error.
+using Seen = std::vector<std::tuple<std::size_t, std::uint64_t, MaybeText>>;
+
 /// What an observer finds in the store each time that a change is announced.
 struct Announcements {
-    struct Seen {
-        std::size_t tokenCount;
-        std::uint64_t firstCounter;
-        MaybeText lastError;
-
-        friend bool operator==(const Seen&, const Seen&) = default;
-    };
-
     explicit Announcements(TokenStore& store)
         : subscription(store.objectWillChange([this, &store] {
-              seen.push_back({store.tokens->size(), store.tokens->empty() ? 0 : store.tokens->front().counter,
-                              *store.lastError});
+              seen.emplace_back(store.tokens->size(),
+                                store.tokens->empty() ? 0 : store.tokens->front().counter, *store.lastError);
           }))
     {
     }
 
-    std::vector<Seen> seen;
+    Seen seen;
     ObservableObject::Subscription subscription;
 };
-
-using Seen = std::vector<Announcements::Seen>;
 
 class TokenStoreTest : public testing::Test {
 protected:
