@@ -97,10 +97,11 @@ TEST_F(TokenStoreTest, aLoadSortsByIssuerAsTheUsersLocaleDoesAndWritesNothing)
         EXPECT_EQ(issuers(*store.tokens), row.loadedNames);
         EXPECT_EQ(*store.lastError, std::nullopt);
     }
+    EXPECT_EQ(writes(), 0U) << "a load writes nothing";
     credentials = {};
     EXPECT_TRUE(TokenStore().tokens->empty());
     EXPECT_EQ(*TokenStore().lastError, std::nullopt);
-    EXPECT_EQ(writes(), 0U) << "a load writes nothing";
+    EXPECT_EQ(writes(), 0U);
 }
 
 TEST_F(TokenStoreTest, announcesEachAssignmentOnceBeforeItHappens)
