@@ -99,7 +99,7 @@ std::size_t check(const Recording& recording)
 
 TEST(PowerCut, LeavesTheOldOrTheNewList)
 {
-    const auto stride = static_cast<std::size_t>(amount("MIRROWVALE_KILL_STRIDE", 5));
+    const auto stride = static_cast<std::size_t>(amount("MIRROWVALE_KILL_STRIDE", 3));
     for (const auto& start : starts) {
         SCOPED_TRACE(start.name);
         const auto recording = record(start);

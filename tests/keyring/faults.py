@@ -166,16 +166,16 @@ class FaultTest(harness.KeyringTest):
             self.assertEqual(self.probe()(f"save vault {first}"), success)
         self.assertEqual([item["data"] for item in fake.look().items], ["stray"])
 
-    def testNothingIsDoneWhereTheMarkCannotBeTrusted(self):
+    def testNothingIsDoneWithoutAMarkThatCanBeTrusted(self):
         fake = self.settle()
         self.mark.write_text("keyrin")
         self.assertEqual((self.probe()("find vault"), self.probe()(f"save vault {second}")), (undecodable, undecodable))
         self.assertEqual((fake.look().items[0]["data"], self.traces()), (first, (["keyrin"], [])))
         self.startOver()
         fake = Fake(self)
-        self.mark.parent.parent.mkdir(parents=True)
-        self.mark.parent.symlink_to("/nonexistent")
-        self.create(inputOutput)
+        self.mark.parents[2].mkdir()
+        self.mark.parents[1].symlink_to("/nonexistent")
+        self.create(f"{notFound} {inputOutput}")
         self.assertEqual((fake.look().items, self.traces()), ([], nowhere))
 
     def testALostMarkIsRenewedWithoutAsking(self):
