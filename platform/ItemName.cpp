@@ -1,5 +1,6 @@
 #include "platform/ItemName.h"
 
+#include "platform/Hexadecimal.h"
 #include "platform/Status.h"
 
 namespace MirrowvaleAuthenticator {
@@ -33,15 +34,14 @@ const SecretString& requireData(const SecDictionary& entries)
 
 std::string fileNamePart(std::string_view text)
 {
-    constexpr std::string_view hexadecimalDigits = "0123456789ABCDEF";
     constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-";
     std::string result;
     for (const char character : text) {
         if (plain.find(character) != std::string_view::npos) {
             result += character;
         } else {
-            const auto byte = static_cast<unsigned char>(character);
-            result += {'%', hexadecimalDigits[byte >> 4], hexadecimalDigits[byte & 0x0f]};
+            result += '%';
+            appendHexadecimal(result, static_cast<unsigned char>(character));
         }
     }
     return result;

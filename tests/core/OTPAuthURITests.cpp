@@ -34,45 +34,26 @@ TEST(OTPAuthURI, takesEveryFieldFromTheURI)
     const auto token = parseOTPAuthURI(
         "otpauth://HoTp/"
         "Old:bob?secret=ab%20c&issuer=New&algorithm=sha512&digits=8&period=60&counter=9&image=x");
-    const auto after = Date::now().secondsSince1970();
-    EXPECT_EQ(token.kind, Kind::hotp);
-    EXPECT_EQ(token.issuer, "New");
-    EXPECT_EQ(token.account, "bob");
-    EXPECT_EQ(token.secretBase32, "ABC");
-    EXPECT_EQ(token.algorithm, Algorithm::sha512);
-    EXPECT_EQ(token.digits, 8);
-    EXPECT_EQ(token.period, 60);
-    EXPECT_EQ(token.counter, 9U);
     EXPECT_GE(token.createdAt.secondsSince1970(), before);
-    EXPECT_LE(token.createdAt.secondsSince1970(), after);
+    EXPECT_LE(token.createdAt.secondsSince1970(), Date::now().secondsSince1970());
+    const AuthToken expected{token.id,          Kind::hotp, "New", "bob", "ABC",
+                             Algorithm::sha512, 8,          60,    9,     token.createdAt};
+    EXPECT_EQ(token, expected);
 
     const auto plain = parseOTPAuthURI("otpauth://totp?secret=X");
-    EXPECT_EQ(plain.kind, Kind::totp);
-    EXPECT_EQ(plain.issuer, "");
-    EXPECT_EQ(plain.account, "");
-    EXPECT_EQ(plain.algorithm, Algorithm::sha1);
-    EXPECT_EQ(plain.digits, 6);
-    EXPECT_EQ(plain.period, 30);
-    EXPECT_EQ(plain.counter, 0U);
     EXPECT_FALSE(plain.id == token.id);
+    const AuthToken defaults{plain.id, Kind::totp, "", "", "X", Algorithm::sha1, 6, 30, 0, plain.createdAt};
+    EXPECT_EQ(plain, defaults);
 }
 
 TEST(OTPAuthURI, acceptsSchemeTypeAndNamesInAnyCase)
 {
-    // clang-format off
-    const struct { std::string_view uri; Kind kind; } table[] = {
-        {"otpauth://TOTP/x?secret=S", Kind::totp}, {"OTPAUTH://totp/x?SECRET=S", Kind::totp},
-        {"OtpAuth://HOTP/x?Secret=S", Kind::hotp},
-        {"otpauth://u:p@hotp:99/x?secret=S#secret=T", Kind::hotp},
-        {"otpauth://:@totp:/x?%73ecret=S", Kind::totp}, {"otpauth://totp/x?&&secret=S&&", Kind::totp},
-        {"otpauth://totp/x?a=1&secret=S&b&c=", Kind::totp},
-    };
-    // clang-format on
-    for (const auto& row : table) {
-        SCOPED_TRACE(row.uri);
-        ASSERT_EQ(failure(row.uri), "");
-        EXPECT_EQ(parseOTPAuthURI(row.uri).kind, row.kind);
-        EXPECT_EQ(parseOTPAuthURI(row.uri).secretBase32, "S");
+    for (const auto* uri : {"OTPAUTH://TOTP/x?SECRET=S", "otpauth://u:p@totp:99/x?secret=S#secret=T",
+                            "otpauth://:@%74otp:/x?%73ecret=S", "otpauth://totp/x?a=1&&secret=S&b&c=&&"}) {
+        SCOPED_TRACE(uri);
+        ASSERT_EQ(failure(uri), "");
+        EXPECT_EQ(parseOTPAuthURI(uri).kind, Kind::totp);
+        EXPECT_EQ(parseOTPAuthURI(uri).secretBase32, "S");
     }
 }
 
@@ -83,19 +64,15 @@ TEST(OTPAuthURI, splitsTheLabelAndPrefersTheIssuerParameter)
         {"/Acme:alice", "", "Acme", "alice"}, {"/Old:bob", "&issuer=New", "New", "bob"},
         {"/Old:bob", "&issuer=", "", "bob"}, {"/Old:bob", "&issuer", "", "bob"},
         {"/Old:bob", "&ISSUER=%C2%A0New%20Co%E3%80%80%0A", "New Co", "bob"},
-        {"/Old:bob", "&issuer=A+B", "A+B", "bob"}, {"/bob", "&issuer=%3Cb%3E%251", "<b>%1", "bob"},
-        {"/carol", "", "", "carol"}, {"", "", "", ""}, {"/", "", "", ""},
+        {"/bob", "&issuer=A+B%3Cb%3E%251", "A+B<b>%1", "bob"}, {"/carol", "", "", "carol"}, {"/", "", "", ""},
         {"/:Acme:alice", "", "Acme", "alice"}, {"/:::Acme:alice", "", "Acme", "alice"},
         {"/Acme:", "", "", "Acme:"}, {"/:Acme:", "", "", ":Acme:"}, {"/:alice", "", "", ":alice"},
         {"/:", "", "", ":"}, {"/Acme::alice", "", "Acme", ":alice"}, {"/Acme::", "", "Acme", ":"},
-        {"/a:b:c", "", "a", "b:c"}, {"/a:b:c", "&issuer=I", "I", "b:c"},
-        {"/Acme:", "&issuer=I", "I", "Acme:"}, {"/Acme:%20alice%20", "", "Acme", "alice"},
-        {"/%20Acme%09:%E2%80%A8alice%C2%85", "", "Acme", "alice"}, {"/%20:alice", "", "", "alice"},
-        {"/Acme:%20", "", "Acme", ""}, {"/in%20ner:a%20%20b", "", "in ner", "a  b"},
-        {"/Acme%3Aalice", "", "Acme", "alice"}, {"/Acme%253Aalice", "", "Acme", "alice"},
-        {"/Acme%25253Aalice", "", "", "Acme%3Aalice"}, {"/100%25", "", "", "100%"},
-        {"/a%253", "", "", "a%3"}, {"/%25FF:a", "", "%FF", "a"}, {"/%25C3%25A9", "", "", "é"},
-        {"/A%CC%8A", "", "", "A\u030A"}, {"/Acme:%CC%81alice", "", "", "Acme:\u0301alice"},
+        {"/a:b:c", "&issuer=I", "I", "b:c"}, {"/Acme:", "&issuer=I", "I", "Acme:"},
+        {"/%20Acme%09:%E2%80%A8a%20%20b%C2%85", "", "Acme", "a  b"}, {"/%20:alice", "", "", "alice"},
+        {"/Acme:%20", "", "Acme", ""}, {"/Acme%3Aalice", "", "Acme", "alice"},
+        {"/Acme%253Aalice", "", "Acme", "alice"}, {"/Acme%25253Aalice", "", "", "Acme%3Aalice"},
+        {"/100%25", "", "", "100%"}, {"/%25FF:a", "", "%FF", "a"}, {"/%25C3%25A9", "", "", "é"},
         {"/Acme:%CC%81b:alice", "", "Acme:\u0301b", "alice"}, {"/Acme%0D:%0Aalice", "", "Acme", "alice"},
         {"//a/b//", "", "", "a/b"}, {"/%2Fa%2F", "", "", "a"}, {"/%252Fa", "", "", "/a"},
         {"/a+b:c+d", "", "a+b", "c+d"},
@@ -115,9 +92,8 @@ TEST(OTPAuthURI, upperCasesTheSecretAndRemovesPlainSpacesOnly)
 {
     // clang-format off
     const std::pair<std::string, std::string> table[] = {
-        {"abcd%20efgh", "ABCDEFGH"}, {"%20", ""}, {"a%09b%0D%0A", "A\tB\r\n"}, {"a%C2%A0b", "A\u00A0B"},
-        {"%C3%9F", "SS"}, {"AB=CD==", "AB=CD=="}, {"a+b?/:@", "A+B?/:@"}, {"1-8", "1-8"}, {"i%C4%B1", "II"},
-        {"%2520", "%20"}, {"%00", "\0"s},
+        {"%20", ""}, {"a%09b%0D%0A", "A\tB\r\n"}, {"a%20b%C2%A0c%00", "AB\u00A0C\0"s},
+        {"%C3%9Fi%C4%B1", "SSII"}, {"a+b?/:@=1-8==", "A+B?/:@=1-8=="}, {"%2520", "%20"},
     };
     // clang-format on
     for (const auto& [written, secret] : table) {
@@ -127,17 +103,14 @@ TEST(OTPAuthURI, upperCasesTheSecretAndRemovesPlainSpacesOnly)
 
 TEST(OTPAuthURI, readsTheAlgorithmOrFallsBack)
 {
-    const std::pair<std::string, Algorithm> table[] = {
-        {"SHA1", Algorithm::sha1},      {"sha256", Algorithm::sha256},
-        {"Sha512", Algorithm::sha512},  {"MD5", Algorithm::sha1},
-        {"", Algorithm::sha1},          {"SHA-256", Algorithm::sha1},
-        {"%20SHA256", Algorithm::sha1}, {"%C5%BFha256", Algorithm::sha256},
-        {"SHA256%00", Algorithm::sha1}};
+    const std::pair<const char*, Algorithm> table[] = {
+        {"=SHA1", Algorithm::sha1},      {"=sha256", Algorithm::sha256}, {"=Sha512", Algorithm::sha512},
+        {"=MD5", Algorithm::sha1},       {"=", Algorithm::sha1},         {"=%C5%BFha256", Algorithm::sha256},
+        {"=%20SHA256", Algorithm::sha1}, {"", Algorithm::sha1}};
     for (const auto& [written, algorithm] : table) {
-        EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=X&algorithm=" + written).algorithm, algorithm)
+        EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=X&algorithm"s + written).algorithm, algorithm)
             << written;
     }
-    EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=X&algorithm").algorithm, Algorithm::sha1);
 }
 
 TEST(OTPAuthURI, readsNumbersOrFallsBack)
@@ -148,12 +121,10 @@ TEST(OTPAuthURI, readsNumbersOrFallsBack)
     const std::string zeros(100'000, '0');
     // clang-format off
     const std::pair<std::string, std::int64_t> signedTable[] = {
-        {"8", 8}, {"+8", 8}, {"-7", -7}, {"-0", 0}, {"007", 7}, {"10", 10}, {zeros + "9", 9},
-        {"9223372036854775807", largest}, {"-9223372036854775808", smallest}, {"9223372036854775808", none},
-        {"-9223372036854775809", none}, {"99999999999999999999999", none},
-        {zeros.substr(0, 99) + "8" + zeros, none}, {"eight", none}, {"", none}, {"+", none}, {"-", none},
-        {"+-8", none}, {"--8", none}, {"%208", none}, {"8%20", none}, {"8.0", none}, {"0x8", none},
-        {"8e0", none}, {"8_0", none}, {"%EF%BC%98", none}, {"8%00", none}, {"8%CC%81", none},
+        {"8", 8}, {"+8", 8}, {"-7", -7}, {zeros + "9", 9}, {"9223372036854775807", largest},
+        {"-9223372036854775808", smallest}, {"9223372036854775808", none}, {"-9223372036854775809", none},
+        {zeros.substr(0, 99) + "8" + zeros, none}, {"", none}, {"+", none}, {"-", none}, {"+-8", none},
+        {"%208", none}, {"8.0", none}, {"8%00", none}, {"%EF%BC%98", none},
     };
     // clang-format on
     for (const auto& [written, value] : signedTable) {
@@ -165,10 +136,8 @@ TEST(OTPAuthURI, readsNumbersOrFallsBack)
     }
     // clang-format off
     const std::pair<std::string, std::uint64_t> counterTable[] = {
-        {"5", 5}, {"+5", 5}, {"-0", 0}, {"-000", 0}, {"-3", 0}, {"-", 0}, {"", 0}, {"5x", 0}, {"%205", 0},
-        {"5.5", 0}, {"+-5", 0}, {zeros + "7", 7}, {"18446744073709551615", 18446744073709551615U},
-        {"18446744073709551616", 0}, {"18446744073709551625", 0}, {"184467440737095516150", 0},
-        {"9223372036854775808", 9223372036854775808U}, {"-18446744073709551616", 0},
+        {"+5", 5}, {"-0", 0}, {"-3", 0}, {"-", 0}, {"", 0}, {"5x", 0}, {"+-5", 0}, {zeros + "7", 7},
+        {"18446744073709551615", 18446744073709551615U}, {"18446744073709551616", 0},
     };
     // clang-format on
     for (const auto& [written, value] : counterTable) {
@@ -185,23 +154,22 @@ TEST(OTPAuthURI, failsWithTheFirstCheckThatFails)
             "", "totp/x?secret=X", "//totp/x?secret=X", "otp://totp/x?secret=X", "otpauths://push/x",
             " otpauth://totp/x?secret=X", "otpauth://totp/x?secret=X\n", "otpauth://totp/a b?secret=X",
             "otpauth://totp/é?secret=X", "otpauth://totp/x?secret=X|", "otpauth://totp/x?secret=X#a#b",
-            "otpauth://totp/x?secret=X\0"s, "otpauth://totp/100%?secret=X", "otpauth://totp/%FF?secret=X",
-            "otpauth://totp/x?secret=%zz", "otpauth://totp/x?secret=X&a=%C3",
-            "otpauth://totp/x?secret=X&%ED%A0%80=1", "otpauth://push/%FF",
-            "otpauth://totp/x?secret=X&secret=Y", "otpauth://totp/x?secret=X&secret=X",
-            "otpauth://totp/x?secret=X&Secret", "otpauth://totp/x?secret=X&%53ECRET=Y",
-            "otpauth://totp/x?secret=X&a=1&A=2", "otpauth://totp/x?a=1&a=2",
+            "otpauth://totp/x?secret=X\0"s, "otpauth://totp/100%?secret=X", "otpauth://push/%FF",
+            "otpauth://totp/x?secret=%zz", "otpauth://totp/x?secret=X&a=%C3", "otpauth://totp:x/?secret=X",
+            "otpauth://totp/x?secret=X&%ED%A0%80=1", "otpauth://totp/x?secret=X#%zz",
+            "otpauth://totp/[a]?secret=X", "otpauth://a@totp@x/?secret=X", "otpauth://[::1/x?secret=X",
+            "otpauth://totp/x?secret=X&secret=X", "otpauth://totp/x?secret=X&Secret",
+            "otpauth://totp/x?secret=X&%53ECRET=Y", "otpauth://totp/x?a=1&a=2",
             "otpauth://totp/x?secret=X&%C3%A9=1&%C3%89=2", "otpauth://totp/x?secret=X&%C3%A9=1&e%CC%81=2",
             "otpauth://totp/x?secret=X&k=1&%E2%84%AA=2",
         }},
         {unsupportedType, {
-            "otpauth:", "otpauth:totp?secret=X", "otpauth:/totp/x?secret=X", "otpauth:///totp?secret=X",
-            "otpauth://push/x?secret=X", "otpauth://push/x", "otpauth://totp./x?secret=X",
+            "otpauth:", "otpauth:totp?secret=X", "otpauth:///totp?secret=X", "otpauth://push/x",
             "otpauth://totp@x/x?secret=X", "otpauth://[::1]/x?secret=X",
             "otpauth://push/x?secret=X&secret=Y",
         }},
         {missingSecret, {
-            "otpauth://totp", "otpauth://totp/x?", "otpauth://totp/x?secret=", "otpauth://totp/x?secret",
+            "otpauth://totp", "otpauth://totp/x?secret=", "otpauth://totp/x?secret",
             "otpauth://totp/x?secrets=X&%20secret=X", "otpauth://totp/x?%C5%BFecret=X",
             "otpauth://totp/x#secret=X",
         }},
@@ -217,10 +185,9 @@ TEST(OTPAuthURI, failsWithTheFirstCheckThatFails)
 TEST(OTPAuthURI, answersTextsOfAMegabyteWhateverTheyHold)
 {
     const auto megabyte = [](std::string_view piece) {
-        std::string text;
-        text.reserve(1'000'000 + piece.size());
+        std::string text(piece);
         while (text.size() < 1'000'000) {
-            text += piece;
+            text += text;
         }
         return text;
     };
@@ -242,8 +209,7 @@ TEST(OTPAuthURI, answersTextsOfAMegabyteWhateverTheyHold)
         }
     }
     EXPECT_EQ(parseOTPAuthURI("otpauth://totp/" + megabyte(":") + "a:b?secret=X").issuer, "a");
-    EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=" + megabyte("a%20")).secretBase32.size(), 250'000U);
-    EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=X&" + megabyte("&")).secretBase32, "X");
+    EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=" + megabyte("a%20")).secretBase32.size(), 262'144U);
     EXPECT_EQ(failure("otpauth://totp/x?secret=X&" + megabyte("a=&")), invalidURL);
 
     std::string manyNames = "otpauth://totp/x?secret=X";

@@ -39,11 +39,10 @@ public:
     }
 
     /// Follows a call that succeeded; those outside of the root are passed over.
-    /// @returns false for a flush of what was safe already
-    bool apply(const SystemCall& call)
+    void apply(const SystemCall& call)
     {
         if (!(call.path + "/").starts_with(root)) {
-            return false;
+            return;
         }
         const auto path = relative(call.path);
         const auto folder = find(path.parent_path());
@@ -63,11 +62,11 @@ public:
             unsafeChanges.push_back({folder, path.filename()});
             break;
         case SystemCall::Kind::flush:
-            return flush(find(path));
+            flush(find(path));
+            break;
         case SystemCall::Kind::other:
             break;
         }
-        return true;
     }
 
     /// Hands over each tree that may be found if the power were cut now.
@@ -142,12 +141,11 @@ private:
         return node;
     }
 
-    bool flush(std::size_t node)
+    void flush(std::size_t node)
     {
-        const auto size = std::exchange(nodes[node].safeSize, nodes[node].bytes.size());
+        nodes[node].safeSize = nodes[node].bytes.size();
         nodes[node].safeNames = names(node, all);
-        return std::erase_if(unsafeChanges, [&](const auto& change) { return change.folder == node; }) > 0
-            || size < nodes[node].safeSize;
+        std::erase_if(unsafeChanges, [&](const auto& change) { return change.folder == node; });
     }
 
     static std::set<Content> possibleContents(const Node& node, std::size_t tears)

@@ -1,14 +1,12 @@
 #include "tests/durability/Vault.h"
+#include "tests/support/ChildProcess.h"
 
 #include <atomic>
 #include <chrono>
 #include <csignal>
-#include <gtest/gtest.h>
-#include <iostream>
 #include <random>
 #include <sched.h>
 #include <sys/mman.h>
-#include <sys/wait.h>
 
 namespace MirrowvaleAuthenticator {
 
@@ -22,33 +20,25 @@ struct Progress {
     std::atomic<int> finished;
 };
 
-/// Saves ever newer lists until it is killed.
-[[noreturn]] void saveForEver(Progress& progress, int next)
-{
-    TokenStore store;
-    for (;; ++next) {
-        progress.begun = next;
-        if (!Vault::save(store, next).empty()) {
-            _exit(1);
-        }
-        progress.finished = next;
-    }
-}
-
-/// Lets a process save lists from `next` on, and kills it a while after it has begun the list `last`.
+/// Lets a process save ever newer lists from `next` on, and kills it a while after it has begun the list
+/// `last`.
 void killAfter(Clock::duration delay, Progress& progress, int next, int last)
 {
     progress.begun = progress.finished = next - 1;
-    const auto child = fork();
-    if (child == 0) {
-        saveForEver(progress, next);
-    }
+    const auto child = startApart([&] {
+        TokenStore store;
+        for (;; ++next) {
+            progress.begun = next;
+            ASSERT_EQ(Vault::save(store, next), "");
+            progress.finished = next;
+        }
+    });
     while (progress.begun < last && waitpid(child, nullptr, WNOHANG) == 0) {
         sched_yield();
     }
     for (const auto moment = Clock::now() + delay; Clock::now() < moment;) { }
     ASSERT_EQ(kill(child, SIGKILL), 0) << "the saving process ended by itself";
-    ASSERT_EQ(waitpid(child, nullptr, 0), child);
+    ASSERT_FALSE(passed(child));
 }
 
 } // namespace

@@ -13,8 +13,6 @@ namespace {
 
 using Kind = SystemCall::Kind;
 
-SystemCallTap* currentTap = nullptr;
-
 std::string pathOf(int descriptor)
 {
     std::error_code ignored;
@@ -33,7 +31,7 @@ std::string pathOf(int folder, const std::filesystem::path& name)
 template <typename Describe, typename Real>
 auto tapped(Describe describe, Real real) -> decltype(real())
 {
-    auto* tap = currentTap;
+    auto* tap = SystemCallTap::current;
     if (tap == nullptr) {
         return real();
     }
@@ -51,16 +49,6 @@ auto tapped(Describe describe, Real real) -> decltype(real())
 }
 
 } // namespace
-
-SystemCallTap::SystemCallTap()
-{
-    currentTap = this;
-}
-
-SystemCallTap::~SystemCallTap()
-{
-    currentTap = nullptr;
-}
 
 } // namespace MirrowvaleAuthenticator
 
@@ -93,7 +81,8 @@ TAP(int, unlinkat, (int folder, const char* name, int flags), (folder, name, fla
 ssize_t __real_write(int file, const void* bytes, std::size_t size);
 ssize_t __wrap_write(int file, const void* bytes, std::size_t size)
 {
-    const auto allowed = currentTap == nullptr ? size : std::min(size, currentTap->largestWrite);
+    const auto allowed =
+        SystemCallTap::current == nullptr ? size : std::min(size, SystemCallTap::current->largestWrite);
     return tapped(
         [&] {
             return SystemCall{Kind::write, pathOf(file), {static_cast<const char*>(bytes), allowed}};

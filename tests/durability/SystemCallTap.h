@@ -21,11 +21,12 @@ struct SystemCall {
 /// random source from 0, records those that changed something, and lets chosen ones fail.
 class SystemCallTap {
 public:
-    SystemCallTap();
-    ~SystemCallTap();
+    SystemCallTap() { current = this; }
+    ~SystemCallTap() { current = nullptr; }
     SystemCallTap(const SystemCallTap&) = delete;
     SystemCallTap& operator=(const SystemCallTap&) = delete;
 
+    static inline SystemCallTap* current = nullptr; ///< the one that stands in between
     std::function<int(std::size_t number)> fault; ///< the `errno` for a call, or 0 to let it through
     std::size_t largestWrite = SIZE_MAX; ///< longer writes are cut short, as the kernel may do
     std::vector<SystemCall> recorded{}; ///< what succeeded, in order; `other` calls are left out

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <set>
 #include <string>
 #include <unistd.h>
@@ -58,17 +57,6 @@ inline std::string statusMessage(OSStatus status)
     return KeychainTokenStoreError(status).errorDescription();
 }
 
-inline std::string contents(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-inline void overwrite(const fs::path& path, std::string_view bytes)
-{
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
-
 /// A folder in memory, where this machine has one: many small files are written there in no time.
 inline fs::path quickFolder()
 {
@@ -80,7 +68,7 @@ class Vault {
 public:
     explicit Vault(const fs::path& parent = quickFolder()) : home(parent) { }
 
-    static constexpr auto service = "app.mirrowvale.authenticator.tokens";
+    static constexpr auto service = tokenStoreService;
     const TemporaryHome home;
     const fs::path item = home.data() / (std::string(service) + "_vault.sealed");
     const fs::path key = home.state() / "device.key";

@@ -15,7 +15,7 @@ using namespace MirrowvaleAuthenticator;
 
 namespace {
 
-constexpr auto service = "app.mirrowvale.authenticator.tokens";
+constexpr auto service = tokenStoreService;
 std::optional<TokenStore> store;
 
 /// Status, data.

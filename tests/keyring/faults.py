@@ -8,7 +8,7 @@ from harness import Fake, attributes, first, second
 
 success, notFound, notAvailable = "0", "-25300", "-25291"
 locked, cancelled, inputOutput = "-25308", "-128", "-36"
-noRight, noMemory = "-61", "-108"
+noRight, noMemory, undecodable = "-61", "-108", "-26275"
 failed = "Keychain operation failed with status {}."
 stored = {"login": {"attributes": attributes, "data": first}}
 inKeyring, inSealedFile, nowhere = (["keyring\n"], []), (["sealed files\n"],
@@ -78,17 +78,18 @@ class FaultTest(harness.KeyringTest):
         self.assertEqual([item["data"] for item in fake.look().items], ["0", second, "1", "2"])
 
     def testAFailedCreationLeavesNothing(self):
-        for script, status in (
-            ({"default": False, "prompt": "dismiss"}, cancelled),
-            ({"locked": {"login": True}, "prompt": "dismiss"}, cancelled),
-            ({"forgets": ["CreateItem"]}, inputOutput),
-            ({"fails": {"CreateItem": "org.freedesktop.DBus.Error.AccessDenied"}}, noRight),
-            ({"fails": {"CreateItem": "org.freedesktop.Secret.Error.NoSession"}}, inputOutput),
+        for script, answer in (
+            ({"default": False, "prompt": "dismiss"}, f"{notFound} {cancelled}"),
+            ({"locked": {"login": True}, "prompt": "dismiss"}, f"{notFound} {cancelled}"),
+            ({"forgets": ["CreateItem"]}, f"{notFound} {inputOutput}"),
+            ({"fails": {"CreateItem": "org.freedesktop.DBus.Error.AccessDenied"}}, f"{notFound} {noRight}"),
+            ({"fails": {"CreateItem": "org.freedesktop.Secret.Error.NoSession"}}, f"{notFound} {inputOutput}"),
+            ({"fails": {"SearchItems": "org.freedesktop.DBus.Error.AccessDenied"}}, noRight),
         ):
             with self.subTest(script):
                 self.startOver()
                 fake = Fake(self, **script)
-                self.create(f"{notFound} {status}")
+                self.create(answer)
                 self.assertEqual((self.traces(), fake.look().items), (nowhere, []))
                 self.assertLessEqual(fake.prompts, 1)
                 fake.tell(prompt="grant", forgets=[], fails={})
@@ -142,34 +143,46 @@ class FaultTest(harness.KeyringTest):
         self.assertEqual([item["data"] for item in fake.items[1:]], damages)
 
     def testWithoutItsKeyringAnItemIsNeverNotFound(self):
-        self.settle().end()
+        self.create()  # as a sealed file, which is then no more than a stray one
+        self.mark.write_text("keyring\n")
         probe = self.probe()
         for end, begin in ((lambda: None, lambda: Fake(self)), (self.bus.end, self.startBus)):
             end()
             for answer in (probe("find vault"), probe(f"save vault {second}"), self.probe()("find vault"),
                            self.probe(DBUS_SESSION_BUS_ADDRESS="")("find vault")):
                 self.assertEqual(answer, notAvailable)
-            self.assertEqual(self.traces(), inKeyring)
             begin()
         fake = Fake(self, items=stored)
         self.assertEqual(probe(f"save vault {second}"), success)
-        self.assertOneItem(fake, second)
+        self.assertEqual([item["data"] for item in fake.look().items], [second])
 
     def testASealedFileStaysInUseBesideAKeyring(self):
         self.create()
         self.assertEqual(self.traces(), inSealedFile)
-        fake = Fake(self)
-        for loseMark in (lambda: None, self.loseMark):
+        fake = Fake(self, items={"login": {"attributes": attributes, "data": "stray"}})
+        for loseMark in (lambda: None, self.mark.unlink):
             loseMark()
             self.assertEqual(self.probe()("find vault"), f"{success} {first}")
             self.assertEqual(self.probe()(f"save vault {first}"), success)
-        self.assertEqual(fake.look().items, [])
+        self.assertEqual([item["data"] for item in fake.look().items], ["stray"])
+
+    def testNothingIsDoneWithoutAMarkThatCanBeTrusted(self):
+        fake = self.settle()
+        self.mark.write_text("keyrin")
+        self.assertEqual((self.probe()("find vault"), self.probe()(f"save vault {second}")), (undecodable, undecodable))
+        self.assertEqual((fake.look().items[0]["data"], self.traces()), (first, (["keyrin"], [])))
+        self.startOver()
+        fake = Fake(self)
+        self.mark.parents[2].mkdir()
+        self.mark.parents[1].symlink_to("/nonexistent")
+        self.create(f"{notFound} {inputOutput}")
+        self.assertEqual((fake.look().items, self.traces()), ([], nowhere))
 
     def testALostMarkIsRenewedWithoutAsking(self):
         fake = self.settle()
         for script, answer, prompts in (({}, f"{success} {first}", 0),
                                         ({"locked": {"login": True}, "prompt": "dismiss"}, cancelled, 1)):
-            self.loseMark()
+            self.mark.unlink()
             fake.tell(**script)
             self.assertEqual(self.probe()("find vault"), answer)
             self.assertEqual((self.traces(), fake.look().prompts), (inKeyring, prompts))

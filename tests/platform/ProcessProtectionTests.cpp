@@ -1,49 +1,35 @@
 #include "platform/ProcessProtection.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/ChildProcess.h"
 
 #include <cerrno>
-#include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace MirrowvaleAuthenticator {
-namespace {
-
-/// Runs a check in a process of its own, which the protection may not outlive.
-bool holdsOnceProtected(bool (*check)())
-{
-    const pid_t child = fork();
-    if (child == 0) {
-        protectProcess();
-        _exit(check() ? EXIT_SUCCESS : EXIT_FAILURE);
-    }
-    int status = -1;
-    waitpid(child, &status, 0);
-    return status == 0;
-}
 
 TEST(ProcessProtection, leavesNoCoreDumpAndNoReadableMemory)
 {
-    EXPECT_TRUE(holdsOnceProtected([] {
+    EXPECT_TRUE(passed(startApart([] {
+        protectProcess();
         rlimit core{1, 1};
-        return getrlimit(RLIMIT_CORE, &core) == 0 && core.rlim_cur == 0 && core.rlim_max == 0
-            && prctl(PR_GET_DUMPABLE, 0, 0, 0, 0) == 0;
-    }));
+        EXPECT_EQ(getrlimit(RLIMIT_CORE, &core), 0);
+        EXPECT_EQ(core.rlim_cur + core.rlim_max, 0U);
+        EXPECT_EQ(prctl(PR_GET_DUMPABLE, 0, 0, 0, 0), 0);
+    })));
 }
 
-TEST(ProcessProtection, aFileSizeLimitIsAFailedWrite)
+TEST(ProcessProtection, makesAFileSizeLimitAFailedWrite)
 {
-    EXPECT_TRUE(holdsOnceProtected([] {
+    EXPECT_TRUE(passed(startApart([] {
+        protectProcess();
         const rlimit none{0, 0};
         const int file = open("/tmp", O_TMPFILE | O_WRONLY, 0600);
-        return setrlimit(RLIMIT_FSIZE, &none) == 0 && write(file, "x", 1) == -1 && errno == EFBIG;
-    }));
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
+        EXPECT_EQ(write(file, "x", 1), -1);
+        EXPECT_EQ(errno, EFBIG);
+    })));
 }
 
-} // namespace
 } // namespace MirrowvaleAuthenticator

@@ -1,34 +1,13 @@
 #include "platform/SingleInstance.h"
 
+#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <csignal>
-#include <functional>
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace MirrowvaleAuthenticator {
-
-namespace {
-
-pid_t inAnotherProcess(const std::function<bool()>& run)
-{
-    const pid_t process = fork();
-    if (process == 0) {
-        _exit(run() ? 0 : 1);
-    }
-    return process;
-}
-
-bool succeeded(pid_t process)
-{
-    int status = 0;
-    return waitpid(process, &status, 0) == process && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-} // namespace
 
 TEST(SingleInstance, aSecondProcessHandsItsActivationToTheFirst)
 {
@@ -37,14 +16,14 @@ TEST(SingleInstance, aSecondProcessHandsItsActivationToTheFirst)
     ASSERT_FALSE(first.isSecond());
     ASSERT_GE(first.activationDescriptor(), 0);
     for (const auto* token : {"token-1", "", "token-2"}) {
-        const auto process = inAnotherProcess([&] {
+        const auto process = startApart([&] {
             const SingleInstance other;
-            return other.isSecond() && other.activateFirst(token);
+            EXPECT_TRUE(other.isSecond() && other.activateFirst(token));
         });
         pollfd waiting{first.activationDescriptor(), POLLIN, 0};
         ASSERT_EQ(poll(&waiting, 1, 30000), 1);
         EXPECT_EQ(first.takeActivation(), token);
-        EXPECT_TRUE(succeeded(process));
+        EXPECT_TRUE(passed(process));
     }
     struct stat folder { };
     ASSERT_EQ(stat(home.data().c_str(), &folder), 0);
@@ -56,23 +35,22 @@ TEST(SingleInstance, theLockEndsWithItsProcessHoweverThatEnds)
     const TemporaryHome home;
     int ready[2];
     ASSERT_EQ(pipe(ready), 0);
-    const auto process = inAnotherProcess([&] {
+    const auto process = startApart([&] {
         const SingleInstance first;
-        const bool told = !first.isSecond() && write(ready[1], "x", 1) == 1;
+        EXPECT_TRUE(!first.isSecond() && write(ready[1], "x", 1) == 1);
         pause();
-        return told;
     });
     pollfd waiting{ready[0], POLLIN, 0};
     ASSERT_EQ(poll(&waiting, 1, 30000), 1);
     EXPECT_TRUE(SingleInstance().isSecond());
     ASSERT_EQ(kill(process, SIGKILL), 0);
-    EXPECT_FALSE(succeeded(process));
+    EXPECT_FALSE(passed(process));
     {
         const SingleInstance next;
         EXPECT_FALSE(next.isSecond());
         EXPECT_GE(next.activationDescriptor(), 0) << "what the killed process left behind is in the way";
     }
-    EXPECT_TRUE(succeeded(inAnotherProcess([] { return !SingleInstance().isSecond(); })));
+    EXPECT_TRUE(passed(startApart([] { EXPECT_FALSE(SingleInstance().isSecond()); })));
     close(ready[0]);
     close(ready[1]);
 }

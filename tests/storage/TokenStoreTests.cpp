@@ -4,10 +4,11 @@
 #include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/Tokens.h"
 
-#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
+#include <tuple>
 
 namespace MirrowvaleAuthenticator {
 
@@ -28,37 +29,33 @@ Names issuers(const std::vector<AuthToken>& tokens)
     return names;
 }
 
+/// Number of tokens, counter of the first, last error.
+using Seen = std::vector<std::tuple<std::size_t, std::uint64_t, MaybeText>>;
+
 /// What an observer finds in the store each time that a change is announced.
 struct Announcements {
-    struct Seen {
-        std::size_t tokenCount;
-        std::uint64_t firstCounter;
-        MaybeText lastError;
-
-        friend bool operator==(const Seen&, const Seen&) = default;
-    };
-
     explicit Announcements(TokenStore& store)
         : subscription(store.objectWillChange([this, &store] {
-              seen.push_back({store.tokens->size(), store.tokens->empty() ? 0 : store.tokens->front().counter,
-                              *store.lastError});
+              seen.emplace_back(store.tokens->size(),
+                                store.tokens->empty() ? 0 : store.tokens->front().counter, *store.lastError);
           }))
     {
     }
 
-    std::vector<Seen> seen;
+    Seen seen;
     ObservableObject::Subscription subscription;
 };
-
-using Seen = std::vector<Announcements::Seen>;
 
 class TokenStoreTest : public testing::Test {
 protected:
     TokenStoreTest() { setenv("LC_ALL", "en_US.UTF-8", 1); }
 
-    void put(std::string_view data) { credentials.put(service, "vault", data); }
+    void put(std::string_view data) { credentials.put(tokenStoreService, "vault", data); }
     void put(const std::vector<AuthToken>& tokens) { put(encodeTokens(tokens)); }
-    MaybeText stored(std::string_view account = "vault") const { return credentials.data(service, account); }
+    MaybeText stored(std::string_view account = "vault") const
+    {
+        return credentials.data(tokenStoreService, account);
+    }
     std::vector<AuthToken> storedTokens() const { return decodeTokens(stored().value()); }
     std::size_t writes() const
     {
@@ -70,31 +67,18 @@ protected:
         store.persist();
     }
 
-    const std::string service = tokenStoreService();
     ScriptedCredentialStore credentials;
     const CredentialStoreOverride inPlace{credentials};
 };
 
 } // namespace
 
-TEST_F(TokenStoreTest, aFirstStartIsEmptyAndWritesNothing)
-{
-    const TokenStore store;
-    EXPECT_TRUE(store.tokens->empty());
-    EXPECT_EQ(*store.lastError, std::nullopt);
-    EXPECT_EQ(writes(), 0U);
-    EXPECT_EQ(credentials.callCount(Operation::copyMatching), 1U);
-    EXPECT_TRUE(service.ends_with(".authenticator.tokens")) << service;
-}
-
-TEST_F(TokenStoreTest, aLoadSortsByIssuerAsTheUsersLocaleDoes)
+TEST_F(TokenStoreTest, aLoadSortsByIssuerAsTheUsersLocaleDoesAndWritesNothing)
 {
     // clang-format off
     const struct { const char* locale; Names storedNames, loadedNames; } table[] = {
         {"en_US.UTF-8", {"beta", "Alpha", "", "alpha"}, {"Alpha", "alpha", "beta", ""}},
-        {"en_US.UTF-8", {"alpha", "ALPHA", "Alpha", "alphA"}, {"alpha", "ALPHA", "Alpha", "alphA"}},
         {"en_US.UTF-8", {"Tokens", "token", "", "TOKEN", "toke"}, {"toke", "token", "", "TOKEN", "Tokens"}},
-        {"en_US.UTF-8", {"", " ", "a"}, {" ", "a", ""}},
         {"en_US.UTF-8", {"z", "Ö", "ö", "Zebra"}, {"Ö", "ö", "z", "Zebra"}},
         {"sv_SE.UTF-8", {"Ö", "z", "ö", "Zebra"}, {"z", "Zebra", "Ö", "ö"}},
         {"en_US.UTF-8", {"Cafe\u0301 2", "Café 1"}, {"Café 1", "Cafe\u0301 2"}},
@@ -114,22 +98,10 @@ TEST_F(TokenStoreTest, aLoadSortsByIssuerAsTheUsersLocaleDoes)
         EXPECT_EQ(*store.lastError, std::nullopt);
     }
     EXPECT_EQ(writes(), 0U) << "a load writes nothing";
-}
-
-TEST_F(TokenStoreTest, aLongListSortsStably)
-{
-    std::vector<AuthToken> tokens;
-    for (std::uint64_t number = 0; number < 2000; ++number) {
-        tokens.push_back(tokenNamed(Names{"b", "B", "a", "", "token"}[number * 7 % 5], "", number));
-    }
-    put(tokens);
-    const TokenStore store;
-    ASSERT_EQ(store.tokens->size(), tokens.size());
-    const auto group = [](const AuthToken& token) {
-        return token.issuer == "a" ? 0 : token.issuer == "b" || token.issuer == "B" ? 1 : 2;
-    };
-    EXPECT_TRUE(std::ranges::is_sorted(
-        *store.tokens, {}, [&](const AuthToken& token) { return std::pair(group(token), token.counter); }));
+    credentials = {};
+    EXPECT_TRUE(TokenStore().tokens->empty());
+    EXPECT_EQ(*TokenStore().lastError, std::nullopt);
+    EXPECT_EQ(writes(), 0U);
 }
 
 TEST_F(TokenStoreTest, announcesEachAssignmentOnceBeforeItHappens)
@@ -185,15 +157,12 @@ TEST_F(TokenStoreTest, advancesTheFirstTokenWithTheId)
     twin.issuer = "b";
     put({token, twin, tokenNamed("c", "", 1)});
     TokenStore store;
-    auto stale = token;
-    stale.counter = 99;
-    stale.issuer = "renamed";
     store.advanceCounter(token);
-    store.advanceCounter(stale);
-    EXPECT_EQ(store.tokens->at(0).counter, 7U);
-    EXPECT_EQ(store.tokens->at(1).counter, 5U);
-    EXPECT_EQ(store.tokens->at(2).counter, 1U);
-    EXPECT_EQ(storedTokens(), *store.tokens);
+    store.advanceCounter(twin);
+    const auto& tokens = *store.tokens;
+    EXPECT_EQ((std::array{tokens[0].counter, tokens[1].counter, tokens[2].counter}),
+              (std::array{7UL, 5UL, 1UL}));
+    EXPECT_EQ(storedTokens(), tokens);
 }
 
 TEST_F(TokenStoreTest, anAdvanceThatCannotBeMadeWritesAndAnnouncesNothing)
@@ -230,47 +199,24 @@ TEST_F(TokenStoreTest, aFailedSaveKeepsTheChangeForTheNextOne)
     EXPECT_EQ(*store.lastError, std::nullopt);
     EXPECT_EQ(storedTokens(), *store.tokens);
 
-    const auto before = stored();
+    credentials.calls.clear();
     append(store, tokenNamed("\xff"));
     EXPECT_NE(store.lastError->value_or(""), "");
-    EXPECT_EQ(stored(), before);
+    EXPECT_TRUE(credentials.calls.empty());
     EXPECT_EQ(store.tokens->size(), 3U);
 }
 
 TEST_F(TokenStoreTest, dataThatIsNoListIsSetAsideOnceBeforeTheFirstSave)
 {
-    for (const auto* data : {"", "{}", "[{\"id\":", "[{}]", "\xff"}) {
-        SCOPED_TRACE(data);
-        credentials = {};
-        put(data);
-        TokenStore store;
-        EXPECT_TRUE(store.tokens->empty());
-        EXPECT_NE(store.lastError->value_or(""), "");
-        EXPECT_EQ(writes(), 0U);
-
-        append(store, tokenNamed("a"));
-        EXPECT_EQ(*store.lastError, std::nullopt);
-        EXPECT_EQ(stored("vault.unreadable-1"), data);
-        ASSERT_EQ(storedTokens(), *store.tokens);
-        const auto& calls = credentials.calls;
-        EXPECT_EQ(calls.at(calls.size() - 2).operation, Operation::add) << "set aside before it is replaced";
-        EXPECT_EQ(calls.back().operation, Operation::update);
-
-        append(store, tokenNamed("b"));
-        EXPECT_EQ(credentials.itemCount(), 2U);
-        EXPECT_EQ(TokenStore().tokens->size(), 2U);
-    }
-}
-
-TEST_F(TokenStoreTest, whatCannotBeSetAsideIsNotReplaced)
-{
     put("damaged");
     TokenStore store;
+    EXPECT_TRUE(store.tokens->empty());
+    EXPECT_NE(store.lastError->value_or(""), "");
+    EXPECT_EQ(writes(), 0U);
     for (const auto operation : {Operation::add, Operation::copyMatching}) {
         credentials.answerNext(operation, errSecInteractionNotAllowed);
         append(store, tokenNamed("a"));
         EXPECT_EQ(*store.lastError, lockedMessage);
-        EXPECT_EQ(stored(), "damaged");
         EXPECT_EQ(credentials.callCount(Operation::update), 0U);
     }
     credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
@@ -279,45 +225,25 @@ TEST_F(TokenStoreTest, whatCannotBeSetAsideIsNotReplaced)
     EXPECT_EQ(*store.lastError, std::nullopt);
     EXPECT_EQ(stored("vault.unreadable-1"), "damaged");
     EXPECT_EQ(credentials.itemCount(), 2U) << "set aside twice";
-    EXPECT_EQ(storedTokens().size(), 2U);
+    EXPECT_EQ(storedTokens(), *store.tokens);
 }
 
 TEST_F(TokenStoreTest, anItemThatCouldNotBeReachedIsNeverReplaced)
 {
-    for (const OSStatus status :
-         {errSecInteractionNotAllowed, errSecNotAvailable, errSecIO, errSecUserCanceled, 7}) {
-        SCOPED_TRACE(status);
-        credentials = {};
-        put({tokenNamed("kept")});
-        credentials.answerNext(Operation::copyMatching, status);
-        TokenStore store;
-        const auto message = "Keychain operation failed with status " + std::to_string(status) + ".";
-        EXPECT_EQ(*store.lastError, message);
-        for (int attempt = 0; attempt < 2; ++attempt) {
-            append(store, tokenNamed("a"));
-            store.advanceCounter(store.tokens->front());
-            EXPECT_EQ(*store.lastError, message);
-        }
-        EXPECT_EQ(writes(), 0U);
-
-        store.load();
-        EXPECT_EQ(issuers(*store.tokens), Names{"kept"});
-        append(store, tokenNamed("b"));
-        EXPECT_EQ(*store.lastError, std::nullopt);
-        EXPECT_EQ(issuers(storedTokens()), (Names{"kept", "b"}));
-    }
-}
-
-TEST_F(TokenStoreTest, whatTheCredentialStoreCannotOpenIsItsOwnToKeep)
-{
-    put("sealed");
-    credentials.answerNext(Operation::copyMatching, errSecDecode);
+    put({tokenNamed("kept")});
+    credentials.answerNext(Operation::copyMatching, errSecInteractionNotAllowed);
     TokenStore store;
-    EXPECT_EQ(*store.lastError, "Keychain operation failed with status -26275.");
-    append(store, tokenNamed("a"));
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        append(store, tokenNamed("a"));
+        store.advanceCounter(store.tokens->front());
+        EXPECT_EQ(*store.lastError, lockedMessage);
+    }
+    EXPECT_EQ(writes(), 0U);
+
+    store.load();
+    append(store, tokenNamed("b"));
     EXPECT_EQ(*store.lastError, std::nullopt);
-    EXPECT_EQ(storedTokens(), *store.tokens);
-    EXPECT_EQ(credentials.itemCount(), 1U);
+    EXPECT_EQ(issuers(storedTokens()), (Names{"kept", "b"}));
 }
 
 } // namespace MirrowvaleAuthenticator

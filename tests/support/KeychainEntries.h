@@ -6,6 +6,9 @@
 
 namespace MirrowvaleAuthenticator {
 
+/// The service under which the application's token store keeps its item.
+constexpr auto tokenStoreService = "app.mirrowvale.authenticator.tokens";
+
 inline SecValue textValue(std::string_view text)
 {
     return SecretString(text);

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "platform/Keychain.h"
+#include "tests/support/KeychainEntries.h"
 
+#include <algorithm>
 #include <deque>
 #include <map>
 #include <optional>
@@ -28,10 +29,40 @@ public:
     };
 
     std::vector<Call> calls; ///< in order; free to be cleared
+    std::optional<SecResult> oddResult; ///< what each search that finds its item hands back instead of data
 
-    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
-    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
-    OSStatus add(const SecDictionary& attributes) override;
+    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override
+    {
+        return answer({Operation::copyMatching, query, {}}, [&] {
+            const auto found = items.find(name(query));
+            if (found == items.end()) {
+                return errSecItemNotFound;
+            }
+            result = oddResult.value_or(std::get<SecretString>(found->second.at(kSecValueData)));
+            return errSecSuccess;
+        });
+    }
+
+    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override
+    {
+        return answer({Operation::update, query, attributes}, [&] {
+            const auto found = items.find(name(query));
+            if (found == items.end()) {
+                return errSecItemNotFound;
+            }
+            for (const auto& [key, value] : attributes) {
+                found->second.insert_or_assign(key, value);
+            }
+            return errSecSuccess;
+        });
+    }
+
+    OSStatus add(const SecDictionary& attributes) override
+    {
+        return answer({Operation::add, {}, attributes}, [&] {
+            return items.emplace(name(attributes), attributes).second ? errSecSuccess : errSecDuplicateItem;
+        });
+    }
 
     /// The next call of `operation` that has no script yet answers `status`; success does what it should.
     void answerNext(Operation operation, OSStatus status) { scripts[operation].once.push_back(status); }
@@ -39,20 +70,26 @@ public:
     /// Every later call of `operation` answers `status`, until `errSecSuccess` is given.
     void answerAlways(Operation operation, OSStatus status) { scripts[operation].always = status; }
 
-    /// Every later search that finds its item hands back `result`, whatever the item holds.
-    void handBackAlways(SecResult result) { oddResult = std::move(result); }
-
     /// Puts an item in place without a call.
-    void put(std::string_view service, std::string_view account, std::string_view data);
+    void put(std::string_view service, std::string_view account, std::string_view data)
+    {
+        items.insert_or_assign({SecretString(service), SecretString(account)}, item(service, account, data));
+    }
 
     /// An item's data, or nothing where there is no such item.
-    std::optional<std::string> data(std::string_view service, std::string_view account) const;
-
-    /// The entries of an item, which must exist.
-    const SecDictionary& entries(std::string_view service, std::string_view account) const;
+    std::optional<std::string> data(std::string_view service, std::string_view account) const
+    {
+        const auto found = items.find({SecretString(service), SecretString(account)});
+        return found == items.end()
+            ? std::nullopt
+            : std::optional<std::string>(std::get<SecretString>(found->second.at(kSecValueData)));
+    }
 
     std::size_t itemCount() const { return items.size(); }
-    std::size_t callCount(Operation operation) const;
+    std::size_t callCount(Operation operation) const
+    {
+        return static_cast<std::size_t>(std::ranges::count(calls, operation, &Call::operation));
+    }
 
 private:
     using Name = std::pair<SecretString, SecretString>;
@@ -61,16 +98,27 @@ private:
         OSStatus always = errSecSuccess;
     };
 
-    static std::optional<Name> name(const SecDictionary& entries);
-    OSStatus begin(Call call);
-    OSStatus find(const SecDictionary& query, SecDictionary*& found);
+    static Name name(const SecDictionary& entries)
+    {
+        return {std::get<SecretString>(entries.at(kSecAttrService)),
+                std::get<SecretString>(entries.at(kSecAttrAccount))};
+    }
+
+    template <typename Usual>
+    OSStatus answer(Call call, Usual usual)
+    {
+        auto& script = scripts[call.operation];
+        calls.push_back(std::move(call));
+        auto status = script.always;
+        if (!script.once.empty()) {
+            status = script.once.front();
+            script.once.pop_front();
+        }
+        return status == errSecSuccess ? usual() : status;
+    }
 
     std::map<Name, SecDictionary> items; ///< by service and account
     std::map<Operation, Script> scripts;
-    std::optional<SecResult> oddResult;
 };
-
-/// The service name under which the application's token store keeps its item.
-std::string tokenStoreService();
 
 } // namespace MirrowvaleAuthenticator
