@@ -4,6 +4,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QMap>
@@ -93,15 +94,19 @@ void SystemAppearance::askPortal()
 
 void SystemAppearance::followPortal()
 {
-    // Not before an answer is there: this call waits for the bus.
+    // Not before an answer is there: this call waits for the bus. The slot takes the whole message, as one
+    // that takes a QDBusVariant was seen to be refused while that type was not known to the toolkit yet.
     QDBusConnection::sessionBus().connect(portalService(), portalPath(), portalInterface(),
                                           QStringLiteral("SettingChanged"), this,
-                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
+                                          SLOT(settingChanged(QDBusMessage)));
 }
 
-void SystemAppearance::settingChanged(const QString& group, const QString& key, const QDBusVariant& value)
+void SystemAppearance::settingChanged(const QDBusMessage& signal)
 {
-    apply(group, key, value.variant());
+    const QVariantList parts = signal.arguments();
+    if (signal.signature() == QLatin1String("ssv")) {
+        apply(parts[0].toString(), parts[1].toString(), parts[2].value<QDBusVariant>().variant());
+    }
 }
 
 void SystemAppearance::apply(const QString& group, const QString& key, const QVariant& value)
