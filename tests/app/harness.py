@@ -13,6 +13,7 @@ import unittest
 
 application = None  # the program under test
 pictures = None  # where a failed wait leaves what was on screen
+screen = "600x1000x24"  # of the virtual display
 patience = 20.0  # seconds until a condition that does not come true counts as failed
 
 
@@ -26,7 +27,7 @@ def main():
     with tempfile.TemporaryDirectory() as home:
         reading, writing = os.pipe()
         display = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "600x1000x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", screen, "-nolisten", "tcp"],
             pass_fds=[writing], stderr=subprocess.DEVNULL)
         os.close(writing)
         try:
@@ -187,6 +188,8 @@ class WindowTest(unittest.TestCase):
                 "XDG_STATE_HOME": str(home / "state"), "XDG_CACHE_HOME": str(home / "cache"),
                 "XDG_CONFIG_HOME": str(home / "config"), "XDG_RUNTIME_DIR": str(runtime),
                 "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_QPA_PLATFORM": "xcb", "QT_QUICK_BACKEND": "software",
+                # The sanitizer's allocator may not ask for the time: the held clock allocates.
+                "ASAN_OPTIONS": "allocator_release_to_os_interval_ms=-1",
                 "LD_PRELOAD": ":".join([*sanitizer, str(library)]), "FAKETIME_TIMESTAMP_FILE": str(self.home / "clock"),
                 "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1", "NO_FAKE_STAT": "1"}
 

@@ -7,15 +7,6 @@ Flickable {
 
     required property AddTokenView form
 
-    Connections {
-        target: root.form
-
-        function onErrorChanged(): void {
-            message.announce()
-            root.reveal(message)
-        }
-    }
-
     signal pulled(real distance)
     signal letGo(real velocity)
 
@@ -43,6 +34,15 @@ Flickable {
         }
     }
 
+    /// Whether a new message is to be in sight, once it has its place.
+    property bool bringsMessage: false
+
+    function revealMessage(): void {
+        if (bringsMessage) {
+            reveal(message)
+        }
+    }
+
     /// How far an on-screen keyboard reaches over the form.
     readonly property real covered: InputMethod.visible
         ? Math.max(0, mapToItem(null, 0, height).y - InputMethod.keyboardRectangle.y) : 0
@@ -51,6 +51,8 @@ Flickable {
     contentHeight: sections.height + 2 * Theme.padding
     bottomMargin: covered
     onCoveredChanged: revealFocus()
+    onContentHeightChanged: revealMessage()
+    onMovementStarted: bringsMessage = false
     flickableDirection: Flickable.VerticalFlick
     boundsBehavior: Flickable.DragOverBounds
     boundsMovement: Flickable.StopAtBounds
@@ -58,6 +60,16 @@ Flickable {
     // The content follows a pull over its top at half its speed; the sheet goes with the finger.
     onVerticalOvershootChanged: if (dragging && verticalOvershoot < 0) pulled(-2 * verticalOvershoot)
     onDraggingChanged: if (!dragging) letGo(-verticalVelocity)
+
+    Connections {
+        target: root.form
+
+        function onErrorChanged(): void {
+            message.announce()
+            root.bringsMessage = true
+            root.revealMessage()
+        }
+    }
 
     Column {
         id: sections

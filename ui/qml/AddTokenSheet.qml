@@ -104,7 +104,7 @@ FocusScope {
 
                 anchors { right: parent.right; verticalCenter: parent.verticalCenter }
                 text: qsTr("Save")
-                font: Theme.headline
+                font: Theme.barTitle
                 enabled: root.form.canSave
                 onClicked: root.form.saveManualToken()
             }

@@ -17,7 +17,10 @@ Item {
         text: root.text
         font: Theme.largeTitle
         color: Theme.primary
-        wrapMode: Text.Wrap
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.smallestText
+        wrapMode: Text.NoWrap
+        elide: Text.ElideRight
         horizontalAlignment: Text.AlignLeft
     }
 }

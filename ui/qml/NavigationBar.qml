@@ -27,11 +27,14 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: Math.min(implicitWidth, root.width - leftEnd - rightEnd)
         text: root.title
-        font: Theme.headline
+        font: Theme.barTitle
         color: Theme.primary
         opacity: root.titleOpacity
-        wrapMode: Text.Wrap
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.smallestText
+        wrapMode: Text.WordWrap
         horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }

@@ -48,6 +48,13 @@ QtObject {
     readonly property font subheadline: Qt.font({ family: interfaceFamily, pixelSize: 15 * textScale })
     readonly property font footnote: Qt.font({ family: interfaceFamily, pixelSize: 13 * textScale })
     readonly property font caption: Qt.font({ family: interfaceFamily, pixelSize: 12 * textScale })
+    /// What a text that has to stand on one line is made smaller to at most, in pixels.
+    readonly property int smallestText: 12
+
+    // A bar shares one line among three texts: they grow less than others.
+    readonly property real barScale: Math.min(textScale, 1.2)
+    readonly property font barTitle: Qt.font({ family: interfaceFamily, pixelSize: 17 * barScale, weight: Font.DemiBold })
+    readonly property font barButton: Qt.font({ family: interfaceFamily, pixelSize: 17 * barScale })
     readonly property font code: Qt.font({ family: "JetBrains Mono", pixelSize: 32 * textScale, weight: Font.DemiBold, preferShaping: false })
 
     /// The width of each digit of a code.

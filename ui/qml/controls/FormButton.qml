@@ -5,6 +5,7 @@ import MirrowvaleAuthenticator
 PlainButton {
     id: root
 
+    implicitHeight: Math.max(Theme.target, implicitContentHeight + 22)
     font: Theme.body
     leftPadding: Theme.padding
     rightPadding: Theme.padding

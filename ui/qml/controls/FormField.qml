@@ -26,6 +26,8 @@ T.TextField {
         text: root.placeholder
         font: root.font
         color: Theme.placeholder
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.smallestText
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
         horizontalAlignment: Text.AlignLeft

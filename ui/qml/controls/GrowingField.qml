@@ -34,6 +34,8 @@ T.TextArea {
         text: root.placeholder
         font: root.font
         color: Theme.placeholder
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.smallestText
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignLeft
     }

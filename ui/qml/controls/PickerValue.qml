@@ -9,28 +9,38 @@ Item {
     required property string choice
     property bool pressed: false
 
-    implicitHeight: label.implicitHeight
+    readonly property real besideLabel: value.implicitWidth + 4 + chevrons.width + Theme.spacing
+
+    /// Whether the choice stands below the label, having no room beside it.
+    readonly property bool stacked: label.implicitWidth + besideLabel > width
+
+    implicitHeight: label.height + (stacked ? 4 + value.height : 0)
 
     Text {
         id: label
 
         anchors {
             left: parent.left
-            right: value.left
-            rightMargin: Theme.spacing
             verticalCenter: parent.verticalCenter
+            verticalCenterOffset: root.stacked ? -(value.height + 4) / 2 : 0
         }
+        width: root.stacked ? root.width : root.width - root.besideLabel
         text: root.label
         font: Theme.body
         color: Theme.primary
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignLeft
     }
 
     Text {
         id: value
 
-        anchors { right: chevrons.left; rightMargin: 4; verticalCenter: parent.verticalCenter }
+        anchors {
+            right: chevrons.left
+            rightMargin: 4
+            verticalCenter: parent.verticalCenter
+            verticalCenterOffset: root.stacked ? (label.height + 4) / 2 : 0
+        }
         text: root.choice
         textFormat: Text.PlainText
         font: Theme.body
@@ -41,7 +51,7 @@ Item {
     Symbol {
         id: chevrons
 
-        anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+        anchors { right: parent.right; verticalCenter: value.verticalCenter }
         size: 16 * Theme.textScale
         name: "chevron.up.chevron.down"
         color: Theme.secondary

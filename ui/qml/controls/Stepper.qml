@@ -13,7 +13,10 @@ FocusScope {
 
     signal stepped(int value)
 
-    implicitHeight: Math.max(Theme.target + 2, labelText.implicitHeight + 24)
+    /// Whether the buttons stand below the label, having no room beside it.
+    readonly property bool stacked: labelText.implicitWidth + Theme.spacing + buttons.width + 2 * Theme.padding > width
+
+    implicitHeight: stacked ? 12 + labelText.height + buttons.height : Math.max(Theme.target + 2, labelText.height + 24)
     Accessible.role: Accessible.Grouping
     Accessible.name: label
 
@@ -25,14 +28,14 @@ FocusScope {
         anchors {
             left: parent.left
             leftMargin: Theme.padding
-            right: buttons.left
-            rightMargin: Theme.spacing
-            verticalCenter: parent.verticalCenter
+            top: parent.top
+            topMargin: root.stacked ? 12 : (root.height - height) / 2
         }
+        width: root.width - 2 * Theme.padding - (root.stacked ? 0 : buttons.width + Theme.spacing)
         text: root.label
         font: Theme.body
         color: Theme.primary
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignLeft
     }
 
@@ -54,7 +57,12 @@ FocusScope {
     Row {
         id: buttons
 
-        anchors { right: parent.right; rightMargin: Theme.padding; verticalCenter: parent.verticalCenter }
+        anchors {
+            right: parent.right
+            rightMargin: Theme.padding
+            bottom: parent.bottom
+            bottomMargin: root.stacked ? 0 : (root.height - height) / 2
+        }
 
         StepperButton {
             symbol: "minus"

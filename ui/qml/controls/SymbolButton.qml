@@ -8,6 +8,8 @@ PlainButton {
     required property string symbol
     property real symbolSize: Theme.symbolSize * Theme.textScale
 
+    focusRing.anchors.margins: 2
+
     contentItem: Item {
         implicitWidth: root.symbolSize
         implicitHeight: root.symbolSize

@@ -1,11 +1,11 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// A button that is its title alone.
+/// A button of a bar that is its title alone.
 PlainButton {
     id: root
 
-    font: Theme.body
+    font: Theme.barButton
     leftPadding: Theme.padding
     rightPadding: Theme.padding
 

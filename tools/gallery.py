@@ -1,0 +1,118 @@
+"""Takes a picture of every state of the application, in each of many looks, and lays them out on one sheet each:
+    tools/gallery.sh [FOLDER]"""
+
+import itertools
+import pathlib
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests" / "app"))
+
+import harness
+from harness import WindowTest, setClipboard
+
+secret = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"
+tokens = (f"totp/Acme:alice%40acme.example?secret={secret}",
+          f"hotp/Brim%20Bank:bob?secret={secret}&counter=1",
+          f"totp/Long%20Name%20of%20a%20Company%20That%20Does%20Not%20Fit%20Here:an.address.that.is%40far.too.long.example"
+          f"?secret={secret}&digits=8",
+          f"totp/%D8%A8%D8%B1%D9%8A%D8%AF:%D9%84%D9%8A%D9%84%D9%89?secret={secret}",
+          f"totp/%E6%9D%B1%E4%BA%AC%E9%8A%80%E8%A1%8C:%E5%A4%AA%E9%83%8E?secret={secret}&period=60",
+          "totp/?secret=GE&digits=7")
+# language, colours (1 dark, 2 light), text scale, pixels per point, width in points
+looks = [("en", scheme, scale, ratio, 390) for scheme, (scale, ratio)
+         in itertools.product((2, 1), ((1, 1), (0.8, 1), (2, 1), (1, 2), (1, 3)))]
+looks += [(language, 2, 1, 1, 390) for language in ("ar", "he", "de", "ja", "zh_CN", "fr", "es", "pt_BR")]
+looks += [(language, 1, 2, 1, 320) for language in ("en", "de", "ar")]
+looks += [("en", 1, 1, 1, 1000)]
+
+
+class Gallery(WindowTest):
+    def runTest(self):
+        for look in looks:
+            with self.subTest(look=look):
+                self.takeLook(*look)
+
+    def takeLook(self, language, scheme, scale, ratio, width):
+        name = f"{language}-{'dark' if scheme == 1 else 'light'}-text{round(scale * 100)}-{ratio}x-{width}"
+        self.look, self.pages, self.number = {"LANGUAGE": language, "LC_ALL": f"{language}.UTF-8",
+                                              "QT_SCALE_FACTOR": str(ratio)}, [], 0
+        self.home = pathlib.Path(harness.tempfile.mkdtemp(dir=self.home))
+        self.folder = harness.pictures / name
+        self.folder.mkdir(parents=True, exist_ok=True)
+        self.setClock(1111111085)
+        portal = self.portal(f"org.freedesktop.appearance color-scheme uint32 {scheme}",
+                             f"org.gnome.desktop.interface text-scaling-factor {float(scale)}",
+                             "org.gnome.desktop.interface enable-animations false")
+        try:
+            self.start()
+            harness.xdotool("windowsize", "--sync", self.window, width * ratio, 844 * ratio)
+            self.takeStates()
+        finally:
+            self.stop()
+            portal.communicate()
+        subprocess.run(["montage", *self.pages, "-tile", "x1", "-geometry", "+12+12", "-background", "gray",
+                        str(harness.pictures / f"{name}.png")], check=True)
+        print(name, flush=True)
+
+    def portal(self, *settings):
+        process = subprocess.Popen([sys.executable, harness.pathlib.Path(harness.__file__).with_name("settings_portal.py")],
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        process.stdout.readline()
+        for line in settings:
+            process.stdin.write(line + "\n")
+            process.stdin.flush()
+            process.stdout.readline()
+        return process
+
+    def environment(self, home):
+        return {**super().environment(home), **self.look}
+
+    def start(self):
+        """Without words to wait for, as they are in the language of the look."""
+        self.process = subprocess.Popen([harness.application], env=self.environment(self.home))
+        self.window = self.until(lambda: self.windowOf(self.process))
+        self.until(lambda: len(self.buttons()) == 1)
+        harness.xdotool("windowfocus", "--sync", self.window)
+
+    def buttons(self):
+        return [element for element in self.elements() if element.role in ("push button", "button")]
+
+    def takeStates(self):
+        self.take("empty")
+        for token in tokens:
+            harness.key("ctrl+n")
+            self.until(lambda: any(element.focused and element.role == "text" for element in self.elements()))
+            setClipboard("otpauth://" + token)
+            harness.key("ctrl+v", "Tab", "Return")
+            self.until(lambda: not any(element.role == "password text" for element in self.elements()))
+        self.take("list")
+        harness.key("Down", "Down", "Delete")
+        self.take("revealed")
+        harness.key("Escape", "ctrl+n")
+        self.until(lambda: any(element.focused and element.role == "text" for element in self.elements()))
+        self.take("sheet")
+        setClipboard("otpauth://totp/x?secret=GE!")
+        harness.key("ctrl+v", "Tab", "Return")
+        self.until(lambda: any(element.role == "alert" for element in self.elements()))
+        self.take("error")
+
+    def take(self, state):
+        """Takes the picture once two in a row are the same."""
+        self.number += 1
+        path = self.folder / f"{self.number}-{state}.png"
+        before = None
+        while True:
+            subprocess.run(["import", "-window", self.window, str(path)], check=True)
+            now = subprocess.run(["convert", str(path), "rgb:-"], capture_output=True, check=True).stdout
+            if now == before:
+                break
+            before = now
+            time.sleep(0.1)
+        self.pages.append(str(path))
+
+
+if __name__ == "__main__":
+    harness.screen = "1400x2700x24"
+    harness.main()

@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Takes pictures of every state of the application in light and dark, several text sizes, screens and languages.
+#   tools/gallery.sh [FOLDER]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+tools/packages.sh packaging/{build,run,headless,check}-packages.txt
+tools/build.sh release mirrowvale-authenticator
+exec /usr/bin/python3 -B tools/gallery.py build/release/mirrowvale-authenticator "${1:-build/gallery}"
