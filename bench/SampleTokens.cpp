@@ -21,12 +21,10 @@ AuthToken sampleToken(std::size_t number, std::mt19937_64& random)
     const auto drawn = [&random](std::size_t count) { return static_cast<std::size_t>(random() % count); };
     AuthToken token;
     token.id = UUID::random();
-    token.kind = number % 10 == 9 ? AuthToken::Kind::hotp : AuthToken::Kind::totp;
     token.issuer = std::string(services[drawn(services.size())]) + ' ' + std::to_string(drawn(1000));
     token.account = "person" + std::to_string(number) + "@example.com";
     token.secretBase32.resize(32);
     std::ranges::generate(token.secretBase32, [&] { return base32Alphabet[drawn(base32Alphabet.size())]; });
-    token.counter = token.kind == AuthToken::Kind::hotp ? drawn(1000) : 0;
     token.createdAt =
         Date::fromSecondsSinceReferenceDate(7e8 + static_cast<double>(drawn(100'000'000'000)) / 1000);
     return token;

@@ -7,8 +7,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// Tokens such as people have: known services in no order, 20-byte keys, one in ten counter-based. The same
-/// ones for the same count.
+/// Tokens such as people have: known services in no order, 20-byte keys, all time-based, so that every
+/// row has its tick. The same ones for the same count.
 std::vector<AuthToken> sampleTokens(std::size_t count);
 
 } // namespace MirrowvaleAuthenticator

@@ -47,7 +47,7 @@ def benchmark(program, *arguments):
     output = work / f"{program}.json"
     subprocess.run([build / "bench" / program, *arguments, f"--benchmark_repetitions={runs}",
                     "--benchmark_enable_random_interleaving=true", "--benchmark_report_aggregates_only=true",
-                    f"--benchmark_min_time={0.01 if quick else 0.05}", f"--benchmark_out={output}",
+                    f"--benchmark_min_time={0.01 if quick else 0.03}", f"--benchmark_out={output}",
                     "--benchmark_out_format=json"], check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     found = json.loads(output.read_text())["benchmarks"]
     return {entry["run_name"].replace("/real_time", ""): entry for entry in found
