@@ -79,12 +79,30 @@ void saving(benchmark::State& state)
     require(!*store.lastError, "not saved");
 }
 
-/// The JSON library's encoding of a document that it has read, plus write plus flush of the same bytes.
+nlohmann::ordered_json documentOf(const AuthToken& token)
+{
+    return {{"id", token.id.string()},
+            {"kind", rawValue(token.kind)},
+            {"issuer", token.issuer},
+            {"account", token.account},
+            {"secretBase32", token.secretBase32},
+            {"algorithm", rawValue(token.algorithm)},
+            {"digits", token.digits},
+            {"period", token.period},
+            {"counter", token.counter},
+            {"createdAt", token.createdAt.secondsSinceReferenceDate()}};
+}
+
+/// The JSON library's encoding, plus write plus flush of the same bytes.
 void encodingAndWriting(benchmark::State& state)
 {
-    const auto document = nlohmann::ordered_json::parse(encodeTokens(tokensFor(state)));
+    const auto tokens = tokensFor(state);
     const auto path = folder / "yardstick";
     for (auto _ : state) {
+        auto document = nlohmann::ordered_json::array();
+        for (const auto& token : tokens) {
+            document.push_back(documentOf(token));
+        }
         const auto text = document.dump();
         const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
         require(file >= 0 && write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size())
@@ -114,12 +132,17 @@ void everyCount(benchmark::internal::Benchmark* growing)
     growing->RangeMultiplier(10)->Range(10, 100'000)->Unit(benchmark::kMicrosecond)->UseRealTime();
 }
 
+void tenThousand(benchmark::internal::Benchmark* single)
+{
+    single->Arg(10'000)->Unit(benchmark::kMicrosecond)->UseRealTime();
+}
+
 BENCHMARK(loading)->Name("load")->Apply(everyCount);
-BENCHMARK(parsingAndSorting)->Name("parse and sort")->Apply(everyCount);
+BENCHMARK(parsingAndSorting)->Name("parse and sort")->Apply(tenThousand);
 BENCHMARK(saving)->Name("save")->Apply(everyCount);
-BENCHMARK(encodingAndWriting)->Name("encode and write")->Apply(everyCount);
-BENCHMARK(encoding)->Name("encode")->Arg(10'000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(decoding)->Name("decode")->Arg(10'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(encodingAndWriting)->Name("encode and write")->Apply(tenThousand);
+BENCHMARK(encoding)->Name("encode")->Apply(tenThousand);
+BENCHMARK(decoding)->Name("decode")->Apply(tenThousand);
 
 } // namespace
 

@@ -246,9 +246,13 @@ bool isValidUTF8(std::string_view text)
 
 std::optional<std::string> removingPercentEncoding(std::string_view text)
 {
+    auto escape = text.find('%');
+    if (escape == std::string_view::npos) {
+        return isValidUTF8(text) ? std::optional<std::string>(text) : std::nullopt;
+    }
     std::string result;
     result.reserve(text.size());
-    for (auto escape = text.find('%'); escape != std::string_view::npos; escape = text.find('%')) {
+    for (; escape != std::string_view::npos; escape = text.find('%')) {
         result += text.substr(0, escape);
         if (text.size() - escape < 3) {
             return std::nullopt;
