@@ -120,9 +120,10 @@ TokenRowItem {
         onActiveTranslationChanged: if (active) follow()
     }
 
-    Loader {
+    RowLoader {
         id: deletion
 
+        row: root
         x: Theme.mirrored ? root.revealed - width : parent.width - root.revealed
         width: Math.max(root.deleteWidth, root.revealed)
         height: parent.height
@@ -130,9 +131,11 @@ TokenRowItem {
         active: swipe.active || root.open || root.revealed > 0
 
         sourceComponent: DeleteButton {
-            visible: root.open || root.revealed > 0
-            focusPolicy: root.open || activeFocus ? Qt.TabFocus : Qt.NoFocus
-            onClicked: root.deleteRequested()
+            readonly property TokenRow row: (parent as RowLoader)?.row as TokenRow
+
+            visible: row !== null && (row.open || row.revealed > 0)
+            focusPolicy: row?.open || activeFocus ? Qt.TabFocus : Qt.NoFocus
+            onClicked: row.deleteRequested()
         }
     }
 
@@ -200,15 +203,18 @@ TokenRowItem {
                     color: root.urgent ? Theme.red : Theme.secondary
                 }
 
-                Loader {
+                RowLoader {
                     id: next
 
+                    row: root
                     active: root.offersNext
 
                     sourceComponent: BorderedButton {
+                        readonly property TokenRow row: (parent as RowLoader)?.row as TokenRow
+
                         text: qsTr("Next")
-                        focusPolicy: root.current || activeFocus ? Qt.TabFocus : Qt.NoFocus
-                        onClicked: root.nextRequested()
+                        focusPolicy: row?.current || activeFocus ? Qt.TabFocus : Qt.NoFocus
+                        onClicked: row.nextRequested()
                     }
                 }
             }
