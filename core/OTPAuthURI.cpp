@@ -5,16 +5,18 @@
 
 #include <algorithm>
 #include <charconv>
-#include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace MirrowvaleAuthenticator {
 
 namespace {
 
 using Case = OTPAuthParserError::Case;
-using QueryMap = std::map<std::string, std::string, std::less<>>;
+
+/// Parameters in the order of their names.
+using QueryMap = std::vector<URLComponents::QueryItem>;
 
 std::string sentence(Case which)
 {
@@ -49,20 +51,23 @@ AuthToken::Kind kindOf(const URLComponents& components)
 /// name.
 QueryMap queryMap(std::vector<URLComponents::QueryItem> items)
 {
-    QueryMap map;
     for (auto& item : items) {
-        auto name = canonicalComposition(lowercased(item.name));
-        if (!map.emplace(std::move(name), std::move(item.value).value_or(std::string())).second) {
-            throw OTPAuthParserError(Case::invalidURL);
-        }
+        item.name = canonicalComposition(lowercased(item.name));
     }
-    return map;
+    std::ranges::sort(items, {}, &URLComponents::QueryItem::name);
+    if (std::ranges::adjacent_find(items, {}, &URLComponents::QueryItem::name) != items.end()) {
+        throw OTPAuthParserError(Case::invalidURL);
+    }
+    return items;
 }
 
 std::optional<std::string_view> value(const QueryMap& map, std::string_view name)
 {
-    const auto found = map.find(name);
-    return found == map.end() ? std::nullopt : std::optional<std::string_view>(found->second);
+    const auto found = std::ranges::lower_bound(map, name, {}, &URLComponents::QueryItem::name);
+    if (found == map.end() || found->name != name) {
+        return std::nullopt;
+    }
+    return found->value ? std::string_view(*found->value) : std::string_view();
 }
 
 std::string labelOf(std::string_view path)
@@ -72,7 +77,8 @@ std::string labelOf(std::string_view path)
         return {};
     }
     const auto stripped = path.substr(first, path.find_last_not_of('/') - first + 1);
-    return removingPercentEncoding(stripped).value_or(std::string(stripped));
+    auto decoded = removingPercentEncoding(stripped);
+    return decoded ? std::move(*decoded) : std::string(stripped);
 }
 
 struct LabelParts {

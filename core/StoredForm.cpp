@@ -1,6 +1,8 @@
 #include "core/StoredForm.h"
 
+#include <array>
 #include <bitset>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -210,24 +212,80 @@ private:
     std::size_t skippedDepth = 0;
 };
 
-SecretJSON encoded(const AuthToken& token)
+/// Whether a text stands between quotation marks as it is.
+bool isPlain(std::string_view text)
 {
-    // JSON has no form for an infinity or NaN: the library would write null.
-    if (!std::isfinite(token.createdAt.secondsSinceReferenceDate())) {
-        throw StoredFormError(StoredFormError::Case::unwritable);
+    unsigned char seen = 0; // to the end of the text: without a way out, many bytes are looked at in one go
+    bool isPlain = true;
+    for (const char character : text) {
+        seen |= static_cast<unsigned char>(character);
+        isPlain &= character >= ' ' && character != '"' && character != '\\';
     }
-    const auto text = [](std::string_view value) { return SecretString(value); };
-    return {{"id", text(token.id.string())},
-            {"kind", text(rawValue(token.kind))},
-            {"issuer", text(token.issuer)},
-            {"account", text(token.account)},
-            {"secretBase32", text(token.secretBase32)},
-            {"algorithm", text(rawValue(token.algorithm))},
-            {"digits", token.digits},
-            {"period", token.period},
-            {"counter", token.counter},
-            {"createdAt", token.createdAt.secondsSinceReferenceDate()}};
+    return isPlain && seen < 0x80;
 }
+
+/// Writes members one after the other; what takes more than copying is left to the library.
+class TokenWriter {
+public:
+    explicit TokenWriter(SecretString& text) : json(text) { }
+
+    void write(const AuthToken& token)
+    {
+        json += '{';
+        appendText(CodingKey::id, token.id.string());
+        appendText(CodingKey::kind, rawValue(token.kind));
+        appendText(CodingKey::issuer, token.issuer);
+        appendText(CodingKey::account, token.account);
+        appendText(CodingKey::secretBase32, token.secretBase32);
+        appendText(CodingKey::algorithm, rawValue(token.algorithm));
+        appendNumber(CodingKey::digits, token.digits);
+        appendNumber(CodingKey::period, token.period);
+        appendNumber(CodingKey::counter, token.counter);
+        appendSeconds(CodingKey::createdAt, token.createdAt.secondsSinceReferenceDate());
+        json += '}';
+    }
+
+private:
+    void appendKey(CodingKey key)
+    {
+        json += key == CodingKey::id ? "\"" : ",\"";
+        json += codingKeys[static_cast<std::size_t>(key)];
+        json += "\":";
+    }
+
+    void appendText(CodingKey key, std::string_view text)
+    {
+        appendKey(key);
+        if (isPlain(text)) {
+            json += '"';
+            json += text;
+            json += '"';
+        } else {
+            json += SecretJSON(SecretString(text)).dump(); // throws where it is not UTF-8
+        }
+    }
+
+    template <typename Number>
+    void appendNumber(CodingKey key, Number number)
+    {
+        appendKey(key);
+        std::array<char, 24> digits{};
+        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+        json.append(digits.data(), end);
+    }
+
+    void appendSeconds(CodingKey key, double seconds)
+    {
+        // JSON has no form for an infinity or NaN: the library would write null.
+        if (!std::isfinite(seconds)) {
+            throw StoredFormError(StoredFormError::Case::unwritable);
+        }
+        appendKey(key);
+        json += SecretJSON(seconds).dump();
+    }
+
+    SecretString& json;
+};
 
 } // namespace
 
@@ -237,13 +295,17 @@ StoredFormError::StoredFormError(Case failure) : LocalizedError(sentence(failure
 
 SecretString encodeTokens(const std::vector<AuthToken>& tokens)
 {
-    SecretString text = "[";
+    constexpr std::size_t ordinarySize = 256; // of a token's object
+    SecretString text;
+    text.reserve(tokens.size() * ordinarySize);
+    text += '[';
+    TokenWriter writer(text);
     for (const auto& token : tokens) {
         if (text.size() > 1) {
             text += ',';
         }
         try {
-            text += encoded(token).dump();
+            writer.write(token);
         } catch (const SecretJSON::exception&) {
             throw StoredFormError(StoredFormError::Case::unwritable); // not UTF-8
         }

@@ -52,8 +52,7 @@ OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDi
     return statusOf([&] {
         const auto item = Item::named(query);
         const auto& data = requireData(attributes);
-        SecretString present;
-        const auto status = read(item, present);
+        const auto status = check(item);
         if (status == errSecDecode) {
             PrivateFolder::openOrCreate(dataFolder).setAside(item.fileName);
             create(item, data);
@@ -71,8 +70,7 @@ OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes)
     return statusOf([&] {
         const auto item = Item::named(attributes);
         const auto& data = requireData(attributes);
-        SecretString present;
-        const auto status = read(item, present);
+        const auto status = check(item);
         if (status == errSecItemNotFound) {
             create(item, data);
             return errSecSuccess;
@@ -81,7 +79,8 @@ OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes)
     });
 }
 
-OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data) const
+template <typename Open>
+OSStatus EmbeddedCredentialStore::visit(const Item& item, Open open) const
 {
     const auto folder = PrivateFolder::open(dataFolder);
     const auto box = folder ? folder->read(item.fileName) : std::nullopt;
@@ -89,12 +88,24 @@ OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data) con
         return errSecItemNotFound;
     }
     const auto key = deviceKey();
-    auto opened = key ? unseal(SealingKey(*key), item.context, *box) : std::nullopt;
-    if (!opened) {
-        return errSecDecode;
-    }
-    data = std::move(*opened);
-    return errSecSuccess;
+    return key && open(SealingKey(*key), item.context, *box) ? errSecSuccess : errSecDecode;
+}
+
+OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data) const
+{
+    return visit(item, [&](SealingKey key, std::string_view context, std::string_view box) {
+        auto opened = unseal(key, context, box);
+        if (opened) {
+            data = std::move(*opened);
+        }
+        return opened.has_value();
+    });
+}
+
+/// The status that `read` would give.
+OSStatus EmbeddedCredentialStore::check(const Item& item) const
+{
+    return visit(item, opens);
 }
 
 /// Writes an item where there is none that opens. Everything that it rests on must be safe on disk before.

@@ -25,7 +25,11 @@ public:
 private:
     struct Item;
 
+    /// @param open  takes key, context and box, and says whether the box opens
+    template <typename Open>
+    OSStatus visit(const Item& item, Open open) const;
     OSStatus read(const Item& item, SecretString& data) const;
+    OSStatus check(const Item& item) const;
     void create(const Item& item, const SecretString& data) const;
     void replace(const Item& item, const SecretString& data) const;
     std::optional<SecretBytes> deviceKey() const;

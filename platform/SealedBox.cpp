@@ -2,10 +2,12 @@
 
 #include "platform/RandomBytes.h"
 
+#include <algorithm>
 #include <array>
 #include <nettle/chacha-poly1305.h>
 #include <nettle/memops.h>
 #include <string>
+#include <utility>
 
 namespace MirrowvaleAuthenticator {
 
@@ -53,9 +55,24 @@ public:
         return result;
     }
 
+    bool hasTagOf(std::string_view box)
+    {
+        const auto expected = tag();
+        return memeql_sec(expected.data(), box.data() + box.size() - tagSize, tagSize) != 0;
+    }
+
 private:
     chacha_poly1305_ctx state{};
 };
+
+/// What lies between the header and the tag, or nothing where there is no room for them.
+std::optional<std::string_view> ciphertextOf(std::string_view box)
+{
+    if (box.size() < headerSize + tagSize || !box.starts_with(magic)) {
+        return std::nullopt;
+    }
+    return box.substr(headerSize, box.size() - headerSize - tagSize);
+}
 
 } // namespace
 
@@ -77,19 +94,30 @@ SecretString seal(SealingKey key, std::string_view context, std::string_view pla
 
 std::optional<SecretString> unseal(SealingKey key, std::string_view context, std::string_view box)
 {
-    if (box.size() < headerSize + tagSize || !box.starts_with(magic)) {
+    const auto ciphertext = ciphertextOf(box);
+    if (!ciphertext) {
         return std::nullopt;
     }
-    const auto ciphertext = box.substr(headerSize, box.size() - headerSize - tagSize);
     Cipher cipher(key, box.data() + magic.size(), context);
     SecretString plaintext;
-    plaintext.resize(ciphertext.size());
-    cipher.decrypt(ciphertext, plaintext.data());
-    const auto tag = cipher.tag();
-    if (memeql_sec(tag.data(), box.data() + box.size() - tagSize, tagSize) == 0) {
-        return std::nullopt;
+    plaintext.resize(ciphertext->size());
+    cipher.decrypt(*ciphertext, plaintext.data());
+    return cipher.hasTagOf(box) ? std::optional(std::move(plaintext)) : std::nullopt;
+}
+
+bool opens(SealingKey key, std::string_view context, std::string_view box)
+{
+    auto ciphertext = ciphertextOf(box);
+    if (!ciphertext) {
+        return false;
     }
-    return plaintext;
+    Cipher cipher(key, box.data() + magic.size(), context);
+    std::array<char, 4096> piece{}; // whole blocks of the cipher
+    for (; !ciphertext->empty(); ciphertext->remove_prefix(std::min(piece.size(), ciphertext->size()))) {
+        cipher.decrypt(ciphertext->substr(0, piece.size()), piece.data());
+    }
+    wipe(piece.data(), piece.size());
+    return cipher.hasTagOf(box);
 }
 
 } // namespace MirrowvaleAuthenticator

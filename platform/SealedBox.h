@@ -25,4 +25,7 @@ SecretString seal(SealingKey key, std::string_view context, std::string_view pla
 /// What was sealed, or nothing for anything that `seal` did not make with this key and context.
 std::optional<SecretString> unseal(SealingKey key, std::string_view context, std::string_view box);
 
+/// Whether `unseal` would give it back, found out without a copy of it.
+bool opens(SealingKey key, std::string_view context, std::string_view box);
+
 } // namespace MirrowvaleAuthenticator

@@ -24,7 +24,11 @@ namespace {
 
 bool isASCII(std::string_view text)
 {
-    return std::ranges::all_of(text, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+    unsigned char seen = 0; // to the end of the text: without a way out, many bytes are looked at in one go
+    for (const char byte : text) {
+        seen |= static_cast<unsigned char>(byte);
+    }
+    return seen < 0x80;
 }
 
 void require(UErrorCode status)
@@ -242,24 +246,26 @@ bool isValidUTF8(std::string_view text)
 
 std::optional<std::string> removingPercentEncoding(std::string_view text)
 {
+    auto escape = text.find('%');
+    if (escape == std::string_view::npos) {
+        return isValidUTF8(text) ? std::optional<std::string>(text) : std::nullopt;
+    }
     std::string result;
     result.reserve(text.size());
-    for (std::size_t position = 0; position < text.size(); ++position) {
-        if (text[position] != '%') {
-            result += text[position];
-            continue;
-        }
-        if (text.size() - position < 3) {
+    for (; escape != std::string_view::npos; escape = text.find('%')) {
+        result += text.substr(0, escape);
+        if (text.size() - escape < 3) {
             return std::nullopt;
         }
-        const int high = hexadecimalValue(text[position + 1]);
-        const int low = hexadecimalValue(text[position + 2]);
+        const int high = hexadecimalValue(text[escape + 1]);
+        const int low = hexadecimalValue(text[escape + 2]);
         if (high < 0 || low < 0) {
             return std::nullopt;
         }
         result += static_cast<char>(high << 4 | low);
-        position += 2;
+        text.remove_prefix(escape + 3);
     }
+    result += text;
     return isValidUTF8(result) ? std::optional(std::move(result)) : std::nullopt;
 }
 

@@ -55,6 +55,8 @@ std::optional<URLComponents::QueryItem> decodedItem(std::string_view item)
 
 bool appendQueryItems(std::string_view query, std::vector<URLComponents::QueryItem>& items)
 {
+    constexpr std::size_t ordinaryCount = 8;
+    items.reserve(ordinaryCount);
     while (!query.empty()) {
         const auto length = std::min(query.find('&'), query.size());
         if (length > 0) {
@@ -82,7 +84,8 @@ std::optional<URLComponents> URLComponents::fromString(std::string_view text)
     URLComponents components;
     components.scheme = view(parsed.scheme);
     if (const auto host = view(parsed.hostText)) {
-        components.host = removingPercentEncoding(*host).value_or(std::string(*host));
+        auto decoded = removingPercentEncoding(*host);
+        components.host = decoded ? std::move(*decoded) : std::string(*host);
     }
     auto path = removingPercentEncoding(rawPath(parsed, components.host.has_value()));
     if (!path) {

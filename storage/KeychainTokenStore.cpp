@@ -32,8 +32,9 @@ std::optional<SecretString> copyData(SecDictionary query)
 
 SecDictionary itemAttributes(SecretString data)
 {
-    return {{kSecValueData, std::move(data)},
-            {kSecAttrAccessible, value(kSecAttrAccessibleAfterFirstUnlockThisDeviceOnly)}};
+    SecDictionary attributes{{kSecAttrAccessible, value(kSecAttrAccessibleAfterFirstUnlockThisDeviceOnly)}};
+    attributes.emplace(kSecValueData, std::move(data)); // an initializer would copy the whole list
+    return attributes;
 }
 
 OSStatus addItem(SecDictionary query, SecDictionary attributes)

@@ -30,6 +30,22 @@ bool hasRenderDevice()
     return false;
 }
 
+void setDefault(const char* name, const char* value)
+{
+    setenv(name, value, 0);
+}
+
+/// Draws without a rendering device, and so that each tick wakes this process once.
+void drawInSoftware()
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    // The few digits that change are sent to the X server as they are: memory shared with it could be drawn
+    // into only after asking whether it has read the last frame.
+    setDefault("QT_XCB_NO_MITSHM", "1");
+    // A frame is drawn right after what it is drawn for, not by a timer of its own.
+    setDefault("QT_QPA_UPDATE_IDLE_TIME", "0");
+}
+
 /// What the desktop gave this start so that its window may come to the front.
 std::string activationToken()
 {
@@ -51,7 +67,7 @@ int main(int argc, char* argv[])
         return instance.activateFirst(activationToken()) ? EXIT_SUCCESS : EXIT_FAILURE;
     }
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasRenderDevice()) {
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        drawInSoftware();
     }
     MirrowvaleAuthenticatorApp app(argc, argv, instance);
     return app.run();

@@ -3,6 +3,7 @@
 #include <bit>
 #include <gtest/gtest.h>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 namespace MirrowvaleAuthenticator {
 
@@ -95,6 +96,21 @@ TEST(StoredForm, writesTheMembersInFieldOrder)
                         R"("counter":18446744073709551615,"createdAt":-978307200.0}])");
         EXPECT_NE(json.find(R"("kind":"totp",)"), std::string::npos);
         EXPECT_EQ(decodeTokens(json), std::vector{token});
+    }
+}
+
+TEST(StoredForm, writesTextsAsTheLibraryDoes)
+{
+    std::vector<std::string> texts = {"", "é", "a\u2028b", "ends in \\", "\"quoted\""};
+    for (int byte = 0; byte < 0x80; ++byte) {
+        texts.push_back(std::string("a") + static_cast<char>(byte) + "b");
+    }
+    for (const auto& text : texts) {
+        auto token = goodToken();
+        token.issuer = text;
+        const auto member = "\"issuer\":" + nlohmann::json(text).dump() + ",";
+        EXPECT_NE(encoded({token}).find(member), std::string::npos) << member;
+        EXPECT_EQ(decodeTokens(encoded({token}))[0].issuer, text);
     }
 }
 

@@ -17,7 +17,7 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
     if (className == QLatin1String("MirrowvaleAuthenticator::TokenRowItem")) {
         return new TokenRowAccessible(static_cast<TokenRowItem*>(object));
     }
-    if (className == QLatin1String("QQuickButton")) {
+    if (className == QLatin1String("MirrowvaleAuthenticator::ButtonItem")) {
         return new ButtonAccessible(static_cast<QQuickItem*>(object));
     }
     if (className == QLatin1String("QQuickTextField") || className == QLatin1String("QQuickTextArea")) {

@@ -119,9 +119,11 @@ Window {
             inset: Theme.inset(root.width)
         }
 
-        EmptyState {
+        Loader {
             anchors { top: largeTitle.bottom; left: parent.left; right: parent.right; bottom: parent.bottom }
-            visible: root.contentView.empty
+            active: root.contentView.empty
+
+            sourceComponent: EmptyState { }
         }
     }
 

@@ -40,7 +40,7 @@ TokenRowItem {
     function reveal(): void {
         swiped()
         settle(true)
-        deleteButton.forceActiveFocus(Qt.TabFocusReason)
+        deleteButton?.forceActiveFocus(Qt.TabFocusReason)
     }
 
     function close(): void {
@@ -56,7 +56,8 @@ TokenRowItem {
 
     /// How far the row stands away from its trailing edge.
     property real revealed: 0
-    readonly property real deleteWidth: deleteButton.implicitWidth
+    readonly property DeleteButton deleteButton: deletion.item as DeleteButton
+    readonly property real deleteWidth: deleteButton?.implicitWidth ?? 0
     readonly property int openingDirection: Theme.mirrored ? 1 : -1
 
     implicitHeight: content.height
@@ -119,15 +120,23 @@ TokenRowItem {
         onActiveTranslationChanged: if (active) follow()
     }
 
-    DeleteButton {
-        id: deleteButton
+    RowLoader {
+        id: deletion
 
+        row: root
         x: Theme.mirrored ? root.revealed - width : parent.width - root.revealed
-        width: Math.max(implicitWidth, root.revealed)
+        width: Math.max(root.deleteWidth, root.revealed)
         height: parent.height
-        visible: root.open || root.revealed > 0
-        focusPolicy: root.open || activeFocus ? Qt.TabFocus : Qt.NoFocus
-        onClicked: root.deleteRequested()
+        // Few rows are ever opened.
+        active: swipe.active || root.open || root.revealed > 0
+
+        sourceComponent: DeleteButton {
+            readonly property TokenRow row: (parent as RowLoader)?.row as TokenRow
+
+            visible: row !== null && (row.open || row.revealed > 0)
+            focusPolicy: row?.open || activeFocus ? Qt.TabFocus : Qt.NoFocus
+            onClicked: row.deleteRequested()
+        }
     }
 
     Rectangle {
@@ -182,7 +191,7 @@ TokenRowItem {
 
                 anchors { right: parent.right; baseline: issuer.baseline }
                 width: root.offersNext ? next.width : countdown.implicitWidth
-                baselineOffset: root.offersNext ? next.baselineOffset : countdown.baselineOffset
+                baselineOffset: next.item ? (next.item as Item).baselineOffset : countdown.baselineOffset
 
                 Text {
                     id: countdown
@@ -194,13 +203,19 @@ TokenRowItem {
                     color: root.urgent ? Theme.red : Theme.secondary
                 }
 
-                BorderedButton {
+                RowLoader {
                     id: next
 
-                    visible: root.offersNext
-                    text: qsTr("Next")
-                    focusPolicy: root.current || activeFocus ? Qt.TabFocus : Qt.NoFocus
-                    onClicked: root.nextRequested()
+                    row: root
+                    active: root.offersNext
+
+                    sourceComponent: BorderedButton {
+                        readonly property TokenRow row: (parent as RowLoader)?.row as TokenRow
+
+                        text: qsTr("Next")
+                        focusPolicy: row?.current || activeFocus ? Qt.TabFocus : Qt.NoFocus
+                        onClicked: row.nextRequested()
+                    }
                 }
             }
         }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import MirrowvaleAuthenticator
 
 /// A separator of one device pixel.

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import MirrowvaleAuthenticator
 
 /// One of the application's symbols in one colour.

@@ -1,0 +1,200 @@
+#include "ui/ButtonItem.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <utility>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+constexpr int repeatDelay = 300; // milliseconds
+constexpr int repeatInterval = 100;
+
+} // namespace
+
+ButtonItem::ButtonItem(QQuickItem* parent) : QQuickItem(parent)
+{
+    setAcceptedMouseButtons(Qt::LeftButton);
+    for (const auto spaceChanged : {&ButtonItem::leftPaddingChanged, &ButtonItem::rightPaddingChanged,
+                                    &ButtonItem::topInsetChanged, &ButtonItem::bottomInsetChanged}) {
+        connect(this, spaceChanged, this, &ButtonItem::arrange);
+    }
+}
+
+void ButtonItem::setFocusPolicy(Qt::FocusPolicy value)
+{
+    if (std::exchange(policy, value) != value) {
+        setActiveFocusOnTab((value & Qt::TabFocus) == Qt::TabFocus);
+        emit focusPolicyChanged();
+    }
+}
+
+void ButtonItem::setContentItem(QQuickItem* item)
+{
+    content = item;
+    if (item != nullptr) {
+        item->setParentItem(this);
+        connect(item, &QQuickItem::implicitWidthChanged, this, &ButtonItem::implicitContentWidthChanged);
+        connect(item, &QQuickItem::implicitHeightChanged, this, &ButtonItem::implicitContentHeightChanged);
+        connect(item, &QQuickItem::baselineOffsetChanged, this, &ButtonItem::arrange);
+    }
+    emit contentItemChanged();
+    emit implicitContentWidthChanged();
+    emit implicitContentHeightChanged();
+    arrange();
+}
+
+void ButtonItem::setBackground(QQuickItem* item)
+{
+    ground = item;
+    if (item != nullptr) {
+        item->setParentItem(this);
+        item->setZ(-1);
+    }
+    emit backgroundChanged();
+    arrange();
+}
+
+qreal ButtonItem::implicitContentWidth() const
+{
+    return content ? content->implicitWidth() : 0;
+}
+
+qreal ButtonItem::implicitContentHeight() const
+{
+    return content ? content->implicitHeight() : 0;
+}
+
+/// Puts the content between the paddings, and the background between the insets.
+void ButtonItem::arrange()
+{
+    if (!isComponentComplete()) {
+        return;
+    }
+    if (ground) {
+        ground->setY(topInset);
+        ground->setSize({width(), height() - topInset - bottomInset});
+    }
+    if (content) {
+        content->setX(leftPadding);
+        content->setSize({width() - leftPadding - rightPadding, height()});
+        setBaselineOffset(content->baselineOffset());
+    }
+}
+
+void ButtonItem::componentComplete()
+{
+    QQuickItem::componentComplete();
+    arrange();
+}
+
+void ButtonItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
+{
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    arrange();
+}
+
+void ButtonItem::itemChange(ItemChange change, const ItemChangeData& data)
+{
+    if ((change == ItemEnabledHasChanged || change == ItemVisibleHasChanged) && !data.boolValue) {
+        setDown(false);
+    }
+    QQuickItem::itemChange(change, data);
+}
+
+void ButtonItem::setDown(bool presses)
+{
+    if (std::exchange(down, presses) == presses) {
+        return;
+    }
+    if (down && autoRepeat) {
+        repetition.start(repeatDelay, this);
+    } else {
+        repetition.stop();
+    }
+    emit downChanged();
+}
+
+void ButtonItem::mousePressEvent(QMouseEvent*)
+{
+    setDown(true);
+}
+
+void ButtonItem::mouseMoveEvent(QMouseEvent* event)
+{
+    setDown(contains(event->position()));
+}
+
+void ButtonItem::mouseReleaseEvent(QMouseEvent* event)
+{
+    const bool counts = down && contains(event->position());
+    setDown(false);
+    if (counts) {
+        emit clicked();
+    }
+}
+
+void ButtonItem::mouseUngrabEvent()
+{
+    setDown(false);
+}
+
+void ButtonItem::touchUngrabEvent()
+{
+    setDown(false);
+}
+
+void ButtonItem::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Space) {
+        QQuickItem::keyPressEvent(event);
+    } else if (!event->isAutoRepeat()) {
+        setDown(true);
+    }
+}
+
+void ButtonItem::keyReleaseEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Space) {
+        QQuickItem::keyReleaseEvent(event);
+    } else if (!event->isAutoRepeat() && down) {
+        setDown(false);
+        emit clicked();
+    }
+}
+
+void ButtonItem::setVisualFocus(bool shows)
+{
+    if (std::exchange(focusShown, shows) != shows) {
+        emit visualFocusChanged();
+    }
+}
+
+void ButtonItem::focusInEvent(QFocusEvent* event)
+{
+    const Qt::FocusReason reason = event->reason();
+    setVisualFocus(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
+                   || reason == Qt::ShortcutFocusReason);
+    QQuickItem::focusInEvent(event);
+}
+
+void ButtonItem::focusOutEvent(QFocusEvent* event)
+{
+    setVisualFocus(false);
+    setDown(false);
+    QQuickItem::focusOutEvent(event);
+}
+
+void ButtonItem::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != repetition.timerId()) {
+        QQuickItem::timerEvent(event);
+        return;
+    }
+    repetition.start(repeatInterval, this);
+    emit clicked();
+}
+
+} // namespace MirrowvaleAuthenticator

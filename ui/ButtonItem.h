@@ -1,0 +1,100 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QPointer>
+#include <QQuickItem>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+namespace MirrowvaleAuthenticator {
+
+/// What every button is: pressed by touch, pointer or keyboard, drawn by a content over a background.
+///
+/// The toolkit's own button brings the types of all its controls into memory, which the first frame would
+/// wait for.
+class ButtonItem : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString text MEMBER text NOTIFY textChanged FINAL)
+    Q_PROPERTY(bool down READ isDown NOTIFY downChanged FINAL)
+    Q_PROPERTY(bool visualFocus READ hasVisualFocus NOTIFY visualFocusChanged FINAL)
+    Q_PROPERTY(bool autoRepeat MEMBER autoRepeat NOTIFY autoRepeatChanged FINAL)
+    Q_PROPERTY(
+        Qt::FocusPolicy focusPolicy READ focusPolicy WRITE setFocusPolicy NOTIFY focusPolicyChanged FINAL)
+    Q_PROPERTY(QQuickItem* contentItem MEMBER content WRITE setContentItem NOTIFY contentItemChanged FINAL)
+    Q_PROPERTY(QQuickItem* background MEMBER ground WRITE setBackground NOTIFY backgroundChanged FINAL)
+    Q_PROPERTY(qreal implicitContentWidth READ implicitContentWidth NOTIFY implicitContentWidthChanged FINAL)
+    Q_PROPERTY(
+        qreal implicitContentHeight READ implicitContentHeight NOTIFY implicitContentHeightChanged FINAL)
+    Q_PROPERTY(qreal leftPadding MEMBER leftPadding NOTIFY leftPaddingChanged FINAL)
+    Q_PROPERTY(qreal rightPadding MEMBER rightPadding NOTIFY rightPaddingChanged FINAL)
+    Q_PROPERTY(qreal topInset MEMBER topInset NOTIFY topInsetChanged FINAL)
+    Q_PROPERTY(qreal bottomInset MEMBER bottomInset NOTIFY bottomInsetChanged FINAL)
+
+public:
+    explicit ButtonItem(QQuickItem* parent = nullptr);
+
+    bool isDown() const { return down; } ///< a press that would count if it ended now
+    bool hasVisualFocus() const { return focusShown; } ///< has the focus, being reached by the keyboard
+
+    Qt::FocusPolicy focusPolicy() const { return policy; }
+    void setFocusPolicy(Qt::FocusPolicy value);
+
+    void setContentItem(QQuickItem* item);
+    void setBackground(QQuickItem* item);
+    qreal implicitContentWidth() const;
+    qreal implicitContentHeight() const;
+
+signals:
+    void textChanged();
+    void downChanged();
+    void visualFocusChanged();
+    void autoRepeatChanged();
+    void focusPolicyChanged();
+    void contentItemChanged();
+    void backgroundChanged();
+    void implicitContentWidthChanged();
+    void implicitContentHeightChanged();
+    void leftPaddingChanged();
+    void rightPaddingChanged();
+    void topInsetChanged();
+    void bottomInsetChanged();
+
+    /// A press has ended on the button; while one is held, again and again where `autoRepeat` is set.
+    void clicked();
+
+protected:
+    void componentComplete() override;
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseUngrabEvent() override;
+    void touchUngrabEvent() override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    void setDown(bool presses);
+    void setVisualFocus(bool shows);
+    void arrange();
+
+    QString text;
+    bool down = false;
+    bool focusShown = false;
+    bool autoRepeat = false;
+    Qt::FocusPolicy policy = Qt::NoFocus;
+    QPointer<QQuickItem> content;
+    QPointer<QQuickItem> ground;
+    qreal leftPadding = 0;
+    qreal rightPadding = 0;
+    qreal topInset = 0;
+    qreal bottomInset = 0;
+    QBasicTimer repetition;
+};
+
+} // namespace MirrowvaleAuthenticator
