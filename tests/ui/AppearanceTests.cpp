@@ -120,10 +120,11 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
     double smallest = 1000;
     for (const double scale : {0.8, 1.0, 1.35, 2.0}) {
         set("org.gnome.desktop.interface", "text-scaling-factor", scale);
-        ASSERT_TRUE(
-            QTest::qWaitFor([&] { return shown(window->contentItem(), "QQuickButton").size() == 11; }));
+        ASSERT_TRUE(QTest::qWaitFor([&] {
+            return shown(window->contentItem(), "MirrowvaleAuthenticator::ButtonItem").size() == 11;
+        }));
         QTest::qWait(50); // a layout
-        for (const QQuickItem* button : shown(window->contentItem(), "QQuickButton")) {
+        for (const QQuickItem* button : shown(window->contentItem(), "MirrowvaleAuthenticator::ButtonItem")) {
             smallest = std::min({smallest, button->width(), button->height()});
             EXPECT_GE(button->width(), 44) << button->metaObject()->className() << " at " << scale;
             EXPECT_GE(button->height(), 44) << button->metaObject()->className() << " at " << scale;
@@ -132,7 +133,7 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
         ASSERT_EQ(rows.size(), 2);
         for (QQuickItem* row : rows) {
             QQuickItem* code = shown(row, "QQuickTextInput").constFirst();
-            QQuickItem* copy = shown(row, "QQuickButton").constLast();
+            QQuickItem* copy = shown(row, "MirrowvaleAuthenticator::ButtonItem").constLast();
             const double wanted = QFontMetricsF(code->property("font").value<QFont>())
                                       .horizontalAdvance(code->property("text").toString());
             EXPECT_LE(wanted, code->width()) << "at " << scale;

@@ -73,6 +73,7 @@ public:
         store.tokens = tokens;
         show();
         for (QQuickItem* item : drawnItems()) {
+            item->setProperty("open", true);
             item->setProperty("revealed", item->property("deleteWidth"));
         }
     }
