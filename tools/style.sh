@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-rooms=(platform core storage ui tests fuzz)
+rooms=(platform core storage ui tests fuzz bench)
 status=0
 
 # Runs a search that must find nothing.
@@ -29,7 +29,7 @@ nothing 'Blanks at the end of a line, or tabs' \
 nothing 'Headers without #pragma once' \
     grep -rL --include='*.h' '^#pragma once$' "${rooms[@]}"
 nothing 'Own headers included from elsewhere than the root' \
-    grep -rnP --include='*.h' --include='*.cpp' '^#include "(?!(platform|core|storage|ui|tests|fuzz)/|[\w/]+\.moc")' "${rooms[@]}"
+    grep -rnP --include='*.h' --include='*.cpp' '^#include "(?!(platform|core|storage|ui|tests|fuzz|bench)/|[\w/]+\.moc")' "${rooms[@]}"
 nothing 'Colours and text sizes outside the theme' \
     grep -rnP --include='*.qml' --exclude='Theme.qml' '"#[0-9a-fA-F]{3,8}"|\b(pixelSize|pointSize): *[0-9]' ui
 nothing 'User data must be drawn verbatim: not as markup' \
