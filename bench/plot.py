@@ -2,7 +2,7 @@
 
 import math
 
-width, height, left, top, right, bottom = 520, 340, 76, 44, 16, 48
+width, height, left, top, right, bottom = 520, 340, 76, 44, 32, 48
 ink, curve, guide, grid = "#333333", "#0a60cc", "#999999", "#e2e2e2"
 
 
