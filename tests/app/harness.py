@@ -131,6 +131,11 @@ class Element:
         return self.states.contains(Atspi.StateType.FOCUSED)
 
     @property
+    def active(self):
+        """Whether a window has the keyboard."""
+        return self.states.contains(Atspi.StateType.ACTIVE)
+
+    @property
     def enabled(self):
         return self.states.contains(Atspi.StateType.ENABLED)
 

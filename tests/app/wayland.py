@@ -25,7 +25,7 @@ class WaylandTest(WindowTest):
         self.process = subprocess.Popen([harness.application], env=self.environment(self.home))
         self.find("Add token")
         screen = self.until(lambda: harness.xdotool("search", "--onlyvisible", "--class", "weston").split()[-1])
-        harness.xdotool("windowfocus", "--sync", screen)
+        self.until(lambda: self.comesToFront(screen), lambda: "the window does not get the keyboard")
         key("ctrl+n")
         self.until(lambda: self.find("otpauth:// URI").focused)
         typeText(f"otpauth://totp/Acme:alice?secret={secret}")
@@ -38,6 +38,11 @@ class WaylandTest(WindowTest):
         key("Delete", "Return")
         self.find("No tokens yet")
         self.stop()  # before its compositor
+
+    def comesToFront(self, screen):
+        """Turns the display's keyboard to the compositor until the window has it."""
+        harness.xdotool("windowfocus", screen)
+        return self.find("Mirrowvale Auth", lambda element: element.role == "frame").active
 
 
 if __name__ == "__main__":

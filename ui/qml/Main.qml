@@ -16,24 +16,31 @@ Window {
     title: qsTr("Mirrowvale Auth")
     color: Theme.background
 
-    /// Where the keyboard was when the sheet came up.
+    /// Where the keyboard was when the sheet came up, and whether that showed.
     property Item opener: null
+    property bool openerShowed: false
+
+    function rememberFocus(): void {
+        opener = activeFocusItem
+        openerShowed = ((opener as TokenRow)?.keyboardFocus || (opener as PlainButton)?.visualFocus) ?? false
+    }
 
     /// Gives the keyboard back once the list screen can be used again.
     function restoreFocus(): void {
+        const reason = openerShowed ? Qt.ShortcutFocusReason : Qt.OtherFocusReason
         if (opener) {
-            opener.forceActiveFocus(Qt.ShortcutFocusReason)
+            opener.forceActiveFocus(reason)
         } else if (contentView.empty) {
-            addButton.forceActiveFocus(Qt.ShortcutFocusReason)
+            addButton.forceActiveFocus(reason)
         } else {
-            list.forceActiveFocus(Qt.ShortcutFocusReason)
+            list.forceActiveFocus(reason)
         }
         opener = null
     }
 
     onFormChanged: {
         if (form) {
-            opener = activeFocusItem
+            rememberFocus()
             list.closeOpenRow()
             list.clearSelection()
             sheet.setSource("AddTokenSheet.qml", { contentView: contentView, form: form })
