@@ -1,35 +1,20 @@
 // A bare Qt Quick window, drawn by the same renderer as the application's.
 //   bench_window [ROWS]      one text, or a list of one text per row
 
+#include "platform/RenderDevice.h"
+
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
-#include <filesystem>
 #include <memory>
 #include <string>
-#include <system_error>
-
-namespace {
-
-bool hasRenderDevice()
-{
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator("/dev/dri", error)) {
-        if (entry.path().filename().string().starts_with("renderD")) {
-            return true;
-        }
-    }
-    return false;
-}
-
-} // namespace
 
 int main(int argc, char* argv[])
 {
-    if (!hasRenderDevice()) {
+    if (!MirrowvaleAuthenticator::hasRenderDevice()) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
     const QGuiApplication application(argc, argv);

@@ -1,4 +1,5 @@
 #include "platform/ProcessProtection.h"
+#include "platform/RenderDevice.h"
 #include "platform/SingleInstance.h"
 #include "ui/MirrowvaleAuthenticatorApp.h"
 
@@ -7,28 +8,13 @@
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 Q_IMPORT_QML_PLUGIN(MirrowvaleAuthenticatorPlugin)
 
 namespace {
 
 using namespace MirrowvaleAuthenticator;
-
-/// Whether the kernel offers a device to render with. Asking for a context instead would cost the time that
-/// the answer is meant to save.
-bool hasRenderDevice()
-{
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator("/dev/dri", error)) {
-        if (entry.path().filename().string().starts_with("renderD")) {
-            return true;
-        }
-    }
-    return false;
-}
 
 void setDefault(const char* name, const char* value)
 {
