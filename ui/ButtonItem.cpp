@@ -14,7 +14,7 @@ constexpr int repeatInterval = 100;
 
 } // namespace
 
-ButtonItem::ButtonItem(QQuickItem* parent) : QQuickItem(parent)
+ButtonItem::ButtonItem(QQuickItem* parent) : KeyboardFocusItem(parent)
 {
     setAcceptedMouseButtons(Qt::LeftButton);
     for (const auto spaceChanged : {&ButtonItem::leftPaddingChanged, &ButtonItem::rightPaddingChanged,
@@ -165,26 +165,10 @@ void ButtonItem::keyReleaseEvent(QKeyEvent* event)
     }
 }
 
-void ButtonItem::setVisualFocus(bool shows)
-{
-    if (std::exchange(focusShown, shows) != shows) {
-        emit visualFocusChanged();
-    }
-}
-
-void ButtonItem::focusInEvent(QFocusEvent* event)
-{
-    const Qt::FocusReason reason = event->reason();
-    setVisualFocus(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
-                   || reason == Qt::ShortcutFocusReason);
-    QQuickItem::focusInEvent(event);
-}
-
 void ButtonItem::focusOutEvent(QFocusEvent* event)
 {
-    setVisualFocus(false);
     setDown(false);
-    QQuickItem::focusOutEvent(event);
+    KeyboardFocusItem::focusOutEvent(event);
 }
 
 void ButtonItem::timerEvent(QTimerEvent* event)

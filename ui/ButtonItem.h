@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ui/KeyboardFocusItem.h"
+
 #include <QBasicTimer>
 #include <QPointer>
-#include <QQuickItem>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
@@ -12,12 +13,11 @@ namespace MirrowvaleAuthenticator {
 ///
 /// The toolkit's own button brings the types of all its controls into memory, which the first frame would
 /// wait for.
-class ButtonItem : public QQuickItem {
+class ButtonItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualified for the QML type system
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text MEMBER text NOTIFY textChanged FINAL)
     Q_PROPERTY(bool down READ isDown NOTIFY downChanged FINAL)
-    Q_PROPERTY(bool visualFocus READ hasVisualFocus NOTIFY visualFocusChanged FINAL)
     Q_PROPERTY(bool autoRepeat MEMBER autoRepeat NOTIFY autoRepeatChanged FINAL)
     Q_PROPERTY(
         Qt::FocusPolicy focusPolicy READ focusPolicy WRITE setFocusPolicy NOTIFY focusPolicyChanged FINAL)
@@ -35,7 +35,6 @@ public:
     explicit ButtonItem(QQuickItem* parent = nullptr);
 
     bool isDown() const { return down; } ///< a press that would count if it ended now
-    bool hasVisualFocus() const { return focusShown; } ///< has the focus, being reached by the keyboard
 
     Qt::FocusPolicy focusPolicy() const { return policy; }
     void setFocusPolicy(Qt::FocusPolicy value);
@@ -48,7 +47,6 @@ public:
 signals:
     void textChanged();
     void downChanged();
-    void visualFocusChanged();
     void autoRepeatChanged();
     void focusPolicyChanged();
     void contentItemChanged();
@@ -74,18 +72,15 @@ protected:
     void touchUngrabEvent() override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 
 private:
     void setDown(bool presses);
-    void setVisualFocus(bool shows);
     void arrange();
 
     QString text;
     bool down = false;
-    bool focusShown = false;
     bool autoRepeat = false;
     Qt::FocusPolicy policy = Qt::NoFocus;
     QPointer<QQuickItem> content;

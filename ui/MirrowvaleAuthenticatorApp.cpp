@@ -1,18 +1,11 @@
 #include "ui/MirrowvaleAuthenticatorApp.h"
 
 #include "ui/Language.h"
-#include "ui/QtText.h"
-#include "ui/SymbolProvider.h"
+#include "ui/MainWindow.h"
 #include "ui/accessibility/AccessibleFactory.h"
 
-#include <QDebug>
-#include <QFont>
 #include <QLocale>
-#include <QQmlComponent>
-#include <QQmlError>
 #include <QSocketNotifier>
-#include <QUrl>
-#include <QVariantMap>
 
 #include <string>
 
@@ -49,15 +42,7 @@ bool MirrowvaleAuthenticatorApp::buildScene()
 {
     contentView.emplace(tokenStore());
     installAccessibleFactory();
-    engine.addImportPath(QStringLiteral(":/qt/qml"));
-    engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
-    QQmlComponent component(&engine,
-                            QUrl(QStringLiteral("qrc:/qt/qml/MirrowvaleAuthenticator/qml/Main.qml")));
-    window.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
-        {{QStringLiteral("contentView"), QVariant::fromValue(&*contentView)}})));
-    for (const QQmlError& error : component.errors()) {
-        qCritical() << error;
-    }
+    window = makeMainWindow(engine, *contentView);
     return window != nullptr;
 }
 

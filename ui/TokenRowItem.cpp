@@ -1,9 +1,6 @@
 #include "ui/TokenRowItem.h"
 
-#include <QFocusEvent>
 #include <QStringList>
-
-#include <utility>
 
 namespace MirrowvaleAuthenticator {
 
@@ -20,27 +17,6 @@ QString TokenRowItem::spokenText() const
         parts += countdown;
     }
     return parts.join(QStringLiteral(", "));
-}
-
-void TokenRowItem::setKeyboardFocus(bool shows)
-{
-    if (std::exchange(focusShown, shows) != shows) {
-        emit keyboardFocusChanged();
-    }
-}
-
-void TokenRowItem::focusInEvent(QFocusEvent* event)
-{
-    const Qt::FocusReason reason = event->reason();
-    setKeyboardFocus(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
-                     || reason == Qt::ShortcutFocusReason);
-    QQuickItem::focusInEvent(event);
-}
-
-void TokenRowItem::focusOutEvent(QFocusEvent* event)
-{
-    setKeyboardFocus(false);
-    QQuickItem::focusOutEvent(event);
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <QKeyEvent>
-#include <QQuickItem>
+#include "ui/KeyboardFocusItem.h"
+
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 namespace MirrowvaleAuthenticator {
 
 /// What a row of the list draws, and what can be asked of it by hand, by key or by assistive technology.
-class TokenRowItem : public QQuickItem {
+class TokenRowItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualified for the QML type system
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString issuer MEMBER issuer NOTIFY issuerChanged FINAL)
@@ -16,16 +16,10 @@ class TokenRowItem : public QQuickItem {
     Q_PROPERTY(QString displayCode MEMBER displayCode NOTIFY displayCodeChanged FINAL)
     Q_PROPERTY(bool offersNext MEMBER offersNext NOTIFY offersNextChanged FINAL)
     Q_PROPERTY(QString countdown MEMBER countdown NOTIFY countdownChanged FINAL)
-    Q_PROPERTY(
-        bool keyboardFocus READ hasKeyboardFocus WRITE setKeyboardFocus NOTIFY keyboardFocusChanged FINAL)
 
 public:
     /// Everything that stands in the row, for a voice to read: the code digit by digit, no digits in groups.
     QString spokenText() const;
-
-    /// Whether the row itself has the focus and shows it, being reached by the keyboard.
-    bool hasKeyboardFocus() const { return focusShown; }
-    void setKeyboardFocus(bool shows);
 
     bool doesOfferNext() const { return offersNext; }
 
@@ -35,15 +29,10 @@ signals:
     void displayCodeChanged();
     void offersNextChanged();
     void countdownChanged();
-    void keyboardFocusChanged();
 
     void copyRequested();
     void nextRequested();
     void deleteRequested();
-
-protected:
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     QString issuer;
@@ -51,7 +40,6 @@ private:
     QString displayCode;
     bool offersNext = false;
     QString countdown;
-    bool focusShown = false;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -1,15 +1,9 @@
 #pragma once
 
 #include "tests/ui/ScreenFixture.h"
-#include "ui/ContentView.h"
-#include "ui/SymbolProvider.h"
+#include "ui/MainWindow.h"
 
-#include <QQmlComponent>
-#include <QQmlEngine>
 #include <QQuickItem>
-#include <QQuickWindow>
-
-#include <memory>
 
 namespace MirrowvaleAuthenticator {
 
@@ -18,13 +12,8 @@ class SceneTest : public ScreenTest {
 protected:
     void build()
     {
-        engine.addImportPath(QStringLiteral(":/qt/qml"));
-        engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
-        QQmlComponent component(&engine,
-                                QUrl(QStringLiteral("qrc:/qt/qml/MirrowvaleAuthenticator/qml/Main.qml")));
-        window.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
-            {{QStringLiteral("contentView"), QVariant::fromValue(&contentView)}})));
-        ASSERT_NE(window, nullptr) << component.errorString().toStdString();
+        window = makeMainWindow(engine, contentView);
+        ASSERT_NE(window, nullptr);
     }
 
     ContentView contentView{store};

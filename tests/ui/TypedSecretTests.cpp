@@ -1,6 +1,5 @@
 #include "tests/ui/SceneFixture.h"
 
-#include <QGuiApplication>
 #include <QTest>
 
 #include <algorithm>

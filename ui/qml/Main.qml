@@ -22,7 +22,7 @@ Window {
 
     function rememberFocus(): void {
         opener = activeFocusItem
-        openerShowed = ((opener as TokenRow)?.keyboardFocus || (opener as PlainButton)?.visualFocus) ?? false
+        openerShowed = (opener as KeyboardFocusItem)?.visualFocus ?? false
     }
 
     /// Gives the keyboard back once the list screen can be used again.

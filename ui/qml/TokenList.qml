@@ -34,7 +34,7 @@ ListView {
     /// Moves the keyboard to a row. The first press shows where the keyboard is.
     function moveTo(row: int): void {
         const here = currentItem as TokenRow
-        if (here?.activeFocus && !here.keyboardFocus) {
+        if (here?.activeFocus && !here.visualFocus) {
             showFocus()
             return
         }

@@ -51,7 +51,7 @@ TokenRowItem {
     /// Has the focus, and shows it.
     function takeKeyboard(): void {
         forceActiveFocus(Qt.TabFocusReason)
-        keyboardFocus = true
+        visualFocus = true
     }
 
     /// How far the row stands away from its trailing edge.
@@ -256,7 +256,7 @@ TokenRowItem {
         }
 
         FocusRing {
-            visible: root.keyboardFocus
+            visible: root.visualFocus
             anchors.margins: 2
         }
 

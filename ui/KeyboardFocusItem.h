@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QQuickItem>
+#include <QtQml/qqmlregistration.h>
+
+namespace MirrowvaleAuthenticator {
+
+/// An item that knows whether it has the focus and shows it, being reached by the keyboard.
+class KeyboardFocusItem : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(bool visualFocus READ hasVisualFocus WRITE setVisualFocus NOTIFY visualFocusChanged FINAL)
+
+public:
+    using QQuickItem::QQuickItem;
+
+    bool hasVisualFocus() const { return focusShown; }
+    void setVisualFocus(bool shows);
+
+signals:
+    void visualFocusChanged();
+
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    bool focusShown = false;
+};
+
+} // namespace MirrowvaleAuthenticator

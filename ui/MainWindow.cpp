@@ -1,0 +1,27 @@
+#include "ui/MainWindow.h"
+
+#include "ui/SymbolProvider.h"
+
+#include <QDebug>
+#include <QQmlComponent>
+#include <QQmlError>
+#include <QUrl>
+#include <QVariantMap>
+
+namespace MirrowvaleAuthenticator {
+
+std::unique_ptr<QQuickWindow> makeMainWindow(QQmlEngine& engine, ContentView& contentView)
+{
+    engine.addImportPath(QStringLiteral(":/qt/qml"));
+    engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
+    QQmlComponent component(&engine,
+                            QUrl(QStringLiteral("qrc:/qt/qml/MirrowvaleAuthenticator/qml/Main.qml")));
+    std::unique_ptr<QQuickWindow> window(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
+        {{QStringLiteral("contentView"), QVariant::fromValue(&contentView)}})));
+    for (const QQmlError& error : component.errors()) {
+        qCritical() << error;
+    }
+    return window;
+}
+
+} // namespace MirrowvaleAuthenticator
