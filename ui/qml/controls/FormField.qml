@@ -20,16 +20,11 @@ T.TextField {
 
     RowSeparator { }
 
-    Text {
+    Placeholder {
         anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
         visible: root.length === 0 && root.preeditText.length === 0
         text: root.placeholder
         font: root.font
-        color: Theme.placeholder
-        fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: Theme.smallestText
-        elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
-        horizontalAlignment: Text.AlignLeft
     }
 }

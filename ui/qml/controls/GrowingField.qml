@@ -26,17 +26,12 @@ T.TextArea {
 
     RowSeparator { }
 
-    Text {
+    Placeholder {
         x: root.leftPadding
         y: root.topPadding
         width: root.width - root.leftPadding - root.rightPadding
         visible: root.length === 0 && root.preeditText.length === 0
         text: root.placeholder
         font: root.font
-        color: Theme.placeholder
-        fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: Theme.smallestText
-        elide: Text.ElideRight
-        horizontalAlignment: Text.AlignLeft
     }
 }

@@ -1,0 +1,11 @@
+import QtQuick
+import MirrowvaleAuthenticator
+
+/// What stands in a field that is empty.
+Text {
+    color: Theme.placeholder
+    fontSizeMode: Text.HorizontalFit
+    minimumPixelSize: Theme.smallestText
+    elide: Text.ElideRight
+    horizontalAlignment: Text.AlignLeft
+}
