@@ -215,13 +215,12 @@ private:
 /// Whether a text stands between quotation marks as it is.
 bool isPlain(std::string_view text)
 {
-    unsigned char seen = 0; // to the end of the text: without a way out, many bytes are looked at in one go
-    bool isPlain = true;
+    bool isPlain = true; // to the end of the text: without a way out, many bytes are looked at in one go
     for (const char character : text) {
-        seen |= static_cast<unsigned char>(character);
-        isPlain &= character >= ' ' && character != '"' && character != '\\';
+        const auto byte = static_cast<unsigned char>(character);
+        isPlain &= byte >= ' ' && byte < 0x80 && byte != '"' && byte != '\\';
     }
-    return isPlain && seen < 0x80;
+    return isPlain;
 }
 
 /// Writes members one after the other; what takes more than copying is left to the library.
