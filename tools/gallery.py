@@ -10,9 +10,8 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests" / "app"))
 
 import harness
-from harness import WindowTest, setClipboard
+from harness import SettingsPortal, WindowTest, secret, setClipboard
 
-secret = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"
 tokens = (f"totp/Acme:alice%40acme.example?secret={secret}",
           f"hotp/Brim%20Bank:bob?secret={secret}&counter=1",
           f"totp/Long%20Name%20of%20a%20Company%20That%20Does%20Not%20Fit%20Here:an.address.that.is%40far.too.long.example"
@@ -42,29 +41,20 @@ class Gallery(WindowTest):
         self.folder = harness.pictures / name
         self.folder.mkdir(parents=True, exist_ok=True)
         self.setClock(1111111085)
-        portal = self.portal(f"org.freedesktop.appearance color-scheme uint32 {scheme}",
-                             f"org.gnome.desktop.interface text-scaling-factor {float(scale)}",
-                             "org.gnome.desktop.interface enable-animations false")
+        portal = SettingsPortal()
+        portal.set("org.freedesktop.appearance color-scheme", f"uint32 {scheme}")
+        portal.set("org.gnome.desktop.interface text-scaling-factor", float(scale))
+        portal.set("org.gnome.desktop.interface enable-animations", "false")
         try:
             self.start()
             harness.xdotool("windowsize", "--sync", self.window, width * ratio, 844 * ratio)
             self.takeStates()
         finally:
             self.stop()
-            portal.communicate()
+            portal.close()
         subprocess.run(["montage", *self.pages, "-tile", "x1", "-geometry", "+12+12", "-background", "gray",
                         str(harness.pictures / f"{name}.png")], check=True)
         print(name, flush=True)
-
-    def portal(self, *settings):
-        process = subprocess.Popen([sys.executable, harness.pathlib.Path(harness.__file__).with_name("settings_portal.py")],
-                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        process.stdout.readline()
-        for line in settings:
-            process.stdin.write(line + "\n")
-            process.stdin.flush()
-            process.stdout.readline()
-        return process
 
     def environment(self, home):
         return {**super().environment(home), **self.look}

@@ -1,9 +1,8 @@
 """Adding tokens through the sheet: by URI, by hand, by pointer and by keyboard."""
 
-from harness import WindowTest, drag, key, main, typeText
+from harness import WindowTest, drag, key, main, secret, typeText
 
 secretField = "Base32 secret"
-sha1Key = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"
 sha256Key = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQGEZA"
 
 
@@ -32,7 +31,7 @@ class AddingTest(WindowTest):
         self.tabTo("Add token")
         key("space")
         self.until(lambda: self.find("otpauth:// URI").focused)
-        typeText(f"otpauth://hotp/Acme:bob?secret={sha1Key}&counter=7")
+        typeText(f"otpauth://hotp/Acme:bob?secret={secret}&counter=7")
         self.tabTo("Import URI")
         key("Return")
         self.gone("Cancel")

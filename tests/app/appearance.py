@@ -1,27 +1,16 @@
 """The looks that the desktop asks for: followed from the start, and while the application runs."""
 
-import pathlib
 import subprocess
-import sys
 
-from harness import WindowTest, main
-
-secret = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"
+from harness import SettingsPortal, WindowTest, main, secret
 
 
 class AppearanceTest(WindowTest):
     def setUp(self):
         super().setUp()
-        self.portal = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name("settings_portal.py")],
-                                       stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        self.portal.stdout.readline()  # it is on the bus
-        self.addCleanup(self.portal.communicate)
-
-    def set(self, setting, value):
-        """@param value  in GVariant's text form"""
-        self.portal.stdin.write(f"{setting} {value}\n")
-        self.portal.stdin.flush()
-        self.portal.stdout.readline()
+        portal = SettingsPortal()
+        self.addCleanup(portal.close)
+        self.set = portal.set
 
     def ground(self):
         """The colour of the window in its lower left corner."""

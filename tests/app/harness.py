@@ -14,6 +14,7 @@ import unittest
 application = None  # the program under test
 pictures = None  # where a failed wait leaves what was on screen
 screen = "600x1000x24"  # of the virtual display
+secret = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"  # the key of RFC 4226, appendix D, in Base32
 patience = 20.0  # seconds until a condition that does not come true counts as failed
 
 
@@ -115,6 +116,25 @@ def keepInSealedFiles(state):
     """Leaves the mark of a list that lives in sealed files: a keyring of this machine would ask for a password."""
     state.mkdir(mode=0o700, parents=True, exist_ok=True)
     (state / "app.mirrowvale.authenticator.tokens.location").write_text("sealed files\n")
+
+
+class SettingsPortal:
+    """A desktop's settings on the session bus, until it is closed."""
+
+    def __init__(self):
+        self.process = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name("settings_portal.py")],
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.process.stdout.readline()  # it is on the bus
+
+    def set(self, setting, value):
+        """@param setting  group and key
+        @param value    in GVariant's text form"""
+        self.process.stdin.write(f"{setting} {value}\n")
+        self.process.stdin.flush()
+        self.process.stdout.readline()
+
+    def close(self):
+        self.process.communicate()
 
 
 class Element:

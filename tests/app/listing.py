@@ -3,9 +3,7 @@
 import subprocess
 
 import harness
-from harness import WindowTest, clipboard, click, drag, key, main, setClipboard, xdotool
-
-secret = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"
+from harness import WindowTest, clipboard, click, drag, key, main, secret, setClipboard, xdotool
 
 
 class ListTest(WindowTest):

@@ -4,9 +4,7 @@ import os
 import subprocess
 
 import harness
-from harness import WindowTest, key, main, typeText
-
-secret = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"
+from harness import WindowTest, key, main, secret, typeText
 
 
 class WaylandTest(WindowTest):
