@@ -122,6 +122,11 @@ void ButtonItem::mousePressEvent(QMouseEvent*)
     setDown(true);
 }
 
+void ButtonItem::mouseDoubleClickEvent(QMouseEvent*)
+{
+    setDown(true); // the second of two quick presses counts like the first
+}
+
 void ButtonItem::mouseMoveEvent(QMouseEvent* event)
 {
     setDown(contains(event->position()));

@@ -15,23 +15,37 @@ Flickable {
         uri.forceActiveFocus(Qt.OtherFocusReason)
     }
 
-    /// Brings a field into sight when the keyboard reaches it.
-    function reveal(item: Item): void {
-        const top = item.mapToItem(sections, 0, 0).y
+    /// Brings an item of the form into sight.
+    ///
+    /// @param part  what of it to show
+    function reveal(item: Item, part: rect): void {
+        bringsMessage = item === message
+        const shown = item.mapToItem(contentItem, part)
         const seen = height - covered
-        if (top < contentY) {
-            contentY = Math.max(0, top - Theme.padding)
-        } else if (top + item.height > contentY + seen) {
-            contentY = Math.min(contentHeight - seen, top + item.height - seen + Theme.padding)
+        if (shown.bottom > contentY + seen) {
+            contentY = Math.min(contentHeight - seen, shown.bottom - seen + Theme.padding)
+        }
+        if (shown.top < contentY) {
+            contentY = Math.max(0, shown.top - Theme.padding)
         }
     }
 
+    /// Brings the row of the form that has the keyboard into sight.
     function revealFocus(): void {
-        for (const field of [uri, issuer, account, secret]) {
-            if (field.activeFocus) {
-                reveal(field)
+        for (const section of [importing, manual]) {
+            const row = section.rowAround(focusItem)
+            if (row) {
+                reveal(row, Qt.rect(0, 0, row.width, row.height))
             }
         }
+        if (uri.activeFocus) {
+            revealCaret()
+        }
+    }
+
+    /// The URI's field may be higher than what is in sight.
+    function revealCaret(): void {
+        reveal(uri, uri.cursorRectangle)
     }
 
     /// Whether a new message is to be in sight, once it has its place.
@@ -39,9 +53,11 @@ Flickable {
 
     function revealMessage(): void {
         if (bringsMessage) {
-            reveal(message)
+            reveal(message, Qt.rect(0, 0, message.width, message.height))
         }
     }
+
+    readonly property Item focusItem: Window.activeFocusItem
 
     /// How far an on-screen keyboard reaches over the form.
     readonly property real covered: InputMethod.visible
@@ -50,6 +66,7 @@ Flickable {
     contentWidth: width
     contentHeight: sections.height + 2 * Theme.padding
     bottomMargin: covered
+    onFocusItemChanged: revealFocus()
     onCoveredChanged: revealFocus()
     onContentHeightChanged: revealMessage()
     onMovementStarted: bringsMessage = false
@@ -80,6 +97,8 @@ Flickable {
         spacing: Theme.padding + Theme.spacing
 
         FormSection {
+            id: importing
+
             width: parent.width
             header: qsTr("Import")
 
@@ -91,7 +110,7 @@ Flickable {
                 text: root.form.importURI
                 inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
                 onTextChanged: root.form.importURI = text
-                onActiveFocusChanged: if (activeFocus) root.reveal(uri)
+                onCursorRectangleChanged: if (activeFocus) root.revealCaret()
             }
 
             FormButton {
@@ -103,53 +122,41 @@ Flickable {
         }
 
         FormSection {
+            id: manual
+
             width: parent.width
             header: qsTr("Manual token")
 
             FormField {
-                id: issuer
-
                 width: parent.width
                 placeholder: qsTr("Issuer")
                 text: root.form.issuer
                 onTextChanged: root.form.issuer = text
-                onActiveFocusChanged: if (activeFocus) root.reveal(issuer)
             }
 
             FormField {
-                id: account
-
                 width: parent.width
                 placeholder: qsTr("Account")
                 text: root.form.account
                 inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
                 onTextChanged: root.form.account = text
-                onActiveFocusChanged: if (activeFocus) root.reveal(account)
             }
 
             SecureField {
-                id: secret
-
                 width: parent.width
                 placeholder: qsTr("Base32 secret")
                 onTextChanged: root.form.secret = text
-                onActiveFocusChanged: if (activeFocus) root.reveal(secret)
             }
 
             Picker {
-                id: algorithm
-
                 width: parent.width
                 label: qsTr("Algorithm")
                 options: root.form.algorithms
                 choice: root.form.algorithm
                 onChosen: option => root.form.algorithm = option
-                onActiveFocusChanged: if (activeFocus) root.reveal(algorithm)
             }
 
             Stepper {
-                id: digits
-
                 width: parent.width
                 label: qsTr("Digits: %1").arg(value)
                 value: root.form.digits
@@ -157,12 +164,9 @@ Flickable {
                 to: root.form.digitsRange.to
                 stepSize: root.form.digitsRange.step
                 onStepped: value => root.form.digits = value
-                onActiveFocusChanged: if (activeFocus) root.reveal(digits)
             }
 
             Stepper {
-                id: period
-
                 width: parent.width
                 label: qsTr("Period: %1s").arg(value)
                 value: root.form.period
@@ -170,7 +174,6 @@ Flickable {
                 to: root.form.periodRange.to
                 stepSize: root.form.periodRange.step
                 onStepped: value => root.form.period = value
-                onActiveFocusChanged: if (activeFocus) root.reveal(period)
             }
         }
 

@@ -101,7 +101,7 @@ Window {
             clip: true
             focus: true
             visible: !root.contentView.empty
-            onVisibleChanged: if (!visible && page.enabled) addButton.forceActiveFocus(Qt.TabFocusReason)
+            onEmptied: byKeyboard => addButton.forceActiveFocus(byKeyboard ? Qt.TabFocusReason : Qt.OtherFocusReason)
             contentView: root.contentView
             title: root.title
         }

@@ -11,8 +11,14 @@ ListView {
     property TokenRow openRow: null
     property SelectableCode selectedCode: null
 
+    /// The last token has been deleted.
+    /// @param byKeyboard  whether the keyboard showed where it was
+    signal emptied(bool byKeyboard)
+
     /// 0 while the large title is in sight, 1 when it has gone under the bar.
     readonly property real titleScrolledAway: Math.max(0, Math.min(1, (contentY - originY - 28) / 16))
+
+    readonly property KeyboardFocusItem focusItem: Window.activeFocusItem as KeyboardFocusItem
 
     function closeOpenRow(): void {
         openRow?.settle(false)
@@ -39,17 +45,27 @@ ListView {
             return
         }
         currentIndex = Math.max(0, Math.min(count - 1, row))
-        if (currentIndex === 0) {
-            positionViewAtBeginning()
-        } else {
-            positionViewAtIndex(currentIndex, ListView.Contain)
-        }
         showFocus()
     }
 
     /// Puts the keyboard on the current row, for the eye as well.
     function showFocus(): void {
-        (currentItem as TokenRow)?.takeKeyboard()
+        const row = currentItem as TokenRow
+        bringIntoSight(currentIndex)
+        row?.takeKeyboard()
+    }
+
+    function bringIntoSight(row: int): void {
+        if (row === 0) {
+            positionViewAtBeginning()
+        } else {
+            positionViewAtIndex(row, ListView.Contain)
+        }
+    }
+
+    /// The row that an item of the window stands in, if any.
+    function rowAround(item: Item): TokenRow {
+        return item ? (item as TokenRow) ?? rowAround(item.parent) : null
     }
 
     /// How many rows fit into the view.
@@ -66,7 +82,14 @@ ListView {
     Accessible.role: Accessible.List
     Accessible.name: title
     Accessible.onScrollDownAction: flick(0, -height * 2)
+    Accessible.onScrollUpAction: flick(0, height * 2)
     onMovementStarted: closeOpenRow()
+    onFocusItemChanged: {
+        const row = focusItem?.visualFocus ? rowAround(focusItem) : null
+        if (row) {
+            bringIntoSight(row.index)
+        }
+    }
     Keys.onUpPressed: moveTo(currentIndex - 1)
     Keys.onDownPressed: moveTo(currentIndex + 1)
     Keys.onPressed: event => {
@@ -106,11 +129,7 @@ ListView {
         inset: Theme.inset(width)
         listHasOpenRow: list.openRow !== null
         current: ListView.isCurrentItem
-        onActiveFocusChanged: {
-            if (activeFocus) {
-                list.positionViewAtIndex(index, ListView.Contain)
-            }
-        }
+        onActiveFocusChanged: if (activeFocus) list.currentIndex = index
         onSwiped: {
             if (list.openRow !== row) {
                 list.closeOpenRow()
@@ -132,12 +151,18 @@ ListView {
         onCopyRequested: list.contentView.copyCode(index)
         onNextRequested: list.contentView.advanceCounter(index)
         onDeleteRequested: {
-            list.openRow = null
-            const hadKeyboard = list.activeFocus
-            list.contentView.deleteToken(index)
-            if (hadKeyboard) {
-                list.forceLayout() // only then is the next row the current one
-                list.showFocus()
+            const view = list
+            const byKeyboard = visualFocus || (deleteButton?.visualFocus ?? false)
+            view.openRow = null
+            if (byKeyboard) {
+                view.currentIndex = index
+            }
+            view.contentView.deleteToken(index)
+            view.forceLayout() // only then is the next row the current one
+            if (view.count === 0) {
+                view.emptied(byKeyboard)
+            } else if (byKeyboard) {
+                view.showFocus()
             }
         }
     }

@@ -8,6 +8,14 @@ Column {
     property string header
     default property alias rows: column.data
 
+    /// The row that an item stands in, if any.
+    function rowAround(item: Item): Item {
+        while (item && item.parent !== column) {
+            item = item.parent
+        }
+        return item
+    }
+
     spacing: Theme.spacing
 
     Text {

@@ -1,0 +1,226 @@
+#include "tests/ui/SceneFixture.h"
+
+#include <QGuiApplication>
+#include <QPointingDevice>
+#include <QTest>
+
+namespace MirrowvaleAuthenticator {
+namespace {
+
+/// A finger, a wheel and a keyboard on the window with a row for each letter.
+class HandTest : public SceneTest {
+protected:
+    void open(std::string_view letters)
+    {
+        list(letters);
+        build();
+        window->resize(390, 600);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        view = find(window->contentItem(),
+                    [](const QQuickItem& item) { return item.inherits("QQuickListView"); });
+        ASSERT_NE(view, nullptr);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return row(0) != nullptr; }));
+    }
+
+    template <typename Condition>
+    static QQuickItem* find(QQuickItem* item, const Condition& wanted)
+    {
+        if (!item->isVisible() || wanted(*item)) {
+            return item->isVisible() ? item : nullptr;
+        }
+        for (QQuickItem* child : item->childItems()) {
+            if (QQuickItem* found = find(child, wanted)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    QQuickItem* row(int index) const
+    {
+        return find(view, [index](const QQuickItem& item) {
+            return item.inherits("MirrowvaleAuthenticator::TokenRowItem") && item.property("index") == index;
+        });
+    }
+
+    /// A button in sight below an item, by its title.
+    static QQuickItem* button(QQuickItem* item, const char* title)
+    {
+        return find(item, [title](const QQuickItem& candidate) {
+            return candidate.inherits("MirrowvaleAuthenticator::ButtonItem")
+                && candidate.property("text") == QLatin1String(title);
+        });
+    }
+
+    static QPoint middle(const QQuickItem& item)
+    {
+        return item.mapToScene({item.width() / 2, item.height() / 2}).toPoint();
+    }
+
+    void tap(const QQuickItem& item)
+    {
+        const QPoint place = middle(item);
+        QTest::touchEvent(window.get(), finger).press(0, place, window.get());
+        QTest::touchEvent(window.get(), finger).release(0, place, window.get());
+    }
+
+    /// Moves a finger evenly and rests before it leaves.
+    void drag(QPoint from, QPoint to)
+    {
+        QTest::touchEvent(window.get(), finger).press(0, from, window.get());
+        for (int step = 1; step <= 10; ++step) {
+            QTest::qWait(5);
+            QTest::touchEvent(window.get(), finger).move(0, from + (to - from) * step / 10, window.get());
+        }
+        QTest::qWait(120);
+        QTest::touchEvent(window.get(), finger).release(0, to, window.get());
+    }
+
+    void swipe(const QQuickItem& item)
+    {
+        const QPoint from = middle(item);
+        drag(from, from - QPoint(150, 0));
+    }
+
+    void openSheet()
+    {
+        contentView.setShowingAdd(true);
+        QQuickItem* sheet = nullptr;
+        ASSERT_TRUE(QTest::qWaitFor([&] {
+            sheet = find(window->contentItem(),
+                         [](const QQuickItem& item) { return item.property("lowered").isValid(); });
+            return sheet != nullptr && sheet->property("lowered") == 0.0;
+        }));
+        ASSERT_TRUE(window->activeFocusItem()->inherits("QQuickTextEdit"));
+    }
+
+    bool ringIsAt(const QQuickItem* item) const
+    {
+        return item != nullptr && item->property("visualFocus").toBool();
+    }
+
+    bool ringShows() const { return ringIsAt(window->activeFocusItem()); }
+
+    double scrolled() const { return view->property("contentY").toDouble(); }
+
+    std::unique_ptr<QPointingDevice> device{QTest::createTouchDevice()};
+    QPointingDevice* finger = device.get();
+    QQuickItem* view = nullptr;
+};
+
+TEST_F(HandTest, theListStaysWhereItWasScrolledTo)
+{
+    open("abcdefghijklmnopqrstuvwxyz");
+    drag({200, 500}, {200, 150});
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !view->property("moving").toBool(); }));
+    const double place = scrolled();
+    ASSERT_GT(place, 100);
+
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    window->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    EXPECT_EQ(scrolled(), place) << "back from another window";
+
+    openSheet();
+    contentView.setShowingAdd(false);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return contentView.addTokenView() == nullptr; }));
+    EXPECT_EQ(scrolled(), place) << "back from the sheet";
+
+    QTest::keyClick(window.get(), Qt::Key_Down);
+    EXPECT_TRUE(ringIsAt(row(0))) << "the keyboard shows where it is";
+    EXPECT_LT(scrolled(), place);
+}
+
+TEST_F(HandTest, aRowDeletedByTouchShowsNoKeyboard)
+{
+    open("abc");
+    for (const char* left : {"ac", "a", ""}) {
+        swipe(*row(listed().size() > 1 ? 1 : 0));
+        QQuickItem* deletion = nullptr;
+        ASSERT_TRUE(QTest::qWaitFor([&] { return (deletion = button(view, "Delete")) != nullptr; }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return deletion->mapToScene({deletion->width(), 0}).x() <= 390; }));
+        tap(*deletion);
+        ASSERT_TRUE(QTest::qWaitFor([this, left] { return listed() == left; })) << left;
+        QTest::qWait(50);
+        EXPECT_FALSE(ringShows()) << left;
+    }
+    QTest::keyClick(window.get(), Qt::Key_Space);
+    EXPECT_TRUE(contentView.showingAdd());
+}
+
+TEST_F(HandTest, everyQuickTapCounts)
+{
+    open("a");
+    store.tokens.modify([](std::vector<AuthToken>& tokens) { tokens[0].kind = AuthToken::Kind::hotp; });
+    QQuickItem* next = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return (next = button(view, "Next")) != nullptr; }));
+    for (int time = 0; time < 5; ++time) {
+        tap(*next);
+    }
+    EXPECT_EQ(store.tokens->front().counter, 5U);
+
+    QTest::touchEvent(window.get(), finger).press(0, middle(*next), window.get());
+    QTest::touchEvent(window.get(), finger).move(0, middle(*next) + QPoint(0, 80), window.get());
+    QTest::touchEvent(window.get(), finger).release(0, middle(*next) + QPoint(0, 80), window.get());
+    EXPECT_EQ(store.tokens->front().counter, 5U) << "a finger that left the button";
+}
+
+TEST_F(HandTest, aStepperRepeatsWhileItIsHeld)
+{
+    open("a");
+    openSheet();
+    const QPoint plus = middle(*button(window->contentItem(), "Increment"));
+    const AddTokenView& form = *contentView.addTokenView();
+    QTest::touchEvent(window.get(), finger).press(0, plus, window.get());
+    EXPECT_TRUE(QTest::qWaitFor([&form] { return form.digits() == 8; }));
+    QTest::touchEvent(window.get(), finger).release(0, plus, window.get());
+    EXPECT_EQ(form.digits(), 8);
+}
+
+TEST_F(HandTest, scrollingClosesAnOpenRowAndKeepsTheAcknowledgement)
+{
+    open("abcdefghijklmnopqrstuvwxyz");
+    tap(*button(row(0), "Copy code"));
+    swipe(*row(2));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return button(view, "Delete") != nullptr; }));
+    drag({200, 500}, {200, 350});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return button(view, "Delete") == nullptr; }));
+    drag({200, 350}, {200, 500});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return row(0) && button(row(0), "Copied"); }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return button(row(0), "Copy code") != nullptr; }));
+}
+
+TEST_F(HandTest, theFormShowsWhatTheKeyboardReaches)
+{
+    open("a");
+    window->resize(320, 320);
+    openSheet();
+    QQuickItem* form = window->activeFocusItem();
+    while (!form->inherits("QQuickFlickable")) {
+        form = form->parentItem();
+    }
+    const auto isInSight = [&form](const QQuickItem& item, const QRectF& part) {
+        const QRectF shown = item.mapRectToItem(form, part);
+        return shown.top() >= 0 && shown.bottom() <= form->height();
+    };
+    contentView.addTokenView()->setImportURI(QStringLiteral("otpauth://totp/x"));
+    contentView.addTokenView()->importFromURI();
+    for (int letter = 0; letter < 200; ++letter) {
+        QTest::keyClick(window.get(), Qt::Key_A);
+    }
+    const QQuickItem& uri = *window->activeFocusItem();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isInSight(uri, uri.property("cursorRectangle").toRectF()); }));
+    for (int press = 0; press < 12; ++press) {
+        QTest::keyClick(window.get(), Qt::Key_Tab);
+        const QQuickItem& item = *window->activeFocusItem();
+        if (form->isAncestorOf(&item) && &item != &uri) {
+            EXPECT_TRUE(isInSight(item, item.boundingRect())) << item.metaObject()->className();
+        }
+    }
+}
+
+} // namespace
+} // namespace MirrowvaleAuthenticator
