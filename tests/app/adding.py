@@ -59,7 +59,10 @@ class AddingTest(WindowTest):
         self.find("Issuer").click()
         typeText("  Acme Inc ")
         self.find(secretField).click()
-        typeText("gezd gnbv gy3t qojq gezd gnbv gy3t qojq")
+        typeText("gezd gnbv gy3t qojq gezd gnbv gy3t qojq gezd gnbv gy3t qojq geza")
+        self.find("Algorithm").click()
+        self.still("SHA256").click()
+        self.gone("SHA512")
         for digits in ("Digits: 7", "Digits: 8"):
             self.stepUp("Digits: ")
             self.find(digits)
@@ -68,7 +71,7 @@ class AddingTest(WindowTest):
         self.assertNotIn("gezd", " ".join(self.texts()))
         self.find("Save").click()
         self.gone("Cancel")
-        self.row("Acme Inc", "Account", "94287082", "11s")
+        self.row("Acme Inc", "Account", "46119246", "11s")
 
     def stepUp(self, label):
         """Presses the "+" of the stepper that a label names."""
