@@ -16,7 +16,7 @@ PlainButton {
     contentItem: Item {
         Symbol {
             anchors.centerIn: parent
-            size: 16
+            size: 16 * Math.min(Theme.textScale, 1.5)
             name: root.symbol
             color: root.enabled ? Theme.primary : Theme.disabled
         }
