@@ -2,8 +2,8 @@
 
 #include "platform/DeviceCredentialStore.h"
 #include "platform/EmbeddedCredentialStore.h"
+#include "platform/KeyringModule.h"
 #include "platform/PrivateFolder.h"
-#include "platform/SecretServiceCredentialStore.h"
 
 namespace MirrowvaleAuthenticator {
 
@@ -16,7 +16,7 @@ CredentialStore& currentStore()
     if (overridingStore != nullptr) {
         return *overridingStore;
     }
-    static SecretServiceCredentialStore keyring;
+    static KeyringModule keyring;
     static EmbeddedCredentialStore sealedFiles(dataFolderPath(), stateFolderPath());
     static DeviceCredentialStore deviceStore(keyring, sealedFiles, stateFolderPath());
     return deviceStore;

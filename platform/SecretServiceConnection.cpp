@@ -1,6 +1,7 @@
 #include "platform/SecretServiceConnection.h"
 
 #include "platform/SecretServicePrompt.h"
+#include "platform/SecretServiceStatus.h"
 
 #include <cstdlib>
 #include <string>

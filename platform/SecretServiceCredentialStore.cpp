@@ -226,4 +226,10 @@ OSStatus SecretServiceCredentialStore::add(const SecDictionary& attributes)
     });
 }
 
+CredentialStore* mirrowvaleKeyring()
+{
+    static SecretServiceCredentialStore store;
+    return &store;
+}
+
 } // namespace MirrowvaleAuthenticator

@@ -17,4 +17,7 @@ public:
     OSStatus add(const SecDictionary& attributes) override;
 };
 
+/// What the module exports: its one store, which lives as long as the process.
+extern "C" __attribute__((visibility("default"))) CredentialStore* mirrowvaleKeyring();
+
 } // namespace MirrowvaleAuthenticator

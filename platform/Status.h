@@ -2,7 +2,6 @@
 
 #include "platform/Keychain.h"
 
-#include <cstdint>
 #include <new>
 #include <system_error>
 
@@ -16,10 +15,6 @@ struct StatusError {
 
 /// The status for a failed system call's `errno`.
 OSStatus statusForErrno(int error);
-
-/// The status for an error that the Secret Service, the session bus or their libraries report.
-/// @param domain  the error's domain as GLib numbers it
-OSStatus statusForError(std::uint32_t domain, int code);
 
 /// Throws `std::system_error` with the current `errno`.
 [[noreturn]] void throwErrno(const char* operation);

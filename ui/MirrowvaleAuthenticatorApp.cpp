@@ -4,12 +4,26 @@
 #include "ui/MainWindow.h"
 #include "ui/accessibility/AccessibleFactory.h"
 
+#include <QFont>
 #include <QLocale>
 #include <QSocketNotifier>
 
 #include <string>
 
 namespace MirrowvaleAuthenticator {
+
+namespace {
+
+/// The theme's caption. A text that may shrink looks at the default font, which is then one that is loaded
+/// anyway.
+QFont defaultFont()
+{
+    QFont font(QStringLiteral("Roboto"));
+    font.setPixelSize(12);
+    return font;
+}
+
+} // namespace
 
 MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv,
                                                        const SingleInstance& singleInstance)
@@ -19,6 +33,7 @@ MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv,
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Mirrowvale Authenticator"));
     QGuiApplication::setOrganizationDomain(QStringLiteral("mirrowvale.app"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.mirrowvale.authenticator"));
+    QGuiApplication::setFont(defaultFont());
     useTranslation(application, bestTranslation(QLocale::system().uiLanguages()));
 }
 

@@ -3,6 +3,7 @@
 import collections
 import os
 import random
+import shutil
 import subprocess
 
 import gi
@@ -50,6 +51,14 @@ class DaemonTest(harness.KeyringTest):
 
     def items(self):
         return self.call(root, "org.freedesktop.Secret.Service", "SearchItems", "(a{ss})", attributes)[0]
+
+    def testWithoutItsModuleTheKeyringCannotBeReached(self):
+        self.startDaemon("--unlock")
+        self.probe()(f"save vault {first}")
+        alone = harness.Probe(self, [shutil.copy(harness.probe, self.home)], self.environment)
+        self.assertEqual((alone("find vault"), alone(f"save vault {second}")), ("-25291", "-25291"))
+        self.assertEqual(self.traces(), (["keyring\n"], []))
+        self.assertEqual(self.probe()("find vault"), f"0 {first}")
 
     def testAnItemLandsInTheDefaultCollectionAndOutlivesTheDaemon(self):
         self.startDaemon("--unlock")

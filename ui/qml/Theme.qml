@@ -57,17 +57,17 @@ QtObject {
     readonly property font barButton: Qt.font({ family: interfaceFamily, pixelSize: 17 * barScale })
     readonly property font code: Qt.font({ family: "JetBrains Mono", pixelSize: 32 * textScale, weight: Font.DemiBold, preferShaping: false })
 
-    /// The width of each digit of a code.
-    readonly property real codeAdvance: codeMetrics.advanceWidth / 8
     readonly property TextMetrics codeMetrics: TextMetrics {
         font: root.code
         text: "00000000"
     }
 
-    /// The code's font, no larger than lets so many digits stand in so much room.
+    /// The code's font, no larger than lets so many digits stand in so much room. Where there is no room yet, none is
+    /// made for it.
     function codeFitting(digits: int, room: real): font {
-        const wanted = digits * codeAdvance
-        return wanted <= room ? code : Qt.font({
+        // Asked here, not in a property: that would have a value before its font has one, and load another for it.
+        const wanted = digits * codeMetrics.advanceWidth / codeMetrics.text.length
+        return wanted <= room || room <= 0 ? code : Qt.font({
             family: code.family,
             pixelSize: Math.max(1, Math.floor(code.pixelSize * room / wanted)),
             weight: code.weight,

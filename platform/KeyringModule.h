@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/Keychain.h"
+
+namespace MirrowvaleAuthenticator {
+
+/// The keyring of the user's session, by way of a module that is loaded at the first operation and stays:
+/// whoever's items lie elsewhere starts without the libraries that a keyring takes. Where the module cannot
+/// be loaded, no keyring can be reached: every operation answers `errSecNotAvailable`.
+class KeyringModule : public CredentialStore {
+public:
+    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
+    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
+    OSStatus add(const SecDictionary& attributes) override;
+};
+
+} // namespace MirrowvaleAuthenticator
