@@ -153,10 +153,20 @@ void ButtonItem::touchUngrabEvent()
 
 void ButtonItem::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() != Qt::Key_Space) {
+    switch (event->key()) {
+    case Qt::Key_Space:
+        if (!event->isAutoRepeat()) {
+            setDown(true);
+        }
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!event->isAutoRepeat() || autoRepeat) {
+            emit clicked();
+        }
+        break;
+    default:
         QQuickItem::keyPressEvent(event);
-    } else if (!event->isAutoRepeat()) {
-        setDown(true);
     }
 }
 

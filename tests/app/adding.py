@@ -60,8 +60,10 @@ class AddingTest(WindowTest):
         typeText("  Acme Inc ")
         self.find(secretField).click()
         typeText("gezd gnbv gy3t qojq gezd gnbv gy3t qojq gezd gnbv gy3t qojq geza")
-        self.find("Algorithm").click()
-        self.still("SHA256").click()
+        self.tabTo("Algorithm")
+        key("Return")
+        self.still("SHA256")
+        key("Down", "Return")
         self.gone("SHA512")
         for digits in ("Digits: 7", "Digits: 8"):
             self.stepUp("Digits: ")

@@ -70,10 +70,18 @@ class AssistiveTest(WindowTest):
         self.assertNotIn("G", Atspi.Text.get_text(masked.accessible, 0, -1))
         self.act(self.find("Increment", lambda element: element.accessible.get_description() == "Digits: 6"))
         self.find("Digits: 7")
+        picker = self.find("Algorithm")
+        self.assertEqual(picker.accessible.get_description(), "SHA1")
+        self.act(picker)
+        self.act(self.find("SHA256"))
+        self.until(lambda: picker.accessible.get_description() == "SHA256")
         self.act(self.find("Save"))
         self.gone("Cancel")
         self.until(lambda: [row.text for row in self.rows()] == [
-            "Brim, bob, 3 5 9 1 5 2", f"Acme, \u05d0, {secret}, 4 2 8 7 0 8 2, 1s"])
+            "Brim, bob, 3 5 9 1 5 2", f"Acme, \u05d0, {secret}, 2 2 4 7 3 7 4, 1s"])
+        for row in (1, 0):
+            self.act(self.rows()[row], "SetFocus")
+            self.until(lambda: self.rows()[row].focused)
         self.act(self.rows()[0], "Delete")
         self.until(lambda: len(self.rows()) == 1)
 

@@ -109,6 +109,26 @@ TEST_F(AppearanceTest, everyTextStandsOutFromWhatLiesBehindIt)
     }
 }
 
+TEST_F(AppearanceTest, aGrowingTextLeavesTheListAtItsTopAndAnOpenRowOpen)
+{
+    list("ab");
+    QQuickItem* row = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        const auto rows = shown(window->contentItem(), "MirrowvaleAuthenticator::TokenRowItem");
+        return rows.size() == 2 && (row = rows.constFirst());
+    }));
+    const QQuickItem* view = shown(window->contentItem(), "QQuickListView").constFirst();
+    ASSERT_TRUE(QMetaObject::invokeMethod(row, "reveal"));
+    const auto isOpen = [row] {
+        return row->property("revealed") == row->property("deleteWidth") && row->property("revealed") != 0.0;
+    };
+    ASSERT_TRUE(QTest::qWaitFor(isOpen));
+    set("org.gnome.desktop.interface", "text-scaling-factor", 2.0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->property("contentY") == view->property("originY"); }));
+    EXPECT_LT(view->property("originY").toDouble(), -80);
+    EXPECT_TRUE(QTest::qWaitFor(isOpen));
+}
+
 TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
 {
     auto tokens = tokensNamed("ab");
@@ -121,7 +141,7 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
     for (const double scale : {0.8, 1.0, 1.35, 2.0}) {
         set("org.gnome.desktop.interface", "text-scaling-factor", scale);
         ASSERT_TRUE(QTest::qWaitFor([&] {
-            return shown(window->contentItem(), "MirrowvaleAuthenticator::ButtonItem").size() == 11;
+            return shown(window->contentItem(), "MirrowvaleAuthenticator::ButtonItem").size() == 12;
         }));
         QTest::qWait(50); // a layout
         for (const QQuickItem* button : shown(window->contentItem(), "MirrowvaleAuthenticator::ButtonItem")) {

@@ -1,6 +1,8 @@
 #include "tests/ui/SceneFixture.h"
 
+#include <QClipboard>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPointingDevice>
 #include <QTest>
 
@@ -82,15 +84,17 @@ protected:
         drag(from, from - QPoint(150, 0));
     }
 
+    bool sheetIsUp() const
+    {
+        const QQuickItem* sheet = find(
+            window->contentItem(), [](const QQuickItem& item) { return item.property("lowered").isValid(); });
+        return sheet != nullptr && sheet->property("lowered") == 0.0;
+    }
+
     void openSheet()
     {
         contentView.setShowingAdd(true);
-        QQuickItem* sheet = nullptr;
-        ASSERT_TRUE(QTest::qWaitFor([&] {
-            sheet = find(window->contentItem(),
-                         [](const QQuickItem& item) { return item.property("lowered").isValid(); });
-            return sheet != nullptr && sheet->property("lowered") == 0.0;
-        }));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return sheetIsUp(); }));
         ASSERT_TRUE(window->activeFocusItem()->inherits("QQuickTextEdit"));
     }
 
@@ -168,6 +172,59 @@ TEST_F(HandTest, everyQuickTapCounts)
     EXPECT_EQ(store.tokens->front().counter, 5U) << "a finger that left the button";
 }
 
+TEST_F(HandTest, anyRowCanBeGivenTheKeyboard)
+{
+    open("abc");
+    for (const int index : {1, 0, 2}) {
+        row(index)->forceActiveFocus(Qt::TabFocusReason);
+        EXPECT_TRUE(ringIsAt(row(index)));
+        EXPECT_EQ(view->property("currentIndex"), index);
+    }
+}
+
+TEST_F(HandTest, aHeldReturnCountsOnce)
+{
+    open("a");
+    store.tokens.modify([](std::vector<AuthToken>& tokens) { tokens[0].kind = AuthToken::Kind::hotp; });
+    QQuickItem* next = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return (next = button(view, "Next")) != nullptr; }));
+    next->forceActiveFocus(Qt::TabFocusReason);
+    for (const bool repeats : {false, true, true}) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), repeats);
+        QCoreApplication::sendEvent(window.get(), &press);
+    }
+    EXPECT_EQ(store.tokens->front().counter, 1U);
+}
+
+TEST_F(HandTest, theSheetStaysUpWhereTheWindowChangesItsSize)
+{
+    open("a");
+    openSheet();
+    for (const QSize size : {QSize(844, 390), QSize(390, 500), QSize(390, 845)}) {
+        window->resize(size);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window->contentItem()->size() == size; }));
+        EXPECT_TRUE(sheetIsUp()) << size.height();
+    }
+}
+
+TEST_F(HandTest, aCopiedURIIsPastedByTouch)
+{
+    open("a");
+    openSheet();
+    QGuiApplication::clipboard()->setText(QStringLiteral("otpauth://totp/x"));
+    const QPoint field = middle(*window->activeFocusItem());
+    QTest::touchEvent(window.get(), finger).press(0, field, window.get());
+    QQuickItem* paste = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        paste = button(window->contentItem(), "Paste");
+        return paste != nullptr && paste->width() >= 44;
+    }));
+    QTest::touchEvent(window.get(), finger).release(0, field, window.get());
+    tap(*paste);
+    EXPECT_EQ(contentView.addTokenView()->importURI(), QStringLiteral("otpauth://totp/x"));
+    EXPECT_EQ(button(window->contentItem(), "Paste"), nullptr);
+}
+
 TEST_F(HandTest, aStepperRepeatsWhileItIsHeld)
 {
     open("a");
@@ -211,13 +268,17 @@ TEST_F(HandTest, theFormShowsWhatTheKeyboardReaches)
     for (int letter = 0; letter < 200; ++letter) {
         QTest::keyClick(window.get(), Qt::Key_A);
     }
+    QGuiApplication::clipboard()->setText(QString(600, u'x'));
     const QQuickItem& uri = *window->activeFocusItem();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isInSight(uri, uri.property("cursorRectangle").toRectF()); }));
+    QTest::keyClick(window.get(), Qt::Key_V, Qt::ControlModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] { return isInSight(uri, uri.property("cursorRectangle").toRectF()); }));
     for (int press = 0; press < 12; ++press) {
         QTest::keyClick(window.get(), Qt::Key_Tab);
         const QQuickItem& item = *window->activeFocusItem();
         if (form->isAncestorOf(&item) && &item != &uri) {
-            EXPECT_TRUE(isInSight(item, item.boundingRect())) << item.metaObject()->className();
+            EXPECT_TRUE(QTest::qWaitFor([&] { return isInSight(item, item.boundingRect()); }))
+                << item.metaObject()->className();
         }
     }
 }

@@ -160,8 +160,9 @@ TEST_F(LanguageTest, everyTextOfTheInterfaceIsTranslatedAndNoOther)
     }
     showSheetWithError();
     const QString message = QStringLiteral("Enter a valid otpauth:// URI.");
-    expectTranslated(drawnTexts(), names + QStringList{message, QStringLiteral("SHA1")});
-    expectTranslated(spokenTexts(), names + QStringList{message});
+    const QStringList onSheet = names + QStringList{message, QStringLiteral("SHA1")};
+    expectTranslated(drawnTexts(), onSheet);
+    expectTranslated(spokenTexts(), onSheet);
 }
 
 TEST_F(LanguageTest, everyTranslationFitsTheNarrowestScreen)

@@ -18,6 +18,10 @@ QAccessible::State ButtonAccessible::state() const
 {
     QAccessible::State state = ItemAccessible::state();
     state.pressed = item()->property("down").toBool();
+    state.hasPopup = item()->property("opensMenu").toBool();
+    const QVariant checked = item()->property("checked"); // an option's alone
+    state.checkable = checked.isValid();
+    state.checked = checked.toBool();
     return state;
 }
 

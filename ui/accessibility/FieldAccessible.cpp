@@ -28,7 +28,6 @@ QAccessible::State FieldAccessible::state() const
 {
     QAccessible::State state = ItemAccessible::state();
     state.editable = true;
-    state.focusable = item()->isEnabled();
     state.selectableText = true;
     state.passwordEdit = isMasked();
     state.multiLine = item()->inherits("QQuickTextEdit");

@@ -52,9 +52,7 @@ Flickable {
     property bool bringsMessage: false
 
     function revealMessage(): void {
-        if (bringsMessage) {
-            reveal(message, Qt.rect(0, 0, message.width, message.height))
-        }
+        reveal(message, Qt.rect(0, 0, message.width, message.height))
     }
 
     readonly property Item focusItem: Window.activeFocusItem
@@ -68,7 +66,14 @@ Flickable {
     bottomMargin: covered
     onFocusItemChanged: revealFocus()
     onCoveredChanged: revealFocus()
-    onContentHeightChanged: revealMessage()
+    onHeightChanged: revealFocus()
+    onContentHeightChanged: {
+        if (bringsMessage) {
+            revealMessage()
+        } else {
+            revealFocus()
+        }
+    }
     onMovementStarted: bringsMessage = false
     flickableDirection: Flickable.VerticalFlick
     boundsBehavior: Flickable.DragOverBounds
@@ -83,7 +88,6 @@ Flickable {
 
         function onErrorChanged(): void {
             message.announce()
-            root.bringsMessage = true
             root.revealMessage()
         }
     }

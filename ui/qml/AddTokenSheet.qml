@@ -11,7 +11,7 @@ FocusScope {
     readonly property bool presented: contentView.showingAdd
 
     /// How far the panel stands below its place.
-    property real lowered: height
+    property real lowered: 0
 
     function settle(): void {
         sliding.to = presented ? 0 : height
@@ -41,6 +41,7 @@ FocusScope {
     Keys.onEscapePressed: form.cancel()
     onPresentedChanged: settle()
     Component.onCompleted: {
+        lowered = height // not bound: the window's height may change while the sheet is up
         settle()
         fields.start()
     }

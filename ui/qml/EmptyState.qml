@@ -2,10 +2,18 @@ import QtQuick
 import MirrowvaleAuthenticator
 
 /// What stands in place of a list without tokens.
-Item {
+Flickable {
+    id: root
+
+    contentHeight: Math.max(height, texts.height + Theme.padding)
+    interactive: contentHeight > height
+    clip: true
+
     Column {
-        anchors.verticalCenter: parent.verticalCenter
-        width: parent.width
+        id: texts
+
+        y: (root.contentHeight - height) / 2
+        width: root.width
         spacing: 12
 
         Symbol {

@@ -68,6 +68,13 @@ ListView {
         return item ? (item as TokenRow) ?? rowAround(item.parent) : null
     }
 
+    /// Scrolls by so many views; a row of the last one stays in sight.
+    function scroll(views: int): void {
+        const rowHeight = currentItem?.height ?? 0
+        const end = originY + Math.max(0, contentHeight - height)
+        contentY = Math.max(originY, Math.min(end, contentY + views * Math.max(rowHeight, height - rowHeight)))
+    }
+
     /// How many rows fit into the view.
     function page(): int {
         return Math.max(1, Math.floor(height / Math.max(1, currentItem?.height ?? 1)) - 1)
@@ -81,8 +88,8 @@ ListView {
     reuseItems: false
     Accessible.role: Accessible.List
     Accessible.name: title
-    Accessible.onScrollDownAction: flick(0, -height * 2)
-    Accessible.onScrollUpAction: flick(0, height * 2)
+    Accessible.onScrollDownAction: scroll(1)
+    Accessible.onScrollUpAction: scroll(-1)
     onMovementStarted: closeOpenRow()
     onFocusItemChanged: {
         const row = focusItem?.visualFocus ? rowAround(focusItem) : null
@@ -188,6 +195,17 @@ ListView {
             property: "y"
             duration: Theme.moderate
             easing.type: Easing.OutCubic
+        }
+    }
+
+    Connections {
+        target: Theme
+
+        function onTextScaleChanged(): void {
+            if (root.titleScrolledAway === 0) {
+                root.forceLayout() // the title grows upwards
+                root.positionViewAtBeginning()
+            }
         }
     }
 

@@ -48,6 +48,13 @@ TokenRowItem {
         takeKeyboard()
     }
 
+    /// Copies for a key, once however long it is held.
+    function copyOnce(event: KeyEvent): void {
+        if (!event.isAutoRepeat) {
+            copyRequested()
+        }
+    }
+
     /// Has the focus, and shows it.
     function takeKeyboard(): void {
         forceActiveFocus(Qt.TabFocusReason)
@@ -60,12 +67,13 @@ TokenRowItem {
     readonly property real deleteWidth: deleteButton?.implicitWidth ?? 0
     readonly property int openingDirection: Theme.mirrored ? 1 : -1
 
+    onDeleteWidthChanged: if (revealed > 0 && open && !settling.running) revealed = deleteWidth
     implicitHeight: content.height
     activeFocusOnTab: current || activeFocus // an item that has the keyboard may not leave its round
     Accessible.role: Accessible.ListItem
-    Keys.onReturnPressed: copyRequested()
-    Keys.onEnterPressed: copyRequested()
-    Keys.onSpacePressed: copyRequested()
+    Keys.onReturnPressed: event => copyOnce(event)
+    Keys.onEnterPressed: event => copyOnce(event)
+    Keys.onSpacePressed: event => copyOnce(event)
     Keys.onDeletePressed: reveal()
     Keys.onEscapePressed: event => {
         event.accepted = open

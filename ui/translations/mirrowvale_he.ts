@@ -67,6 +67,25 @@
     </message>
 </context>
 <context>
+    <name>EditMenu</name>
+    <message>
+        <source>Cut</source>
+        <translation>גזירה</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>העתקה</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>הדבקה</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>בחירת הכול</translation>
+    </message>
+</context>
+<context>
     <name>EmptyState</name>
     <message>
         <source>No tokens yet</source>

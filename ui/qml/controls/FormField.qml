@@ -18,6 +18,8 @@ T.TextField {
     verticalAlignment: TextInput.AlignVCenter
     Accessible.name: placeholder
 
+    EditMenu { field: root }
+
     RowSeparator { }
 
     Placeholder {

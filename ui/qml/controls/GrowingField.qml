@@ -19,12 +19,22 @@ T.TextArea {
     selectedTextColor: Theme.primary
     textFormat: TextEdit.PlainText
     wrapMode: TextEdit.WrapAnywhere
+    selectByMouse: pointer.hovered
     Accessible.name: placeholder
     KeyNavigation.priority: KeyNavigation.BeforeItem
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
+    EditMenu { field: root }
+
     RowSeparator { }
+
+    // A finger that moves scrolls the form; a pointer selects.
+    HoverHandler {
+        id: pointer
+
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+    }
 
     Placeholder {
         x: root.leftPadding

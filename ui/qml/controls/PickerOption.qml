@@ -1,43 +1,47 @@
 import QtQuick
-import QtQuick.Templates as T
 import MirrowvaleAuthenticator
 
 /// One option of a picker's menu; the chosen one is marked.
-T.ItemDelegate {
+PlainButton {
     id: root
 
     required property string modelData
-    readonly property PickerMenu menu: ListView.view as PickerMenu
+    required property bool checked
 
-    width: menu.width
     implicitHeight: Math.max(Theme.target, implicitContentHeight + 20)
     leftPadding: 12
+    rightPadding: 12
     text: modelData
     font: Theme.body
-    highlighted: ListView.isCurrentItem
-    Accessible.role: Accessible.MenuItem
-    Accessible.name: text
+    onVisibleChanged: if (visible && checked) forceActiveFocus(Qt.PopupFocusReason)
+    Keys.onUpPressed: root.nextItemInFocusChain(false).forceActiveFocus(Qt.OtherFocusReason)
+    Keys.onDownPressed: root.nextItemInFocusChain(true).forceActiveFocus(Qt.OtherFocusReason)
 
-    contentItem: Text {
-        leftPadding: Theme.mirrored ? 0 : 28
-        rightPadding: Theme.mirrored ? 28 : 0
-        text: root.text
-        textFormat: Text.PlainText
-        font: root.font
-        color: Theme.primary
-        verticalAlignment: Text.AlignVCenter
-        horizontalAlignment: Text.AlignLeft
-    }
-    background: Rectangle {
-        color: root.down || root.highlighted ? Theme.highlight : Theme.menu
-        radius: Theme.cornerRadius
+    contentItem: Item {
+        implicitHeight: label.height
 
         Symbol {
-            anchors { left: parent.left; leftMargin: 12; verticalCenter: parent.verticalCenter }
+            id: mark
+
+            anchors { left: parent.left; verticalCenter: parent.verticalCenter }
             size: 18 * Theme.textScale
             name: "checkmark"
             color: Theme.primary
-            visible: root.text === root.menu.choice
+            visible: root.checked
         }
+
+        Text {
+            id: label
+
+            anchors { left: mark.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
+            text: root.text
+            textFormat: Text.PlainText
+            font: root.font
+            color: Theme.primary
+        }
+    }
+    background: Rectangle {
+        color: root.down || root.activeFocus ? Theme.highlight : Theme.menu
+        radius: Theme.cornerRadius
     }
 }

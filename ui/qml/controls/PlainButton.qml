@@ -1,12 +1,14 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// The behaviour that all buttons share: they react to Return as to the space bar, and show the keyboard's focus.
+/// What all buttons share: their least size, how a voice reads them, and that they show the keyboard's focus.
 ButtonItem {
     id: root
 
     /// What the button acts on, where its title alone does not tell.
     property string subject
+
+    property bool opensMenu: false
 
     property alias focusRing: ring
     property font font
@@ -16,8 +18,6 @@ ButtonItem {
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
 
     FocusRing {
         id: ring

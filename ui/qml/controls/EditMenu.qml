@@ -1,0 +1,107 @@
+import QtQuick
+import QtQuick.Templates as T
+import MirrowvaleAuthenticator
+
+/// What can be done with a field's text without a keyboard. It comes up where the field is held, or clicked with the
+/// other button, and leaves the keyboard in the field.
+T.Popup {
+    id: root
+
+    /// The toolkit's fields of one line and of many share no type.
+    required property var field
+
+    readonly property bool masked: field.echoMode !== undefined && field.echoMode !== TextInput.Normal
+    readonly property int selectionLength: field.selectionEnd - field.selectionStart
+    readonly property bool canTake: selectionLength > 0 && !masked
+    readonly property bool canSelectAll: selectionLength < field.length
+
+    /// Where the field was pressed.
+    property real place: 0
+
+    function openAt(x: real): void {
+        if (canTake || canSelectAll || field.canPaste) {
+            place = x
+            open()
+        }
+    }
+
+    x: place - width / 2
+    y: -height - 4
+    margins: Theme.spacing
+    padding: 4
+    width: Math.min(180 * Theme.textScale, field.width)
+    height: 2 * padding + implicitContentHeight
+    closePolicy: T.Popup.CloseOnPressOutside
+
+    contentItem: Column {
+        LayoutMirroring.enabled: Theme.mirrored
+        LayoutMirroring.childrenInherit: true
+
+        EditMenuItem {
+            text: qsTr("Cut")
+            visible: root.canTake
+            onClicked: {
+                root.close()
+                root.field.cut()
+            }
+        }
+
+        EditMenuItem {
+            text: qsTr("Copy")
+            visible: root.canTake
+            onClicked: {
+                root.close()
+                root.field.copy()
+            }
+        }
+
+        EditMenuItem {
+            text: qsTr("Paste")
+            visible: root.field.canPaste
+            onClicked: {
+                root.close()
+                root.field.paste()
+            }
+        }
+
+        EditMenuItem {
+            text: qsTr("Select All")
+            visible: root.canSelectAll
+            onClicked: {
+                root.close()
+                root.field.selectAll()
+            }
+        }
+    }
+    background: Rectangle {
+        radius: Theme.cornerRadius + 4
+        color: Theme.menu
+        border.width: 1
+        border.color: Theme.separator
+    }
+
+    Connections {
+        target: root.field
+
+        function onPressAndHold(event: var): void {
+            root.openAt(event.x)
+        }
+
+        function onReleased(event: var): void {
+            if (event.button === Qt.RightButton) {
+                root.field.forceActiveFocus(Qt.MouseFocusReason)
+                root.openAt(event.x)
+            }
+        }
+
+        function onActiveFocusChanged(): void {
+            root.close()
+        }
+    }
+
+    Shortcut {
+        sequences: ["Escape"]
+        enabled: root.visible
+        onActivated: root.close()
+    }
+}

@@ -1,0 +1,27 @@
+import QtQuick
+import MirrowvaleAuthenticator
+
+/// The options of a picker's menu, one below the other. Arrows move among them.
+Column {
+    id: root
+
+    required property var options
+    required property string choice
+
+    signal chosen(string option)
+
+    LayoutMirroring.enabled: Theme.mirrored
+    LayoutMirroring.childrenInherit: true
+
+    Repeater {
+        model: root.options
+
+        PickerOption {
+            readonly property PickerList list: parent as PickerList
+
+            width: list?.width ?? 0
+            checked: list?.choice === text
+            onClicked: list.chosen(text)
+        }
+    }
+}
