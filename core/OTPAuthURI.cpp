@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <forward_list>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,9 +15,6 @@ namespace MirrowvaleAuthenticator {
 namespace {
 
 using Case = OTPAuthParserError::Case;
-
-/// Parameters in the order of their names.
-using QueryMap = std::vector<URLComponents::QueryItem>;
 
 std::string sentence(Case which)
 {
@@ -47,28 +45,44 @@ AuthToken::Kind kindOf(const URLComponents& components)
     return *kind;
 }
 
-/// Parameters by lower-cased name. Names that are the same text under canonical equivalence are the same
-/// name.
-QueryMap queryMap(std::vector<URLComponents::QueryItem> items)
-{
-    for (auto& item : items) {
-        item.name = canonicalComposition(lowercased(item.name));
+/// Values by lower-cased name. Names that are the same text under canonical equivalence are the same name.
+class QueryMap {
+public:
+    explicit QueryMap(const std::vector<URLComponents::QueryItem>& items)
+    {
+        parameters.reserve(items.size());
+        for (const auto& item : items) {
+            parameters.push_back({key(item.name), item.value.value_or("")});
+        }
+        std::ranges::sort(parameters, {}, &Parameter::key);
+        if (std::ranges::adjacent_find(parameters, {}, &Parameter::key) != parameters.end()) {
+            throw OTPAuthParserError(Case::invalidURL);
+        }
     }
-    std::ranges::sort(items, {}, &URLComponents::QueryItem::name);
-    if (std::ranges::adjacent_find(items, {}, &URLComponents::QueryItem::name) != items.end()) {
-        throw OTPAuthParserError(Case::invalidURL);
-    }
-    return items;
-}
 
-std::optional<std::string_view> value(const QueryMap& map, std::string_view name)
-{
-    const auto found = std::ranges::lower_bound(map, name, {}, &URLComponents::QueryItem::name);
-    if (found == map.end() || found->name != name) {
-        return std::nullopt;
+    std::optional<std::string_view> operator[](std::string_view key) const
+    {
+        const auto found = std::ranges::find(parameters, key, &Parameter::key);
+        return found == parameters.end() ? std::nullopt : std::optional(found->value);
     }
-    return found->value ? std::string_view(*found->value) : std::string_view();
-}
+
+private:
+    struct Parameter {
+        std::string_view key;
+        std::string_view value;
+    };
+
+    std::string_view key(std::string_view name)
+    {
+        if (std::ranges::all_of(name, [](char byte) { return byte >= 'a' && byte <= 'z'; })) {
+            return name; // what follows would leave it as it is
+        }
+        return changedNames.emplace_front(canonicalComposition(lowercased(name)));
+    }
+
+    std::vector<Parameter> parameters;
+    std::forward_list<std::string> changedNames;
+};
 
 std::string labelOf(std::string_view path)
 {
@@ -90,17 +104,12 @@ struct LabelParts {
 std::optional<LabelParts> splitLabel(std::string_view label)
 {
     std::size_t pieceStart = 0;
-    std::size_t position = 0;
-    for (const auto character : characters(label)) {
-        const auto end = position + character.size();
-        if (character == ":") {
-            if (position > pieceStart) {
-                const LabelParts parts{label.substr(pieceStart, position - pieceStart), label.substr(end)};
-                return parts.second.empty() ? std::nullopt : std::optional(parts);
-            }
-            pieceStart = end;
+    for (const auto colon : positions(label, ':')) {
+        const LabelParts parts{label.substr(pieceStart, colon - pieceStart), label.substr(colon + 1)};
+        if (!parts.first.empty()) {
+            return parts.second.empty() ? std::nullopt : std::optional(parts);
         }
-        position = end;
+        pieceStart = colon + 1;
     }
     return std::nullopt;
 }
@@ -137,32 +146,32 @@ OTPAuthParserError::OTPAuthParserError(Case failure) : LocalizedError(sentence(f
 
 AuthToken parseOTPAuthURI(std::string_view text)
 {
-    auto components = URLComponents::fromString(text);
+    const auto components = URLComponents::fromString(text);
     if (!components) {
         throw OTPAuthParserError(Case::invalidURL);
     }
     checkScheme(*components);
     AuthToken token;
     token.kind = kindOf(*components);
-    const auto query = queryMap(std::move(components->queryItems));
-    const auto secret = value(query, "secret").value_or("");
+    const QueryMap query(components->queryItems);
+    const auto secret = query["secret"].value_or("");
     if (secret.empty()) {
         throw OTPAuthParserError(Case::missingSecret);
     }
 
     const auto label = labelOf(components->path);
     const auto parts = splitLabel(label);
-    const auto issuer = value(query, "issuer").value_or(parts ? parts->first : std::string_view());
+    const auto issuer = query["issuer"].value_or(parts ? parts->first : std::string_view());
 
     token.id = UUID::random();
     token.issuer = trimmed(issuer);
     token.account = trimmed(parts ? parts->second : label);
     token.secretBase32 = uppercased(removingSpaces(secret));
-    token.algorithm = algorithmFromRawValue(uppercased(value(query, "algorithm").value_or("SHA1")))
+    token.algorithm = algorithmFromRawValue(uppercased(query["algorithm"].value_or("SHA1")))
                           .value_or(AuthToken::Algorithm::sha1);
-    token.digits = decimal<std::int64_t>(value(query, "digits").value_or("")).value_or(6);
-    token.period = decimal<std::int64_t>(value(query, "period").value_or("")).value_or(30);
-    token.counter = unsignedDecimal(value(query, "counter").value_or("")).value_or(0);
+    token.digits = decimal<std::int64_t>(query["digits"].value_or("")).value_or(6);
+    token.period = decimal<std::int64_t>(query["period"].value_or("")).value_or(30);
+    token.counter = unsignedDecimal(query["counter"].value_or("")).value_or(0);
     token.createdAt = Date::now();
     return token;
 }

@@ -21,6 +21,7 @@ void compareRoads(std::string_view text)
     require(lowercased(text) == UnicodeRoad::lowercased(text), "both roads lower-case alike");
     require(trimmed(text) == UnicodeRoad::trimmed(text), "both roads trim alike");
     require(characters(text) == UnicodeRoad::characters(text), "both roads see the same characters");
+    require(positions(text, ':') == UnicodeRoad::positions(text, ':'), "both roads find the same colons");
     require(canonicalComposition(text) == UnicodeRoad::canonicalComposition(text),
             "both roads compose alike");
     require(order().sortKey(uppercased(text)) == order().sortKey(lowercased(text)), "case does not sort");

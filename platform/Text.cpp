@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 #include <unicode/brkiter.h>
 #include <unicode/bytestream.h>
@@ -24,11 +25,17 @@ namespace {
 
 bool isASCII(std::string_view text)
 {
-    unsigned char seen = 0; // to the end of the text: without a way out, many bytes are looked at in one go
+    std::uint64_t seen = 0; // to the end of the text: without a way out, many bytes are looked at in one go
+    std::uint64_t word = 0;
+    while (text.size() >= sizeof word) {
+        std::memcpy(&word, text.data(), sizeof word);
+        seen |= word;
+        text.remove_prefix(sizeof word);
+    }
     for (const char byte : text) {
         seen |= static_cast<unsigned char>(byte);
     }
-    return seen < 0x80;
+    return (seen & 0x8080'8080'8080'8080U) == 0;
 }
 
 void require(UErrorCode status)
@@ -152,6 +159,19 @@ std::vector<std::string_view> characters(std::string_view text)
     return clusters;
 }
 
+std::vector<std::size_t> positions(std::string_view text, char character)
+{
+    std::vector<std::size_t> found;
+    std::size_t position = 0;
+    for (const auto cluster : UnicodeRoad::characters(text)) {
+        if (cluster == std::string_view(&character, 1)) {
+            found.push_back(position);
+        }
+        position += cluster.size();
+    }
+    return found;
+}
+
 bool isValidUTF8(std::string_view text)
 {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
@@ -223,6 +243,18 @@ std::vector<std::string_view> characters(std::string_view text)
     return clusters;
 }
 
+std::vector<std::size_t> positions(std::string_view text, char character)
+{
+    if (!isASCII(text)) {
+        return UnicodeRoad::positions(text, character);
+    }
+    std::vector<std::size_t> found;
+    for (auto next = text.find(character); next != text.npos; next = text.find(character, next + 1)) {
+        found.push_back(next);
+    }
+    return found;
+}
+
 std::string canonicalComposition(std::string_view text)
 {
     return isASCII(text) ? std::string(text) : UnicodeRoad::canonicalComposition(text);
@@ -246,27 +278,34 @@ bool isValidUTF8(std::string_view text)
 
 std::optional<std::string> removingPercentEncoding(std::string_view text)
 {
-    auto escape = text.find('%');
-    if (escape == std::string_view::npos) {
-        return isValidUTF8(text) ? std::optional<std::string>(text) : std::nullopt;
+    std::string result(text);
+    const auto decoded = removePercentEncoding(result);
+    if (!decoded) {
+        return std::nullopt;
     }
-    std::string result;
-    result.reserve(text.size());
-    for (; escape != std::string_view::npos; escape = text.find('%')) {
-        result += text.substr(0, escape);
-        if (text.size() - escape < 3) {
-            return std::nullopt;
-        }
-        const int high = hexadecimalValue(text[escape + 1]);
-        const int low = hexadecimalValue(text[escape + 2]);
+    result.resize(decoded->size());
+    return result;
+}
+
+std::optional<std::string_view> removePercentEncoding(std::span<char> text)
+{
+    std::string_view rest(text.data(), text.size());
+    auto plain = std::min(rest.find('%'), rest.size());
+    auto written = text.begin() + static_cast<std::ptrdiff_t>(plain);
+    while (plain < rest.size()) {
+        const auto escape = rest.substr(plain);
+        const int high = escape.size() < 3 ? -1 : hexadecimalValue(escape[1]);
+        const int low = escape.size() < 3 ? -1 : hexadecimalValue(escape[2]);
         if (high < 0 || low < 0) {
             return std::nullopt;
         }
-        result += static_cast<char>(high << 4 | low);
-        text.remove_prefix(escape + 3);
+        *written++ = static_cast<char>(high << 4 | low);
+        rest = escape.substr(3);
+        plain = std::min(rest.find('%'), rest.size());
+        written = std::copy_n(rest.begin(), plain, written);
     }
-    result += text;
-    return isValidUTF8(result) ? std::optional(std::move(result)) : std::nullopt;
+    const std::string_view result(text.begin(), written);
+    return isValidUTF8(result) ? std::optional(result) : std::nullopt;
 }
 
 LocalizedCaseInsensitiveOrder::LocalizedCaseInsensitiveOrder()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,9 @@ std::string removingSpaces(std::string_view text);
 /// The user-perceived characters of `text` in order: extended grapheme clusters (UAX #29), CR LF being one.
 std::vector<std::string_view> characters(std::string_view text);
 
+/// Where `character`, ASCII but no CR or LF, is a whole character of `text`, in order.
+std::vector<std::size_t> positions(std::string_view text, char character);
+
 /// The canonical composition (normalization form C, UAX #15).
 std::string canonicalComposition(std::string_view text);
 
@@ -37,6 +41,10 @@ bool isValidUTF8(std::string_view text);
 /// Replaces every percent-escape by its byte (RFC 3986, section 2.1).
 /// @returns nothing where a "%" is not followed by two hexadecimal digits or the result is not UTF-8
 std::optional<std::string> removingPercentEncoding(std::string_view text);
+
+/// The same within `text`, whose bytes are lost.
+/// @returns the front of `text`, which holds the result
+std::optional<std::string_view> removePercentEncoding(std::span<char> text);
 
 /// Orders texts as a person of the user's locale (LC_ALL, LC_COLLATE or LANG) expects, regardless of case.
 class LocalizedCaseInsensitiveOrder {
@@ -59,6 +67,7 @@ std::string uppercased(std::string_view text);
 std::string lowercased(std::string_view text);
 std::string_view trimmed(std::string_view text);
 std::vector<std::string_view> characters(std::string_view text);
+std::vector<std::size_t> positions(std::string_view text, char character);
 std::string canonicalComposition(std::string_view text);
 bool isValidUTF8(std::string_view text);
 } // namespace UnicodeRoad

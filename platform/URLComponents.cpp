@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <span>
 #include <uriparser/Uri.h>
 
 namespace MirrowvaleAuthenticator {
@@ -14,59 +15,82 @@ struct FreeUriMembers {
     void operator()(UriUriA* uri) const { uriFreeUriMembersA(uri); }
 };
 
-std::optional<std::string_view> view(const UriTextRangeA& range)
+/// The piece of `text` that the library found; where it is empty, the library may point elsewhere.
+std::optional<std::span<char>> piece(std::span<char> text, const UriTextRangeA& range)
 {
     if (range.first == nullptr || range.afterLast == nullptr) {
         return std::nullopt;
     }
-    return std::string_view(range.first, static_cast<std::size_t>(range.afterLast - range.first));
-}
-
-std::string rawPath(const UriUriA& uri, bool hasAuthority)
-{
-    std::string path;
-    bool needsSlash = hasAuthority || uri.absolutePath != 0;
-    for (const auto* segment = uri.pathHead; segment != nullptr; segment = segment->next) {
-        if (needsSlash) {
-            path += '/';
-        }
-        path += view(segment->text).value_or(std::string_view());
-        needsSlash = true;
+    if (range.first == range.afterLast) {
+        return std::span<char>();
     }
-    return path;
+    return text.subspan(static_cast<std::size_t>(range.first - text.data()),
+                        static_cast<std::size_t>(range.afterLast - range.first));
 }
 
-std::optional<URLComponents::QueryItem> decodedItem(std::string_view item)
+std::string_view view(std::span<const char> text)
 {
-    const auto equals = item.find('=');
-    auto name = removingPercentEncoding(item.substr(0, equals));
+    return {text.data(), text.size()};
+}
+
+std::span<char> takeFront(std::size_t length, std::span<char>& text)
+{
+    const auto front = text.first(length);
+    text = text.subspan(length);
+    return front;
+}
+
+std::span<char> takeUpTo(char end, std::span<char>& text)
+{
+    return takeFront(std::min(view(text).find(end), text.size()), text);
+}
+
+/// Takes the path off a URI that is known to be one: what lies between the scheme or the authority and the
+/// query or the fragment.
+std::span<char> takePath(bool hasAuthority, std::span<char>& text)
+{
+    const auto lengthBefore = [&](auto isEnd) {
+        return static_cast<std::size_t>(std::ranges::find_if(text, isEnd) - text.begin());
+    };
+    const auto endsPath = [](char byte) { return byte == '?' || byte == '#'; };
+    if (hasAuthority) {
+        takeFront(std::string_view("//").size(), text);
+        takeFront(lengthBefore([&](char byte) { return byte == '/' || endsPath(byte); }), text);
+    }
+    return takeFront(lengthBefore(endsPath), text);
+}
+
+std::optional<URLComponents::QueryItem> decodedItem(std::span<char> item)
+{
+    const auto rawName = takeUpTo('=', item);
+    const auto name = removePercentEncoding(rawName);
     if (!name) {
         return std::nullopt;
     }
-    if (equals == std::string_view::npos) {
-        return URLComponents::QueryItem{std::move(*name), std::nullopt};
+    if (item.empty()) {
+        return URLComponents::QueryItem{*name, std::nullopt};
     }
-    auto value = removingPercentEncoding(item.substr(equals + 1));
+    const auto value = removePercentEncoding(item.subspan(1));
     if (!value) {
         return std::nullopt;
     }
-    return URLComponents::QueryItem{std::move(*name), std::move(value)};
+    return URLComponents::QueryItem{*name, *value};
 }
 
-bool appendQueryItems(std::string_view query, std::vector<URLComponents::QueryItem>& items)
+bool appendQueryItems(std::span<char> query, std::vector<URLComponents::QueryItem>& items)
 {
     constexpr std::size_t ordinaryCount = 8;
     items.reserve(ordinaryCount);
     while (!query.empty()) {
-        const auto length = std::min(query.find('&'), query.size());
-        if (length > 0) {
-            auto item = decodedItem(query.substr(0, length));
+        const auto written = takeUpTo('&', query);
+        if (!written.empty()) {
+            const auto item = decodedItem(written);
             if (!item) {
                 return false;
             }
-            items.push_back(std::move(*item));
+            items.push_back(*item);
         }
-        query.remove_prefix(std::min(length + 1, query.size()));
+        query = query.subspan(std::min<std::size_t>(1, query.size()));
     }
     return true;
 }
@@ -75,24 +99,31 @@ bool appendQueryItems(std::string_view query, std::vector<URLComponents::QueryIt
 
 std::optional<URLComponents> URLComponents::fromString(std::string_view text)
 {
+    URLComponents components;
+    components.text = std::make_unique_for_overwrite<char[]>(text.size());
+    std::ranges::copy(text, components.text.get());
+    std::span<char> rest(components.text.get(), text.size());
+
     UriUriA parsed;
-    if (uriParseSingleUriExA(&parsed, text.data(), text.data() + text.size(), nullptr) != URI_SUCCESS) {
+    if (uriParseSingleUriExA(&parsed, rest.data(), rest.data() + rest.size(), nullptr) != URI_SUCCESS) {
         return std::nullopt;
     }
     const std::unique_ptr<UriUriA, FreeUriMembers> owner(&parsed);
 
-    URLComponents components;
-    components.scheme = view(parsed.scheme);
-    if (const auto host = view(parsed.hostText)) {
-        auto decoded = removingPercentEncoding(*host);
-        components.host = decoded ? std::move(*decoded) : std::string(*host);
+    const auto scheme = piece(rest, parsed.scheme);
+    const auto host = piece(rest, parsed.hostText);
+    const auto query = piece(rest, parsed.query);
+    if (scheme) {
+        components.scheme = view(*scheme);
+        rest = rest.subspan(scheme->size() + 1);
     }
-    auto path = removingPercentEncoding(rawPath(parsed, components.host.has_value()));
+    const auto path = removePercentEncoding(takePath(host.has_value(), rest));
     if (!path) {
         return std::nullopt;
     }
-    components.path = std::move(*path);
-    if (const auto query = view(parsed.query); query && !appendQueryItems(*query, components.queryItems)) {
+    components.host = host ? removePercentEncoding(*host) : std::nullopt;
+    components.path = *path;
+    if (query && !appendQueryItems(*query, components.queryItems)) {
         return std::nullopt;
     }
     return components;

@@ -19,7 +19,7 @@ constexpr bool hyphenStandsBefore(std::size_t byteIndex)
 /// than all that is done with them. An identifier is no secret.
 void takeRandomBytes(std::span<std::uint8_t, 16> bytes)
 {
-    thread_local std::array<std::uint8_t, 16 * bytes.size()> fetched;
+    thread_local std::array<std::uint8_t, 64 * bytes.size()> fetched;
     thread_local std::size_t left = 0;
     if (left == 0) {
         fillWithRandomBytes(fetched);

@@ -73,7 +73,7 @@ TEST(OTPAuthURI, splitsTheLabelAndPrefersTheIssuerParameter)
         {"/Acme:%20", "", "Acme", ""}, {"/Acme%3Aalice", "", "Acme", "alice"},
         {"/Acme%253Aalice", "", "Acme", "alice"}, {"/Acme%25253Aalice", "", "", "Acme%3Aalice"},
         {"/100%25", "", "", "100%"}, {"/%25FF:a", "", "%FF", "a"}, {"/%25C3%25A9", "", "", "é"},
-        {"/Acme:%CC%81b:alice", "", "Acme:\u0301b", "alice"}, {"/Acme%0D:%0Aalice", "", "Acme", "alice"},
+        {"/%D8%80:a:b", "", "\u0600:a", "b"}, {"/Acme:%CC%81b:alice", "", "Acme:\u0301b", "alice"}, {"/Acme%0D:%0Aalice", "", "Acme", "alice"},
         {"//a/b//", "", "", "a/b"}, {"/%2Fa%2F", "", "", "a"}, {"/%252Fa", "", "", "/a"},
         {"/a+b:c+d", "", "a+b", "c+d"},
     };

@@ -89,6 +89,7 @@ void expectSameOnBothRoads(const std::string& text)
     EXPECT_EQ(lowercased(text), UnicodeRoad::lowercased(text));
     EXPECT_EQ(trimmed(text), UnicodeRoad::trimmed(text));
     EXPECT_EQ(characters(text), UnicodeRoad::characters(text));
+    EXPECT_EQ(positions(text, ':'), UnicodeRoad::positions(text, ':'));
     EXPECT_EQ(canonicalComposition(text), UnicodeRoad::canonicalComposition(text));
     EXPECT_EQ(isValidUTF8(text), UnicodeRoad::isValidUTF8(text));
 }
