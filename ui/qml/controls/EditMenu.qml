@@ -16,17 +16,20 @@ T.Popup {
     readonly property bool canSelectAll: selectionLength < field.length
 
     /// Where the field was pressed.
-    property real place: 0
+    property point place
 
-    function openAt(x: real): void {
+    readonly property real gap: 16
+    readonly property bool roomAbove: field.mapToItem(null, place).y - gap - height >= margins
+
+    function openAt(x: real, y: real): void {
         if (canTake || canSelectAll || field.canPaste) {
-            place = x
+            place = Qt.point(x, y)
             open()
         }
     }
 
-    x: place - width / 2
-    y: -height - 4
+    x: place.x - width / 2
+    y: roomAbove ? place.y - gap - height : place.y + gap
     margins: Theme.spacing
     padding: 4
     width: Math.min(180 * Theme.textScale, field.width)
@@ -84,13 +87,13 @@ T.Popup {
         target: root.field
 
         function onPressAndHold(event: var): void {
-            root.openAt(event.x)
+            root.openAt(event.x, event.y)
         }
 
         function onReleased(event: var): void {
             if (event.button === Qt.RightButton) {
                 root.field.forceActiveFocus(Qt.MouseFocusReason)
-                root.openAt(event.x)
+                root.openAt(event.x, event.y)
             }
         }
 
