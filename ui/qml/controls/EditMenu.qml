@@ -4,7 +4,7 @@ import MirrowvaleAuthenticator
 
 /// What can be done with a field's text without a keyboard. It comes up where the field is held, or clicked with the
 /// other button, and leaves the keyboard in the field.
-T.Popup {
+PopupMenu {
     id: root
 
     /// The toolkit's fields of one line and of many share no type.
@@ -30,10 +30,7 @@ T.Popup {
 
     x: place.x - width / 2
     y: roomAbove ? place.y - gap - height : place.y + gap
-    margins: Theme.spacing
-    padding: 4
     width: Math.min(180 * Theme.textScale, field.width)
-    height: 2 * padding + implicitContentHeight
     closePolicy: T.Popup.CloseOnPressOutside
 
     contentItem: Column {
@@ -75,12 +72,6 @@ T.Popup {
                 root.field.selectAll()
             }
         }
-    }
-    background: Rectangle {
-        radius: Theme.cornerRadius + 4
-        color: Theme.menu
-        border.width: 1
-        border.color: Theme.separator
     }
 
     Connections {

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import MirrowvaleAuthenticator
 
 /// All options of a picker, over what lies around it.
-T.Popup {
+PopupMenu {
     id: root
 
     required property var options
@@ -15,9 +14,6 @@ T.Popup {
     signal chosen(string option)
 
     width: Math.min(170 * Theme.textScale, room)
-    height: implicitContentHeight + 2 * padding
-    margins: Theme.spacing
-    padding: 4
     modal: true
     dim: false
     focus: true
@@ -29,12 +25,6 @@ T.Popup {
             root.close()
             root.chosen(option)
         }
-    }
-    background: Rectangle {
-        radius: Theme.cornerRadius + 4
-        color: Theme.menu
-        border.width: 1
-        border.color: Theme.separator
     }
     enter: Transition {
         NumberAnimation {
