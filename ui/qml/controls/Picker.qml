@@ -42,9 +42,9 @@ PlainButton {
         room: root.width
         onChosen: option => root.chosen(option)
         onClosed: {
-            if (root.hadKeyboard) {
-                root.forceActiveFocus(Qt.TabFocusReason)
-                root.visualFocus = true
+            if (root.enabled) {
+                root.forceActiveFocus(Qt.PopupFocusReason)
+                root.visualFocus = root.hadKeyboard
             }
         }
     }

@@ -34,11 +34,4 @@ PopupMenu {
             duration: Theme.quick
         }
     }
-    exit: Transition {
-        NumberAnimation {
-            property: "opacity"
-            to: 0
-            duration: Theme.quick
-        }
-    }
 }
