@@ -2,8 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import MirrowvaleAuthenticator
 
-/// What can be done with a field's text without a keyboard. It comes up where the field is held, or clicked with the
-/// other button, and leaves the keyboard in the field.
+/// What can be done with a field's text without a keyboard. It leaves the keyboard in the field.
 PopupMenu {
     id: root
 
@@ -76,17 +75,6 @@ PopupMenu {
 
     Connections {
         target: root.field
-
-        function onPressAndHold(event: var): void {
-            root.openAt(event.x, event.y)
-        }
-
-        function onReleased(event: var): void {
-            if (event.button === Qt.RightButton) {
-                root.field.forceActiveFocus(Qt.MouseFocusReason)
-                root.openAt(event.x, event.y)
-            }
-        }
 
         function onActiveFocusChanged(): void {
             root.close()

@@ -18,7 +18,7 @@ T.TextField {
     verticalAlignment: TextInput.AlignVCenter
     Accessible.name: placeholder
 
-    EditMenu { field: root }
+    EditMenuLoader { field: root }
 
     RowSeparator { }
 

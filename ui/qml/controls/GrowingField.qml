@@ -25,7 +25,7 @@ T.TextArea {
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
-    EditMenu { field: root }
+    EditMenuLoader { field: root }
 
     RowSeparator { }
 

@@ -32,19 +32,36 @@ PlainButton {
         pressed: root.down || menu.visible
     }
 
-    PickerMenu {
+    PopupMenu {
         id: menu
 
         x: Theme.mirrored ? Theme.spacing : root.width - width - Theme.spacing
         y: root.height - 4
-        options: root.options
-        choice: root.choice
-        room: root.width
-        onChosen: option => root.chosen(option)
+        width: Math.min(170 * Theme.textScale, root.width)
+        modal: true
+        dim: false
+        focus: true
         onClosed: {
             if (root.enabled) {
                 root.forceActiveFocus(Qt.PopupFocusReason)
                 root.visualFocus = root.hadKeyboard
+            }
+        }
+
+        contentItem: PickerList {
+            options: root.options
+            choice: root.choice
+            onChosen: option => {
+                menu.close()
+                root.chosen(option)
+            }
+        }
+        enter: Transition {
+            NumberAnimation {
+                property: "opacity"
+                from: 0
+                to: 1
+                duration: Theme.quick
             }
         }
     }
