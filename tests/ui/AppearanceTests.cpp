@@ -53,18 +53,6 @@ protected:
         return value.value<QColor>();
     }
 
-    /// The items below that are shown and of a type of the toolkit.
-    static QList<QQuickItem*> shown(QQuickItem* item, const char* type)
-    {
-        QList<QQuickItem*> found;
-        for (QQuickItem* child : item->childItems()) {
-            if (child->isVisible()) {
-                found += child->inherits(type) ? QList{child} : shown(child, type);
-            }
-        }
-        return found;
-    }
-
     SystemAppearance* appearance = nullptr;
     QObject* theme = nullptr;
 };

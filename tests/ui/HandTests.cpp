@@ -9,7 +9,7 @@
 namespace MirrowvaleAuthenticator {
 namespace {
 
-/// A finger, a wheel and a keyboard on the window with a row for each letter.
+/// A finger and a keyboard on the window with a row for each letter.
 class HandTest : public SceneTest {
 protected:
     void open(std::string_view letters)
@@ -18,40 +18,38 @@ protected:
         build();
         window->resize(390, 600);
         ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        view = find(window->contentItem(),
-                    [](const QQuickItem& item) { return item.inherits("QQuickListView"); });
+        view = shown(window->contentItem(), "QQuickListView").value(0);
         ASSERT_NE(view, nullptr);
         ASSERT_TRUE(QTest::qWaitFor([this] { return row(0) != nullptr; }));
     }
 
-    template <typename Condition>
-    static QQuickItem* find(QQuickItem* item, const Condition& wanted)
+    /// One counter-based token; its row's "Next".
+    void openCounter(QQuickItem*& next)
     {
-        if (!item->isVisible() || wanted(*item)) {
-            return item->isVisible() ? item : nullptr;
-        }
-        for (QQuickItem* child : item->childItems()) {
-            if (QQuickItem* found = find(child, wanted)) {
-                return found;
-            }
-        }
-        return nullptr;
+        open("a");
+        store.tokens.modify([](std::vector<AuthToken>& tokens) { tokens[0].kind = AuthToken::Kind::hotp; });
+        ASSERT_TRUE(QTest::qWaitFor([&] { return (next = button(view, "Next")) != nullptr; }));
     }
 
     QQuickItem* row(int index) const
     {
-        return find(view, [index](const QQuickItem& item) {
-            return item.inherits("MirrowvaleAuthenticator::TokenRowItem") && item.property("index") == index;
-        });
+        return shown(view,
+                     [index](const QQuickItem& item) {
+                         return item.inherits("MirrowvaleAuthenticator::TokenRowItem")
+                             && item.property("index") == index;
+                     })
+            .value(0);
     }
 
     /// A button in sight below an item, by its title.
-    static QQuickItem* button(QQuickItem* item, const char* title)
+    static QQuickItem* button(const QQuickItem* item, const char* title)
     {
-        return find(item, [title](const QQuickItem& candidate) {
-            return candidate.inherits("MirrowvaleAuthenticator::ButtonItem")
-                && candidate.property("text") == QLatin1String(title);
-        });
+        return shown(item,
+                     [title](const QQuickItem& candidate) {
+                         return candidate.inherits("MirrowvaleAuthenticator::ButtonItem")
+                             && candidate.property("text") == QLatin1String(title);
+                     })
+            .value(0);
     }
 
     static QPoint middle(const QQuickItem& item)
@@ -59,23 +57,26 @@ protected:
         return item.mapToScene({item.width() / 2, item.height() / 2}).toPoint();
     }
 
+    void press(QPoint place) { QTest::touchEvent(window.get(), finger.get()).press(0, place); }
+    void move(QPoint place) { QTest::touchEvent(window.get(), finger.get()).move(0, place); }
+    void release(QPoint place) { QTest::touchEvent(window.get(), finger.get()).release(0, place); }
+
     void tap(const QQuickItem& item)
     {
-        const QPoint place = middle(item);
-        QTest::touchEvent(window.get(), finger).press(0, place, window.get());
-        QTest::touchEvent(window.get(), finger).release(0, place, window.get());
+        press(middle(item));
+        release(middle(item));
     }
 
     /// Moves a finger evenly and rests before it leaves.
     void drag(QPoint from, QPoint to)
     {
-        QTest::touchEvent(window.get(), finger).press(0, from, window.get());
+        press(from);
         for (int step = 1; step <= 10; ++step) {
             QTest::qWait(5);
-            QTest::touchEvent(window.get(), finger).move(0, from + (to - from) * step / 10, window.get());
+            move(from + (to - from) * step / 10);
         }
         QTest::qWait(120);
-        QTest::touchEvent(window.get(), finger).release(0, to, window.get());
+        release(to);
     }
 
     void swipe(const QQuickItem& item)
@@ -86,9 +87,9 @@ protected:
 
     bool sheetIsUp() const
     {
-        const QQuickItem* sheet = find(
-            window->contentItem(), [](const QQuickItem& item) { return item.property("lowered").isValid(); });
-        return sheet != nullptr && sheet->property("lowered") == 0.0;
+        const auto sheets = shown(window->contentItem(),
+                                  [](const QQuickItem& item) { return item.property("lowered").isValid(); });
+        return !sheets.isEmpty() && sheets.constFirst()->property("lowered") == 0.0;
     }
 
     void openSheet()
@@ -98,17 +99,14 @@ protected:
         ASSERT_TRUE(window->activeFocusItem()->inherits("QQuickTextEdit"));
     }
 
-    bool ringIsAt(const QQuickItem* item) const
+    static bool ringIsAt(const QQuickItem* item)
     {
         return item != nullptr && item->property("visualFocus").toBool();
     }
 
-    bool ringShows() const { return ringIsAt(window->activeFocusItem()); }
-
     double scrolled() const { return view->property("contentY").toDouble(); }
 
-    std::unique_ptr<QPointingDevice> device{QTest::createTouchDevice()};
-    QPointingDevice* finger = device.get();
+    std::unique_ptr<QPointingDevice> finger{QTest::createTouchDevice()};
     QQuickItem* view = nullptr;
 };
 
@@ -149,7 +147,7 @@ TEST_F(HandTest, aRowDeletedByTouchShowsNoKeyboard)
         tap(*deletion);
         ASSERT_TRUE(QTest::qWaitFor([this, left] { return listed() == left; })) << left;
         QTest::qWait(50);
-        EXPECT_FALSE(ringShows()) << left;
+        EXPECT_FALSE(ringIsAt(window->activeFocusItem())) << left;
     }
     QTest::keyClick(window.get(), Qt::Key_Space);
     EXPECT_TRUE(contentView.showingAdd());
@@ -157,18 +155,16 @@ TEST_F(HandTest, aRowDeletedByTouchShowsNoKeyboard)
 
 TEST_F(HandTest, everyQuickTapCounts)
 {
-    open("a");
-    store.tokens.modify([](std::vector<AuthToken>& tokens) { tokens[0].kind = AuthToken::Kind::hotp; });
     QQuickItem* next = nullptr;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return (next = button(view, "Next")) != nullptr; }));
+    openCounter(next);
     for (int time = 0; time < 5; ++time) {
         tap(*next);
     }
     EXPECT_EQ(store.tokens->front().counter, 5U);
 
-    QTest::touchEvent(window.get(), finger).press(0, middle(*next), window.get());
-    QTest::touchEvent(window.get(), finger).move(0, middle(*next) + QPoint(0, 80), window.get());
-    QTest::touchEvent(window.get(), finger).release(0, middle(*next) + QPoint(0, 80), window.get());
+    press(middle(*next));
+    move(middle(*next) + QPoint(0, 80));
+    release(middle(*next) + QPoint(0, 80));
     EXPECT_EQ(store.tokens->front().counter, 5U) << "a finger that left the button";
 }
 
@@ -184,10 +180,8 @@ TEST_F(HandTest, anyRowCanBeGivenTheKeyboard)
 
 TEST_F(HandTest, aHeldReturnCountsOnce)
 {
-    open("a");
-    store.tokens.modify([](std::vector<AuthToken>& tokens) { tokens[0].kind = AuthToken::Kind::hotp; });
     QQuickItem* next = nullptr;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return (next = button(view, "Next")) != nullptr; }));
+    openCounter(next);
     next->forceActiveFocus(Qt::TabFocusReason);
     for (const bool repeats : {false, true, true}) {
         QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), repeats);
@@ -213,13 +207,13 @@ TEST_F(HandTest, aCopiedURIIsPastedByTouch)
     openSheet();
     QGuiApplication::clipboard()->setText(QStringLiteral("otpauth://totp/x"));
     const QPoint field = middle(*window->activeFocusItem());
-    QTest::touchEvent(window.get(), finger).press(0, field, window.get());
+    press(field);
     QQuickItem* paste = nullptr;
     ASSERT_TRUE(QTest::qWaitFor([&] {
         paste = button(window->contentItem(), "Paste");
         return paste != nullptr && paste->width() >= 44;
     }));
-    QTest::touchEvent(window.get(), finger).release(0, field, window.get());
+    release(field);
     tap(*paste);
     EXPECT_EQ(contentView.addTokenView()->importURI(), QStringLiteral("otpauth://totp/x"));
     EXPECT_EQ(button(window->contentItem(), "Paste"), nullptr);
@@ -231,9 +225,9 @@ TEST_F(HandTest, aStepperRepeatsWhileItIsHeld)
     openSheet();
     const QPoint plus = middle(*button(window->contentItem(), "Increment"));
     const AddTokenView& form = *contentView.addTokenView();
-    QTest::touchEvent(window.get(), finger).press(0, plus, window.get());
+    press(plus);
     EXPECT_TRUE(QTest::qWaitFor([&form] { return form.digits() == 8; }));
-    QTest::touchEvent(window.get(), finger).release(0, plus, window.get());
+    release(plus);
     EXPECT_EQ(form.digits(), 8);
 }
 

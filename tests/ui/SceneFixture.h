@@ -3,6 +3,7 @@
 #include "tests/ui/ScreenFixture.h"
 #include "ui/MainWindow.h"
 
+#include <QList>
 #include <QQuickItem>
 
 namespace MirrowvaleAuthenticator {
@@ -14,6 +15,25 @@ protected:
     {
         window = makeMainWindow(engine, contentView);
         ASSERT_NE(window, nullptr);
+    }
+
+    /// The nearest items below that are shown and wanted.
+    template <typename Condition>
+    static QList<QQuickItem*> shown(const QQuickItem* item, const Condition& wanted)
+    {
+        QList<QQuickItem*> found;
+        for (QQuickItem* child : item->childItems()) {
+            if (child->isVisible()) {
+                found += wanted(*child) ? QList{child} : shown(child, wanted);
+            }
+        }
+        return found;
+    }
+
+    /// The same by a type of the toolkit or of ours.
+    static QList<QQuickItem*> shown(const QQuickItem* item, const char* type)
+    {
+        return shown(item, [type](const QQuickItem& candidate) { return candidate.inherits(type); });
     }
 
     ContentView contentView{store};
