@@ -5,27 +5,38 @@
 
 #include <dlfcn.h>
 #include <filesystem>
+#include <sys/stat.h>
+#include <system_error>
 
 namespace MirrowvaleAuthenticator {
 
 namespace {
 
-/// Opens the module where an installation has it or, as in a build, beside the program.
-void* openModule()
+namespace fs = std::filesystem;
+
+constexpr auto thisProgram = "/proc/self/exe";
+
+/// Where an installed program has its modules; any other has them beside itself.
+fs::path moduleFolder()
 {
-    const auto program = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    for (const auto* folder : {MIRROWVALE_MODULE_FOLDER, "."}) {
-        const auto path = program / folder / MIRROWVALE_KEYRING_MODULE;
-        if (auto* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL); module != nullptr) {
-            return module;
-        }
-    }
-    return nullptr;
+    std::error_code error;
+    const auto folder = fs::read_symlink(thisProgram, error).parent_path();
+    return fs::equivalent(folder, MIRROWVALE_PROGRAM_FOLDER, error) ? MIRROWVALE_MODULE_FOLDER : folder;
+}
+
+/// Whether nobody but root and the program's owner can have written it: its folder may be open to all.
+bool canBeTrusted(const fs::path& module)
+{
+    struct stat ours { };
+    struct stat found { };
+    return stat(thisProgram, &ours) == 0 && lstat(module.c_str(), &found) == 0 && S_ISREG(found.st_mode)
+        && (found.st_uid == 0 || found.st_uid == ours.st_uid) && (found.st_mode & S_IWOTH) == 0;
 }
 
 CredentialStore* loadStore()
 {
-    auto* module = openModule();
+    const auto path = moduleFolder() / MIRROWVALE_KEYRING_MODULE;
+    auto* module = canBeTrusted(path) ? dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL) : nullptr;
     auto* symbol = module == nullptr ? nullptr : dlsym(module, "mirrowvaleKeyring");
     return symbol == nullptr ? nullptr : reinterpret_cast<decltype(&mirrowvaleKeyring)>(symbol)();
 }

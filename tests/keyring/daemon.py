@@ -2,6 +2,7 @@
 
 import collections
 import os
+import pathlib
 import random
 import shutil
 import subprocess
@@ -52,13 +53,28 @@ class DaemonTest(harness.KeyringTest):
     def items(self):
         return self.call(root, "org.freedesktop.Secret.Service", "SearchItems", "(a{ss})", attributes)[0]
 
-    def testWithoutItsModuleTheKeyringCannotBeReached(self):
+    def testWithoutATrustedModuleTheKeyringCannotBeReached(self):
         self.startDaemon("--unlock")
         self.probe()(f"save vault {first}")
-        alone = harness.Probe(self, [shutil.copy(harness.probe, self.home)], self.environment)
-        self.assertEqual((alone("find vault"), alone(f"save vault {second}")), ("-25291", "-25291"))
+        program = shutil.copy(harness.probe, self.home)
+
+        def answers():
+            alone = harness.Probe(self, [program], self.environment)
+            return alone("find vault"), alone(f"save vault {second}")
+
+        self.assertEqual(answers(), ("-25291", "-25291"))
+        built = max(harness.probe.parent.glob("mirrowvale-keyring-*.so"), key=os.path.getmtime)
+        module = pathlib.Path(shutil.copy(built, self.home))
+        module.chmod(0o777)  # as anyone may have written it
+        self.assertEqual(answers(), ("-25291", "-25291"))
+        module.unlink()
+        module.symlink_to(built)
+        self.assertEqual(answers(), ("-25291", "-25291"))
         self.assertEqual(self.traces(), (["keyring\n"], []))
         self.assertEqual(self.probe()("find vault"), f"0 {first}")
+        module.unlink()
+        shutil.copy(built, module)
+        self.assertEqual(answers(), (f"0 {first}", "0"))
 
     def testAnItemLandsInTheDefaultCollectionAndOutlivesTheDaemon(self):
         self.startDaemon("--unlock")
