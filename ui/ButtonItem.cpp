@@ -23,14 +23,6 @@ ButtonItem::ButtonItem(QQuickItem* parent) : KeyboardFocusItem(parent)
     }
 }
 
-void ButtonItem::setFocusPolicy(Qt::FocusPolicy value)
-{
-    if (std::exchange(policy, value) != value) {
-        setActiveFocusOnTab((value & Qt::TabFocus) == Qt::TabFocus);
-        emit focusPolicyChanged();
-    }
-}
-
 void ButtonItem::setContentItem(QQuickItem* item)
 {
     content = item;

@@ -19,8 +19,6 @@ class ButtonItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualif
     Q_PROPERTY(QString text MEMBER text NOTIFY textChanged FINAL)
     Q_PROPERTY(bool down READ isDown NOTIFY downChanged FINAL)
     Q_PROPERTY(bool autoRepeat MEMBER autoRepeat NOTIFY autoRepeatChanged FINAL)
-    Q_PROPERTY(
-        Qt::FocusPolicy focusPolicy READ focusPolicy WRITE setFocusPolicy NOTIFY focusPolicyChanged FINAL)
     Q_PROPERTY(QQuickItem* contentItem MEMBER content WRITE setContentItem NOTIFY contentItemChanged FINAL)
     Q_PROPERTY(QQuickItem* background MEMBER ground WRITE setBackground NOTIFY backgroundChanged FINAL)
     Q_PROPERTY(qreal implicitContentWidth READ implicitContentWidth NOTIFY implicitContentWidthChanged FINAL)
@@ -36,9 +34,6 @@ public:
 
     bool isDown() const { return down; } ///< a press that would count if it ended now
 
-    Qt::FocusPolicy focusPolicy() const { return policy; }
-    void setFocusPolicy(Qt::FocusPolicy value);
-
     void setContentItem(QQuickItem* item);
     void setBackground(QQuickItem* item);
     qreal implicitContentWidth() const;
@@ -48,7 +43,6 @@ signals:
     void textChanged();
     void downChanged();
     void autoRepeatChanged();
-    void focusPolicyChanged();
     void contentItemChanged();
     void backgroundChanged();
     void implicitContentWidthChanged();
@@ -83,7 +77,6 @@ private:
     QString text;
     bool down = false;
     bool autoRepeat = false;
-    Qt::FocusPolicy policy = Qt::NoFocus;
     QPointer<QQuickItem> content;
     QPointer<QQuickItem> ground;
     qreal leftPadding = 0;

@@ -1,10 +1,15 @@
 #include "tests/ui/SceneFixture.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPointingDevice>
 #include <QTest>
+#include <QWheelEvent>
+
+#include <functional>
+#include <utility>
 
 namespace MirrowvaleAuthenticator {
 namespace {
@@ -217,6 +222,67 @@ TEST_F(HandTest, aCopiedURIIsPastedByTouch)
     tap(*paste);
     EXPECT_EQ(contentView.addTokenView()->importURI(), QStringLiteral("otpauth://totp/x"));
     EXPECT_EQ(button(window->contentItem(), "Paste"), nullptr);
+}
+
+TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
+{
+    open("a");
+    window->resize(390, 320);
+    openSheet();
+    QQuickItem* field = window->activeFocusItem();
+    auto* clipboard = QGuiApplication::clipboard();
+    const auto paste = [this] { return button(window->contentItem(), "Paste"); };
+    const std::pair<const char*, std::function<void()>> changes[] = {
+        {"typing", [this] { QTest::keyClick(window.get(), Qt::Key_A); }},
+        {"scrolling",
+         [this, field] {
+             const QPoint place = middle(*field);
+             QWheelEvent wheel(place, place, {}, {0, -60}, {}, {}, Qt::NoScrollPhase, false);
+             QCoreApplication::sendEvent(window.get(), &wheel);
+         }},
+        {"nothing to paste", [clipboard] { clipboard->clear(); }},
+        {"another window",
+         [this] {
+             QWindow other;
+             other.show();
+             other.requestActivate();
+             ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+         }},
+    };
+    for (const auto& [name, change] : changes) {
+        clipboard->setText(QStringLiteral("otpauth://totp/x"));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        contentView.addTokenView()->setImportURI({});
+        QTest::mouseClick(window.get(), Qt::RightButton, {}, middle(*field));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return paste() != nullptr && paste()->width() >= 44; })) << name;
+        EXPECT_FALSE(QAccessible::queryAccessibleInterface(paste())->state().focusable)
+            << "its field would lose it";
+        change();
+        EXPECT_TRUE(QTest::qWaitFor([this] {
+            return shown(window->contentItem(), "QQuickPopupItem").isEmpty(); // without an empty frame
+        })) << name;
+    }
+}
+
+TEST_F(HandTest, aPickersMenuGoesWithTheKeyboard)
+{
+    open("a");
+    openSheet();
+    QQuickItem* field = window->activeFocusItem();
+    QQuickItem* picker = button(window->contentItem(), "Algorithm");
+    const auto option = [this] { return button(window->contentItem(), "SHA256"); };
+    for (QQuickItem* next : {field, picker}) {
+        tap(*picker);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return option() != nullptr; }));
+        if (next == field) {
+            field->forceActiveFocus(Qt::TabFocusReason);
+        } else {
+            QTest::keyClick(window.get(), Qt::Key_Escape);
+        }
+        EXPECT_TRUE(QTest::qWaitFor([&] { return option() == nullptr; }));
+        EXPECT_EQ(window->activeFocusItem(), next);
+    }
+    EXPECT_TRUE(sheetIsUp());
 }
 
 TEST_F(HandTest, aStepperRepeatsWhileItIsHeld)

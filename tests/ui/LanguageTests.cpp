@@ -1,7 +1,6 @@
 #include "tests/ui/SceneFixture.h"
 #include "ui/Language.h"
 #include "ui/TokenRowView.h"
-#include "ui/accessibility/AccessibleFactory.h"
 
 #include <QAccessible>
 #include <QDir>
@@ -33,11 +32,7 @@ public:
 /// The window as narrow as any.
 class LanguageTest : public SceneTest {
 public:
-    static void SetUpTestSuite()
-    {
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-        installAccessibleFactory();
-    }
+    static void SetUpTestSuite() { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); }
 
     ~LanguageTest() override
     {

@@ -1,3 +1,5 @@
+#include "ui/accessibility/AccessibleFactory.h"
+
 #include <QGuiApplication>
 
 #include <gtest/gtest.h>
@@ -7,6 +9,7 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
+    MirrowvaleAuthenticator::installAccessibleFactory();
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -17,6 +17,7 @@ QString ButtonAccessible::text(QAccessible::Text kind) const
 QAccessible::State ButtonAccessible::state() const
 {
     QAccessible::State state = ItemAccessible::state();
+    state.focusable = state.focusable && item()->property("focusable").toBool();
     state.pressed = item()->property("down").toBool();
     state.hasPopup = item()->property("opensMenu").toBool();
     const QVariant checked = item()->property("checked"); // an option's alone

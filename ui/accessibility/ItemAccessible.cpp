@@ -108,7 +108,7 @@ QStringList ItemAccessible::actionNames() const
 
 void ItemAccessible::doAction(const QString& name)
 {
-    if (name == setFocusAction()) {
+    if (name == setFocusAction() && state().focusable) {
         item()->forceActiveFocus(Qt::TabFocusReason); // so that the place shows, as after the keyboard
     }
 }

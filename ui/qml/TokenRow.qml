@@ -142,7 +142,7 @@ TokenRowItem {
             readonly property TokenRow row: (parent as RowLoader)?.row as TokenRow
 
             visible: row !== null && (row.open || row.revealed > 0)
-            focusPolicy: row?.open || activeFocus ? Qt.TabFocus : Qt.NoFocus
+            activeFocusOnTab: (row?.open ?? false) || activeFocus
             onClicked: row.deleteRequested()
         }
     }
@@ -221,7 +221,7 @@ TokenRowItem {
                         readonly property TokenRow row: (parent as RowLoader)?.row as TokenRow
 
                         text: qsTr("Next")
-                        focusPolicy: row?.current || activeFocus ? Qt.TabFocus : Qt.NoFocus
+                        activeFocusOnTab: (row?.current ?? false) || activeFocus
                         onClicked: row.nextRequested()
                     }
                 }
@@ -253,7 +253,7 @@ TokenRowItem {
                 }
                 text: root.copied ? qsTr("Copied") : qsTr("Copy code")
                 symbol: root.copied ? "checkmark.circle.fill" : "doc.on.doc"
-                focusPolicy: root.current || activeFocus ? Qt.TabFocus : Qt.NoFocus
+                activeFocusOnTab: root.current || activeFocus
                 onClicked: root.copyRequested()
             }
         }

@@ -13,6 +13,9 @@ PopupMenu {
     readonly property int selectionLength: field.selectionEnd - field.selectionStart
     readonly property bool canTake: selectionLength > 0 && !masked
     readonly property bool canSelectAll: selectionLength < field.length
+    readonly property bool offersAny: canTake || canSelectAll || field.canPaste
+
+    readonly property Flickable scrolling: flickableAround(field.parent)
 
     /// Where the field was pressed.
     property point place
@@ -20,8 +23,12 @@ PopupMenu {
     readonly property real gap: 16
     readonly property bool roomAbove: field.mapToItem(null, place).y - gap - height >= margins
 
+    function flickableAround(item: Item): Flickable {
+        return item === null || item instanceof Flickable ? item as Flickable : flickableAround(item.parent)
+    }
+
     function openAt(x: real, y: real): void {
-        if (canTake || canSelectAll || field.canPaste) {
+        if (offersAny) {
             place = Qt.point(x, y)
             open()
         }
@@ -31,6 +38,7 @@ PopupMenu {
     y: roomAbove ? place.y - gap - height : place.y + gap
     width: Math.min(180 * Theme.textScale, field.width)
     closePolicy: T.Popup.CloseOnPressOutside
+    onOffersAnyChanged: if (!offersAny) close()
 
     contentItem: Column {
         LayoutMirroring.enabled: Theme.mirrored
@@ -77,6 +85,18 @@ PopupMenu {
         target: root.field
 
         function onActiveFocusChanged(): void {
+            root.close()
+        }
+
+        function onTextChanged(): void {
+            root.close()
+        }
+    }
+
+    Connections {
+        target: root.scrolling
+
+        function onContentYChanged(): void {
             root.close()
         }
     }

@@ -10,7 +10,8 @@ PlainButton {
     font: Theme.body
     leftPadding: Theme.padding
     rightPadding: Theme.padding
-    focusPolicy: Qt.NoFocus
+    activeFocusOnTab: false
+    focusable: false
 
     contentItem: Text {
         text: root.text

@@ -35,14 +35,18 @@ PlainButton {
     PopupMenu {
         id: menu
 
+        readonly property Item keyboard: root.Window.activeFocusItem
+        readonly property bool keyboardIsElsewhere: keyboard !== null && keyboard !== root.Window.contentItem
+
         x: Theme.mirrored ? Theme.spacing : root.width - width - Theme.spacing
         y: root.height - 4
         width: Math.min(170 * Theme.textScale, root.width)
         modal: true
         dim: false
         focus: true
+        onActiveFocusChanged: if (!activeFocus) close()
         onClosed: {
-            if (root.enabled) {
+            if (root.enabled && !keyboardIsElsewhere) {
                 root.forceActiveFocus(Qt.PopupFocusReason)
                 root.visualFocus = root.hadKeyboard
             }

@@ -10,12 +10,15 @@ ButtonItem {
 
     property bool opensMenu: false
 
+    /// Whether assistive technology may give it the keyboard.
+    property bool focusable: true
+
     property alias focusRing: ring
     property font font
 
     implicitWidth: Math.max(Theme.target, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(Theme.target, implicitContentHeight)
-    focusPolicy: Qt.TabFocus
+    activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: text
 
