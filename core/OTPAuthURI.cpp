@@ -60,6 +60,9 @@ public:
         }
     }
 
+    QueryMap(const QueryMap&) = delete; // its keys look into its own names
+    QueryMap& operator=(const QueryMap&) = delete;
+
     std::optional<std::string_view> operator[](std::string_view key) const
     {
         const auto found = std::ranges::find(parameters, key, &Parameter::key);
