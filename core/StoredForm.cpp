@@ -315,7 +315,9 @@ SecretString encodeTokens(const std::vector<AuthToken>& tokens)
 
 std::vector<AuthToken> decodeTokens(std::string_view json)
 {
+    constexpr std::size_t leastSize = 160; // of a token: its members with empty values
     TokenReader reader;
+    reader.tokens.reserve(json.size() / leastSize);
     // The parser takes a NUL for the end of the text; no JSON text holds one.
     if (json.find('\0') != std::string_view::npos || !SecretJSON::sax_parse(json, &reader)) {
         throw StoredFormError(StoredFormError::Case::unreadable);

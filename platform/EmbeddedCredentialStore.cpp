@@ -83,18 +83,18 @@ template <typename Open>
 OSStatus EmbeddedCredentialStore::visit(const Item& item, Open open) const
 {
     const auto folder = PrivateFolder::open(dataFolder);
-    const auto box = folder ? folder->read(item.fileName) : std::nullopt;
+    auto box = folder ? folder->read(item.fileName) : std::nullopt;
     if (!box) {
         return errSecItemNotFound;
     }
     const auto key = deviceKey();
-    return key && open(SealingKey(*key), item.context, *box) ? errSecSuccess : errSecDecode;
+    return key && open(SealingKey(*key), item.context, std::move(*box)) ? errSecSuccess : errSecDecode;
 }
 
 OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data) const
 {
-    return visit(item, [&](SealingKey key, std::string_view context, std::string_view box) {
-        auto opened = unseal(key, context, box);
+    return visit(item, [&](SealingKey key, std::string_view context, SecretString box) {
+        auto opened = unseal(key, context, std::move(box));
         if (opened) {
             data = std::move(*opened);
         }

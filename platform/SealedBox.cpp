@@ -7,7 +7,6 @@
 #include <nettle/chacha-poly1305.h>
 #include <nettle/memops.h>
 #include <string>
-#include <utility>
 
 namespace MirrowvaleAuthenticator {
 
@@ -92,17 +91,20 @@ SecretString seal(SealingKey key, std::string_view context, std::string_view pla
     return box;
 }
 
-std::optional<SecretString> unseal(SealingKey key, std::string_view context, std::string_view box)
+std::optional<SecretString> unseal(SealingKey key, std::string_view context, SecretString box)
 {
     const auto ciphertext = ciphertextOf(box);
     if (!ciphertext) {
         return std::nullopt;
     }
     Cipher cipher(key, box.data() + magic.size(), context);
-    SecretString plaintext;
-    plaintext.resize(ciphertext->size());
-    cipher.decrypt(*ciphertext, plaintext.data());
-    return cipher.hasTagOf(box) ? std::optional(std::move(plaintext)) : std::nullopt;
+    cipher.decrypt(*ciphertext, box.data() + headerSize);
+    if (!cipher.hasTagOf(box)) {
+        return std::nullopt;
+    }
+    box.resize(headerSize + ciphertext->size());
+    box.erase(0, headerSize);
+    return box;
 }
 
 bool opens(SealingKey key, std::string_view context, std::string_view box)

@@ -22,8 +22,9 @@ using SealingKey = std::span<const std::uint8_t, sealingKeySize>;
 /// @throws std::system_error  where the kernel gives no random bytes
 SecretString seal(SealingKey key, std::string_view context, std::string_view plaintext);
 
-/// What was sealed, or nothing for anything that `seal` did not make with this key and context.
-std::optional<SecretString> unseal(SealingKey key, std::string_view context, std::string_view box);
+/// What was sealed, or nothing for anything that `seal` did not make with this key and context. It is
+/// decrypted in the box's own memory.
+std::optional<SecretString> unseal(SealingKey key, std::string_view context, SecretString box);
 
 /// Whether `unseal` would give it back, found out without a copy of it.
 bool opens(SealingKey key, std::string_view context, std::string_view box);
