@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FreshMemory.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -26,7 +28,15 @@ struct WipingAllocator {
     {
     }
 
-    T* allocate(std::size_t count) { return std::allocator<T>().allocate(count); }
+    T* allocate(std::size_t count)
+    {
+        constexpr std::size_t mappedSize = 128 * 1024; // from here on, the C library has fresh memory mapped
+        T* memory = std::allocator<T>().allocate(count);
+        if (count >= mappedSize / sizeof(T)) {
+            bringIn(memory, count * sizeof(T));
+        }
+        return memory;
+    }
     void deallocate(T* memory, std::size_t count) noexcept
     {
         wipe(memory, count * sizeof(T));

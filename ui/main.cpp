@@ -1,3 +1,4 @@
+#include "platform/FreshMemory.h"
 #include "platform/ProcessProtection.h"
 #include "platform/RenderDevice.h"
 #include "platform/SingleInstance.h"
@@ -7,6 +8,7 @@
 #include <QSGRendererInterface>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <string>
 
@@ -52,6 +54,7 @@ int main(int argc, char* argv[])
     if (instance.isSecond()) {
         return instance.activateFirst(activationToken()) ? EXIT_SUCCESS : EXIT_FAILURE;
     }
+    prepareHeap(std::size_t{6} << 20); // every start takes that much
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasRenderDevice()) {
         drawInSoftware();
     }
