@@ -19,9 +19,10 @@ void bringIn([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t size) n
 
 void prepareHeap(std::size_t size)
 {
+    constexpr std::size_t bookkeeping = 64; // of the C library, for a block
     mallopt(M_ARENA_MAX, 1);
     // The C library would map a large block apart and soon give it back; what is free at the heap's end, too.
-    mallopt(M_MMAP_THRESHOLD, static_cast<int>(size + 1));
+    mallopt(M_MMAP_THRESHOLD, static_cast<int>(size + bookkeeping));
     mallopt(M_TRIM_THRESHOLD, static_cast<int>(2 * size));
     const auto block = std::make_unique_for_overwrite<std::byte[]>(size);
     bringIn(block.get(), size);

@@ -24,7 +24,7 @@ fs::path moduleFolder()
     return fs::equivalent(folder, MIRROWVALE_PROGRAM_FOLDER, error) ? MIRROWVALE_MODULE_FOLDER : folder;
 }
 
-/// Whether nobody but root and the program's owner can have written it: its folder may be open to all.
+/// Whether root or the program's owner made it, and others cannot write it: its folder may be open to all.
 bool canBeTrusted(const fs::path& module)
 {
     struct stat ours { };

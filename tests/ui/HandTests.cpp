@@ -224,6 +224,25 @@ TEST_F(HandTest, aCopiedURIIsPastedByTouch)
     EXPECT_EQ(button(window->contentItem(), "Paste"), nullptr);
 }
 
+TEST_F(HandTest, theEditMenuStaysWhereItsFieldIsBroughtIntoSight)
+{
+    open("a");
+    openSheet();
+    QGuiApplication::clipboard()->setText(QStringLiteral("x"));
+    QQuickItem* uri = window->activeFocusItem();
+    window->resize(390, 330);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->contentItem()->height() == 330; }));
+    QTest::keyClick(window.get(), Qt::Key_Tab, Qt::NoModifier);
+    QQuickItem* issuer = window->activeFocusItem();
+    ASSERT_TRUE(issuer->inherits("QQuickTextField"));
+    uri->forceActiveFocus(Qt::OtherFocusReason);
+    QTest::mouseClick(window.get(), Qt::RightButton, {}, {100, 325});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return button(window->contentItem(), "Paste") != nullptr; }));
+    EXPECT_NE(window->activeFocusItem(), uri);
+    QTest::qWait(100);
+    EXPECT_NE(button(window->contentItem(), "Paste"), nullptr);
+}
+
 TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
 {
     open("a");
