@@ -30,7 +30,7 @@ struct WipingAllocator {
 
     T* allocate(std::size_t count)
     {
-        constexpr std::size_t mappedSize = 128 * 1024; // from here on, the C library has fresh memory mapped
+        constexpr std::size_t mappedSize = 131072; // from here on, the C library has fresh memory mapped
         T* memory = std::allocator<T>().allocate(count);
         if (count >= mappedSize / sizeof(T)) {
             bringIn(memory, count * sizeof(T));
