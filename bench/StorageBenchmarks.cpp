@@ -148,7 +148,7 @@ BENCHMARK(decoding)->Name("decode")->Apply(tenThousand);
 
 int main(int argc, char* argv[])
 {
-    if (argc < 2) {
+    if (argc < 2 || argv[1][0] == '-') { // an option would become a folder of that name
         std::fputs("usage: bench_storage FOLDER [benchmark options]\n", stderr);
         return EXIT_FAILURE;
     }
