@@ -30,9 +30,9 @@ struct WipingAllocator {
 
     T* allocate(std::size_t count)
     {
-        constexpr std::size_t mappedSize = 131072; // from here on, the C library has fresh memory mapped
+        constexpr std::size_t largeSize = 131072; // from here on, it may well be fresh from the system
         T* memory = std::allocator<T>().allocate(count);
-        if (count >= mappedSize / sizeof(T)) {
+        if (count >= largeSize / sizeof(T)) {
             bringIn(memory, count * sizeof(T));
         }
         return memory;
