@@ -181,6 +181,10 @@ TEST_F(HandTest, anyRowCanBeGivenTheKeyboard)
         EXPECT_TRUE(ringIsAt(row(index)));
         EXPECT_EQ(view->property("currentIndex"), index);
     }
+    QAccessible::queryAccessibleInterface(button(row(1), "Copy code"))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::setFocusAction());
+    EXPECT_EQ(view->property("currentIndex"), 1) << "by what stands in it";
 }
 
 TEST_F(HandTest, aHeldReturnCountsOnce)

@@ -18,8 +18,6 @@ ListView {
     /// 0 while the large title is in sight, 1 when it has gone under the bar.
     readonly property real titleScrolledAway: Math.max(0, Math.min(1, (contentY - originY - 28) / 16))
 
-    readonly property KeyboardFocusItem focusItem: Window.activeFocusItem as KeyboardFocusItem
-
     function closeOpenRow(): void {
         openRow?.settle(false)
         openRow = null
@@ -65,7 +63,7 @@ ListView {
 
     /// The row that an item of the window stands in, if any.
     function rowAround(item: Item): TokenRow {
-        return item ? (item as TokenRow) ?? rowAround(item.parent) : null
+        return item === null || item instanceof TokenRow ? item as TokenRow : rowAround(item.parent)
     }
 
     /// Scrolls by so many views; a row of the last one stays in sight.
@@ -91,9 +89,14 @@ ListView {
     Accessible.onScrollDownAction: scroll(1)
     Accessible.onScrollUpAction: scroll(-1)
     onMovementStarted: closeOpenRow()
-    onFocusItemChanged: {
-        const row = focusItem?.visualFocus ? rowAround(focusItem) : null
-        if (row) {
+    Window.onActiveFocusItemChanged: {
+        const item = Window.activeFocusItem
+        const row = rowAround(item)
+        if (!row) {
+            return
+        }
+        currentIndex = row.index
+        if ((item as KeyboardFocusItem)?.visualFocus) {
             bringIntoSight(row.index)
         }
     }
@@ -136,7 +139,6 @@ ListView {
         inset: Theme.inset(width)
         listHasOpenRow: list.openRow !== null
         current: ListView.isCurrentItem
-        onActiveFocusChanged: if (activeFocus) list.currentIndex = index
         onSwiped: {
             if (list.openRow !== row) {
                 list.closeOpenRow()
