@@ -9,7 +9,7 @@
 #include <QWheelEvent>
 
 #include <functional>
-#include <utility>
+#include <tuple>
 
 namespace MirrowvaleAuthenticator {
 namespace {
@@ -215,6 +215,9 @@ TEST_F(HandTest, aCopiedURIIsPastedByTouch)
     open("a");
     openSheet();
     QGuiApplication::clipboard()->setText(QStringLiteral("otpauth://totp/x"));
+    for (const auto key : {Qt::Key_A, Qt::Key_Left}) {
+        QTest::keyClick(window.get(), key);
+    }
     const QPoint field = middle(*window->activeFocusItem());
     press(field);
     QQuickItem* paste = nullptr;
@@ -223,8 +226,9 @@ TEST_F(HandTest, aCopiedURIIsPastedByTouch)
         return paste != nullptr && paste->width() >= 44;
     }));
     release(field);
+    ASSERT_NE(button(window->contentItem(), "Paste"), nullptr) << "the finger that held it is gone";
     tap(*paste);
-    EXPECT_EQ(contentView.addTokenView()->importURI(), QStringLiteral("otpauth://totp/x"));
+    EXPECT_TRUE(contentView.addTokenView()->importURI().contains(QStringLiteral("otpauth://totp/x")));
     EXPECT_EQ(button(window->contentItem(), "Paste"), nullptr);
 }
 
@@ -247,6 +251,43 @@ TEST_F(HandTest, theEditMenuStaysWhereItsFieldIsBroughtIntoSight)
     EXPECT_NE(button(window->contentItem(), "Paste"), nullptr);
 }
 
+TEST_F(HandTest, theEditMenuTakesWhatIsSelected)
+{
+    open("a");
+    openSheet();
+    QGuiApplication::clipboard()->setText(QStringLiteral("x"));
+    for (const char* type : {"QQuickTextEdit", "QQuickTextInput"}) {
+        ASSERT_TRUE(window->activeFocusItem()->inherits(type));
+        const QQuickItem& field = *window->activeFocusItem();
+        for (const auto key : {Qt::Key_A, Qt::Key_B, Qt::Key_C}) {
+            QTest::keyClick(window.get(), key);
+        }
+        for (const char* left : {"ab", "a"}) {
+            QTest::keyClick(window.get(), Qt::Key_Left, Qt::ShiftModifier);
+            const bool byFinger = field.property("length") == 2;
+            if (byFinger) {
+                press(middle(field));
+            } else {
+                QTest::mouseClick(window.get(), Qt::RightButton, {}, middle(field));
+            }
+            QQuickItem* cut = nullptr;
+            ASSERT_TRUE(QTest::qWaitFor([&] {
+                cut = button(window->contentItem(), "Cut");
+                return cut != nullptr && cut->width() >= 44;
+            })) << type
+                << left;
+            if (byFinger) {
+                release(middle(field));
+            }
+            tap(*cut);
+            EXPECT_EQ(field.property("text"), QLatin1String(left)) << type;
+        }
+        QTest::keyClick(window.get(), Qt::Key_Tab);
+        QTest::keyClick(window.get(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("b"));
+}
+
 TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
 {
     open("a");
@@ -255,16 +296,17 @@ TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
     QQuickItem* field = window->activeFocusItem();
     auto* clipboard = QGuiApplication::clipboard();
     const auto paste = [this] { return button(window->contentItem(), "Paste"); };
-    const std::pair<const char*, std::function<void()>> changes[] = {
-        {"typing", [this] { QTest::keyClick(window.get(), Qt::Key_A); }},
-        {"scrolling",
+    const std::tuple<const char*, const char*, std::function<void()>> changes[] = {
+        {"typing", "", [this] { QTest::keyClick(window.get(), Qt::Key_A); }},
+        {"a moved caret", "ab", [this] { QTest::keyClick(window.get(), Qt::Key_Left); }},
+        {"scrolling", "",
          [this, field] {
              const QPoint place = middle(*field);
              QWheelEvent wheel(place, place, {}, {0, -60}, {}, {}, Qt::NoScrollPhase, false);
              QCoreApplication::sendEvent(window.get(), &wheel);
          }},
-        {"nothing to paste", [clipboard] { clipboard->clear(); }},
-        {"another window",
+        {"nothing to paste", "", [clipboard] { clipboard->clear(); }},
+        {"another window", "",
          [this] {
              QWindow other;
              other.show();
@@ -272,10 +314,11 @@ TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
              ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
          }},
     };
-    for (const auto& [name, change] : changes) {
+    for (const auto& [name, text, change] : changes) {
         clipboard->setText(QStringLiteral("otpauth://totp/x"));
         ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        contentView.addTokenView()->setImportURI({});
+        contentView.addTokenView()->setImportURI(QLatin1String(text));
+        QTest::keyClick(window.get(), Qt::Key_End);
         QTest::mouseClick(window.get(), Qt::RightButton, {}, middle(*field));
         ASSERT_TRUE(QTest::qWaitFor([&] { return paste() != nullptr && paste()->width() >= 44; })) << name;
         EXPECT_FALSE(QAccessible::queryAccessibleInterface(paste())->state().focusable)

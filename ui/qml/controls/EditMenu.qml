@@ -19,9 +19,10 @@ PopupMenu {
 
     /// Where the field was pressed.
     property point place
+    property real heightAbovePlace: 0
 
     readonly property real gap: 16
-    readonly property bool roomAbove: field.mapToItem(null, place).y - gap - height >= margins
+    readonly property bool roomAbove: heightAbovePlace - gap - height >= margins
 
     function flickableAround(item: Item): Flickable {
         return item === null || item instanceof Flickable ? item as Flickable : flickableAround(item.parent)
@@ -30,6 +31,7 @@ PopupMenu {
     function openAt(x: real, y: real): void {
         if (offersAny) {
             place = Qt.point(x, y)
+            heightAbovePlace = field.mapToItem(null, place).y
             open()
         }
     }
@@ -89,6 +91,10 @@ PopupMenu {
         }
 
         function onTextChanged(): void {
+            root.close()
+        }
+
+        function onCursorPositionChanged(): void {
             root.close()
         }
     }
