@@ -57,9 +57,9 @@ Flickable {
 
     readonly property Item focusItem: Window.activeFocusItem
 
-    /// How far an on-screen keyboard reaches over the form.
+    /// How far an on-screen keyboard reaches over the form, which ends at the window's lower edge once it is in place.
     readonly property real covered: InputMethod.visible
-        ? Math.max(0, mapToItem(null, 0, height).y - InputMethod.keyboardRectangle.y) : 0
+        ? Math.max(0, Window.height - InputMethod.keyboardRectangle.y) : 0
 
     contentWidth: width
     contentHeight: sections.height + 2 * Theme.padding
