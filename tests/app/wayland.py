@@ -38,8 +38,9 @@ class WaylandTest(WindowTest):
         self.stop()  # before its compositor
 
     def comesToFront(self, screen):
-        """Turns the display's keyboard to the compositor until the window has it."""
+        """Turns the display's keyboard to the compositor, and the compositor's to the window, until it has it."""
         harness.xdotool("windowfocus", screen)
+        harness.click(100, 300)  # on nothing
         return self.find("Mirrowvale Auth", lambda element: element.role == "frame").active
 
 
