@@ -112,12 +112,6 @@ def end(process):
     process.wait()
 
 
-def keepInSealedFiles(state):
-    """Leaves the mark of a list that lives in sealed files: a keyring of this machine would ask for a password."""
-    state.mkdir(mode=0o700, parents=True, exist_ok=True)
-    (state / "app.mirrowvale.authenticator.tokens.location").write_text("sealed files\n")
-
-
 class SettingsPortal:
     """A desktop's settings on the session bus, until it is closed."""
 
@@ -140,24 +134,14 @@ class SettingsPortal:
 class Element:
     """What stood on screen under a name when it was looked at."""
 
-    def __init__(self, accessible, text, box, states):
-        self.accessible, self.text, self.states = accessible, text, states
-        self.role = accessible.get_role_name()
-        self.left, self.top, self.width, self.height = box
+    def __init__(self, accessible, states):
+        self.accessible, self.role = accessible, accessible.get_role_name()
+        self.text = accessible.get_name() or self.role  # what tells no name is known by its role
+        self.focused, self.enabled = states.contains(Atspi.StateType.FOCUSED), states.contains(Atspi.StateType.ENABLED)
+        self.active = states.contains(Atspi.StateType.ACTIVE)  # a window that has the keyboard
+        box = accessible.get_extents(Atspi.CoordType.SCREEN)
+        self.left, self.top, self.width, self.height = box.x, box.y, box.width, box.height
         self.x, self.y = self.left + self.width // 2, self.top + self.height // 2
-
-    @property
-    def focused(self):
-        return self.states.contains(Atspi.StateType.FOCUSED)
-
-    @property
-    def active(self):
-        """Whether a window has the keyboard."""
-        return self.states.contains(Atspi.StateType.ACTIVE)
-
-    @property
-    def enabled(self):
-        return self.states.contains(Atspi.StateType.ENABLED)
 
     def length(self):
         """How many characters stand in a field."""
@@ -176,13 +160,9 @@ def walk(accessible):
 
 
 def describe(accessible):
-    """An element of what can be seen of an accessible, or none. What tells no name is known by its role."""
+    """An element of what can be seen of an accessible, or none."""
     states = accessible.get_state_set()
-    if not states.contains(Atspi.StateType.SHOWING):
-        return None
-    box = accessible.get_extents(Atspi.CoordType.SCREEN)
-    return Element(accessible, accessible.get_name() or accessible.get_role_name(),
-                   (box.x, box.y, box.width, box.height), states)
+    return Element(accessible, states) if states.contains(Atspi.StateType.SHOWING) else None
 
 
 class WindowTest(unittest.TestCase):
@@ -205,7 +185,10 @@ class WindowTest(unittest.TestCase):
     def environment(self, home):
         runtime = home / "runtime"
         runtime.mkdir(mode=0o700, parents=True, exist_ok=True)
-        keepInSealedFiles(home / "state" / "mirrowvale-authenticator")
+        # The mark of a list that lives in sealed files: a keyring of this machine would ask for a password.
+        state = home / "state" / "mirrowvale-authenticator"
+        state.mkdir(mode=0o700, parents=True, exist_ok=True)
+        (state / "app.mirrowvale.authenticator.tokens.location").write_text("sealed files\n")
         library, = pathlib.Path("/usr/lib").glob("*/faketime/libfaketimeMT.so.1")
         libraries = subprocess.run(["ldd", application], capture_output=True, text=True).stdout.split()
         sanitizer = [path for path in libraries if path.startswith("/") and "libasan" in path]  # has to come first

@@ -91,57 +91,19 @@ census() {
     )
 }
 
-startDisplay() {
-    Xvfb -displayfd 3 -ac -screen 0 390x844x24 -nolisten tcp 3>"$notes/display" 2>"$notes/xvfb.log" &
-    await test -s "$notes/display"
-    DISPLAY=:$(cat "$notes/display")
-    export DISPLAY
-    asUser+=(DISPLAY="$DISPLAY")
-}
-
-shades() { identify -format %k "$1" 2>/dev/null || echo 0; }
-
 # Whether a new picture stands still on the screen: more than a plain ground, and not the one seen last.
 newPicture() {
     import -window root "png:$notes/now.png" && import -window root "png:$notes/again.png" || return 1
-    [ "$(shades "$notes/now.png")" -ge 16 ] \
+    [ "$(identify -format %k "$notes/now.png")" -ge 16 ] \
         && [ "$(compare -metric AE "$notes/now.png" "$notes/again.png" null: 2>&1)" = 0 ] || return 1
     [ ! -e "$notes/last.png" ] \
         || [ "$(compare -metric AE "$notes/now.png" "$notes/last.png" null: 2>&1)" -gt 2000 ] || return 1
     mv "$notes/now.png" "$notes/last.png"
 }
 
-windows() { xdotool search --onlyvisible --name '^Mirrowvale Auth' 2>/dev/null | wc -l; }
-oneWindow() { [ "$(windows)" = 1 ]; }
-noWindow() { [ "$(windows)" = 0 ]; }
-
-start() {
-    rm -f "$notes/last.png"
-    "${asUser[@]}" "$name" 2>"$notes/application.log" &
-    application=$!
-    await oneWindow
-    await newPicture
-}
-
-stop() {
-    kill "$application"
-    wait "$application" || true
-    await noWindow
-}
-
+oneWindow() { [ "$(xdotool search --onlyvisible --name '^Mirrowvale Auth' 2>/dev/null | wc -l)" = 1 ]; }
 userData() { (cd "$root/home/kim" && find . -type f | sort); }
 sealedList() { userData | grep -q '^\./\.local/state/'; }
-
-# Adds a token whose issuer is written in four scripts, for the picture to show whether each has its font.
-addToken() {
-    local issuer='%E4%BE%8B%E3%81%88%20%EC%98%88%EC%8B%9C%20%D9%85%D8%AB%D8%A7%D9%84%20%D7%93%D7%95%D7%92%D7%9E%D7%94'
-    xdotool mousemove 195 700 key Tab key Return
-    await newPicture
-    xdotool type --delay 5 "otpauth://totp/kim?secret=GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ&issuer=$issuer"
-    xdotool key Tab key Return
-    await sealedList
-    await newPicture
-}
 
 echo 'Making a clean system'
 makeSystem
@@ -157,13 +119,29 @@ for size in 16 22 24 32 48 64 128 256 512; do
 done
 
 echo 'Starting'
-startDisplay
-start
+Xvfb -displayfd 3 -ac -screen 0 390x844x24 -nolisten tcp 3>"$notes/display" 2>"$notes/xvfb.log" &
+await test -s "$notes/display"
+DISPLAY=:$(cat "$notes/display")
+export DISPLAY
+asUser+=(DISPLAY="$DISPLAY")
+"${asUser[@]}" "$name" 2>"$notes/application.log" &
+application=$!
+await oneWindow
+await newPicture
 "${asUser[@]}" "$name" || fail 'a second start did not reach the first'
 oneWindow || fail 'a second start opened a second window'
-addToken
+
+# A token whose issuer is written in four scripts, for the picture to show whether each has its font.
+issuer='%E4%BE%8B%E3%81%88%20%EC%98%88%EC%8B%9C%20%D9%85%D8%AB%D8%A7%D9%84%20%D7%93%D7%95%D7%92%D7%9E%D7%94'
+xdotool mousemove 195 700 key Tab key Return
+await newPicture
+xdotool type --delay 5 "otpauth://totp/kim?secret=GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ&issuer=$issuer"
+xdotool key Tab key Return
+await sealedList
+await newPicture
 cp "$notes/last.png" "${package%.deb}.png"
-stop
+kill "$application"
+wait "$application" || true
 [ ! -s "$notes/application.log" ] || fail "the application complained: $(cat "$notes/application.log")"
 userData >"$notes/user-data"
 
