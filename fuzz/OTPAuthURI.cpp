@@ -118,13 +118,14 @@ AuthToken naivelyParsed(std::string_view uri)
     return token;
 }
 
-/// Whether a text is a URI beyond doubt: no characters but those that may stand anywhere after the host.
+/// Whether a text is a URI beyond doubt: no characters but those that may stand anywhere after the host, and
+/// escapes that are whole.
 bool isPlainURI(std::string_view text)
 {
     constexpr std::string_view plain =
-        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~:/?&=+";
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~:/?&=+%";
     return (text.starts_with("otpauth://totp/") || text.starts_with("otpauth://hotp/"))
-        && text.find_first_not_of(plain) == std::string_view::npos;
+        && text.find_first_not_of(plain) == std::string_view::npos && naivelyDecoded(std::string(text));
 }
 
 void checkUse(const AuthToken& token)

@@ -7,40 +7,25 @@
 
 namespace MirrowvaleAuthenticator {
 
-TEST(EmbeddedStore, behavesLikeACredentialStore)
+TEST(EmbeddedStore, keepsItemsApartWhateverTheirNames)
 {
     const TemporaryHome home;
     EmbeddedCredentialStore store(home.data(), home.state());
     constexpr auto service = "org.test/service name.tokens";
-    const auto add = [&](const char* name, const char* data) { return store.add(item(service, name, data)); };
-    const auto update = [&](const char* name, std::string_view data) {
-        return store.update(itemName(service, name), itemContent(data));
-    };
-    SecResult result;
-    const auto found = [&](const char* name) {
-        return store.copyMatching(itemSearch(service, name), result) == errSecItemNotFound
-            ? "nothing"
-            : std::string(std::get<SecretString>(result));
-    };
-    EXPECT_EQ(found("vault"), "nothing");
-    EXPECT_EQ(update("vault", "early"), errSecItemNotFound);
+    const auto names = {"", "Vault", "vault", "vault3", "vault/", "../vault", "..%2Fvault"};
+    EXPECT_EQ(store.update(itemName(service, "vault"), itemContent("early")), errSecItemNotFound);
     EXPECT_FALSE(std::filesystem::exists(home.data())) << "nothing is written before there is an item";
-    EXPECT_EQ(add("vault", "one"), errSecSuccess);
-    EXPECT_EQ(add("vault", "two"), errSecDuplicateItem);
-    EXPECT_EQ(found("vault"), "one");
-    EXPECT_EQ(add("../vault", "other"), errSecSuccess);
-    for (const auto& data : {std::string(), std::string("\0\xff\n", 3), std::string(3'000'000, 'x')}) {
-        EXPECT_EQ(update("vault", data), errSecSuccess);
-        EXPECT_TRUE(found("vault") == data);
+    for (const auto* name : names) {
+        EXPECT_EQ(store.add(item(service, name, name)), errSecSuccess) << name;
     }
-    EXPECT_EQ(found("../vault"), "other");
-    for (const auto* name : {"", "Vault", "vault3", "vault/", "..%2Fvault"}) {
-        EXPECT_EQ(found(name), "nothing") << name;
-        EXPECT_EQ(update(name, "x"), errSecItemNotFound) << name;
+    SecResult result;
+    for (const auto* name : names) {
+        EXPECT_EQ(store.copyMatching(itemSearch(service, name), result), errSecSuccess);
+        EXPECT_EQ(std::get<SecretString>(result), std::string_view(name));
     }
     EXPECT_EQ(store.copyMatching(itemSearch("org.test/service", "vault"), result), errSecItemNotFound);
     for (const auto key : {kSecClass, kSecAttrService, kSecAttrAccount}) {
-        auto nameless = item(service, "vault4", "x");
+        auto nameless = item(service, "vault", "x");
         nameless.erase(key);
         EXPECT_EQ(store.add(nameless), errSecParam) << key;
         EXPECT_EQ(store.update(nameless, itemContent("x")), errSecParam) << key;
