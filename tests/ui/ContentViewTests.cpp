@@ -35,6 +35,10 @@ TEST_F(ContentViewTest, deletesEveryTokenOfTheRowsIdentityAndSaves)
     EXPECT_EQ(listed(), "bc");
     EXPECT_EQ(view.rows()->rowCount(), 2);
     EXPECT_EQ(saves(), 2U);
+
+    credentials.answerNext(ScriptedCredentialStore::Operation::update, errSecInteractionNotAllowed);
+    view.deleteToken(1);
+    EXPECT_EQ(listed(), "b") << "a save that fails brings nothing back";
 }
 
 TEST_F(ContentViewTest, actionsOnRowsThatHaveLeftDoNothing)
