@@ -181,10 +181,60 @@ TEST_F(HandTest, anyRowCanBeGivenTheKeyboard)
         EXPECT_TRUE(ringIsAt(row(index)));
         EXPECT_EQ(view->property("currentIndex"), index);
     }
-    QAccessible::queryAccessibleInterface(button(row(1), "Copy code"))
-        ->actionInterface()
-        ->doAction(QAccessibleActionInterface::setFocusAction());
-    EXPECT_EQ(view->property("currentIndex"), 1) << "by what stands in it";
+    QQuickItem* copy = button(row(1), "Copy code");
+    QAccessible::queryAccessibleInterface(copy)->actionInterface()->doAction(
+        QAccessibleActionInterface::setFocusAction());
+    EXPECT_EQ(view->property("currentIndex"), 1);
+    EXPECT_EQ(window->activeFocusItem(), copy);
+    EXPECT_TRUE(ringIsAt(copy));
+    QMetaObject::invokeMethod(row(0), "deleteRequested");
+    ASSERT_EQ(listed(), "bc");
+    EXPECT_EQ(window->activeFocusItem(), copy);
+    EXPECT_TRUE(ringIsAt(copy)) << "whatever happens to other rows";
+}
+
+TEST_F(HandTest, theKeyboardStaysWhereItCanBeSeen)
+{
+    open("abc");
+    const auto isOpen = [this] { return button(view, "Delete") != nullptr; };
+    const auto openSecond = [&] {
+        row(1)->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(window.get(), Qt::Key_Delete);
+        ASSERT_TRUE(QTest::qWaitFor(isOpen));
+        ASSERT_EQ(window->activeFocusItem(), button(view, "Delete"));
+    };
+    openSecond();
+    openSheet();
+    contentView.setShowingAdd(false);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return contentView.addTokenView() == nullptr; }));
+    EXPECT_TRUE(ringIsAt(row(1))) << "back from the sheet";
+
+    openSecond();
+    tap(*row(2));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isOpen(); }));
+    EXPECT_TRUE(ringIsAt(row(1))) << "closed by a finger";
+
+    openSecond();
+    QTest::keyClick(window.get(), Qt::Key_Down);
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isOpen(); })) << "from another row";
+    EXPECT_TRUE(ringIsAt(row(2)));
+
+    auto* code = row(0)->property("code").value<QQuickItem*>();
+    press(middle(*code));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return code->hasActiveFocus(); }));
+    release(middle(*code));
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_EQ(window->activeFocusItem(), row(0)) << "after a selection";
+
+    openSheet();
+    QQuickItem* plus = button(window->contentItem(), "Increment");
+    plus->forceActiveFocus(Qt::TabFocusReason);
+    for (int digits = 7; digits <= 8; ++digits) {
+        QTest::keyClick(window.get(), Qt::Key_Space);
+        ASSERT_EQ(contentView.addTokenView()->digits(), digits);
+    }
+    EXPECT_TRUE(ringIsAt(button(window->contentItem(), "Decrement"))) << "at a stepper's limit";
 }
 
 TEST_F(HandTest, aHeldReturnCountsOnce)

@@ -40,9 +40,9 @@ Window {
 
     onFormChanged: {
         if (form) {
-            rememberFocus()
             list.closeOpenRow()
             list.clearSelection()
+            rememberFocus()
             sheet.setSource("AddTokenSheet.qml", { contentView: contentView, form: form })
         } else {
             sheet.setSource("")
@@ -64,6 +64,11 @@ Window {
         onEnabledChanged: if (enabled) root.restoreFocus()
         LayoutMirroring.enabled: Theme.mirrored
         LayoutMirroring.childrenInherit: true
+
+        Keys.onEscapePressed: event => {
+            event.accepted = list.openRow !== null
+            list.closeOpenRow()
+        }
 
         TapHandler {
             onTapped: list.closeOpenRow()

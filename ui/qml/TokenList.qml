@@ -18,7 +18,15 @@ ListView {
     /// 0 while the large title is in sight, 1 when it has gone under the bar.
     readonly property real titleScrolledAway: Math.max(0, Math.min(1, (contentY - originY - 28) / 16))
 
+    /// Gives the keyboard to a row or to something in it.
+    function giveKeyboard(item: Item, shows: bool): void {
+        item.forceActiveFocus(shows ? Qt.TabFocusReason : Qt.OtherFocusReason)
+    }
+
     function closeOpenRow(): void {
+        if (openRow?.deleteButton?.activeFocus) {
+            giveKeyboard(openRow, openRow.deleteButton.visualFocus)
+        }
         openRow?.settle(false)
         openRow = null
     }
@@ -95,8 +103,12 @@ ListView {
         if (!row) {
             return
         }
-        currentIndex = row.index
-        if ((item as KeyboardFocusItem)?.visualFocus) {
+        const shows = (item as KeyboardFocusItem)?.visualFocus ?? false
+        if (currentIndex !== row.index) {
+            currentIndex = row.index // which gives the row the keyboard
+            giveKeyboard(item, shows)
+        }
+        if (shows) {
             bringIntoSight(row.index)
         }
     }
@@ -161,7 +173,10 @@ ListView {
         onNextRequested: list.contentView.advanceCounter(index)
         onDeleteRequested: {
             const view = list
+            const keyboard = Window.activeFocusItem
             const byKeyboard = visualFocus || (deleteButton?.visualFocus ?? false)
+            const isElsewhere = view.rowAround(keyboard) !== null && view.rowAround(keyboard) !== row
+            const showed = (keyboard as KeyboardFocusItem)?.visualFocus ?? false
             view.openRow = null
             if (byKeyboard) {
                 view.currentIndex = index
@@ -172,6 +187,8 @@ ListView {
                 view.emptied(byKeyboard)
             } else if (byKeyboard) {
                 view.showFocus()
+            } else if (isElsewhere) {
+                view.giveKeyboard(keyboard, showed)
             }
         }
     }

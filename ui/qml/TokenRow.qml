@@ -241,6 +241,7 @@ TokenRowItem {
                 code: root.displayCode
                 room: codeLine.width - copy.symbolSize - Theme.spacing
                 onSelectionStarted: root.codeSelected()
+                onSelectionEnded: root.forceActiveFocus(Qt.OtherFocusReason)
             }
 
             SymbolButton {

@@ -20,6 +20,9 @@ TextInput {
 
     signal selectionStarted
 
+    /// The keyboard, which came with the selection, is to go back to where it belongs.
+    signal selectionEnded
+
     function selectCode() {
         select(mark.length, length)
     }
@@ -27,7 +30,9 @@ TextInput {
     function clearSelection() {
         selected = false
         deselect()
-        focus = false
+        if (focus) {
+            selectionEnded()
+        }
     }
 
     text: mark + code

@@ -16,6 +16,15 @@ FocusScope {
     /// Whether the buttons stand below the label, having no room beside it.
     readonly property bool stacked: labelText.implicitWidth + Theme.spacing + buttons.width + 2 * Theme.padding > width
 
+    /// A button that comes to its limit leaves the keyboard to the other one.
+    function step(by: int, button: StepperButton, other: StepperButton): void {
+        const showed = button.visualFocus
+        stepped(value + by)
+        if (showed && !button.enabled) {
+            other.forceActiveFocus(Qt.TabFocusReason)
+        }
+    }
+
     implicitHeight: stacked ? 12 + labelText.height + buttons.height : Math.max(Theme.target + 2, labelText.height + 24)
     Accessible.role: Accessible.Grouping
     Accessible.name: label
@@ -65,19 +74,23 @@ FocusScope {
         }
 
         StepperButton {
+            id: minus
+
             symbol: "minus"
             text: qsTr("Decrement")
             subject: root.label
             enabled: root.value > root.from
-            onClicked: root.stepped(root.value - root.stepSize)
+            onClicked: root.step(-root.stepSize, minus, plus)
         }
 
         StepperButton {
+            id: plus
+
             symbol: "plus"
             text: qsTr("Increment")
             subject: root.label
             enabled: root.value < root.to
-            onClicked: root.stepped(root.value + root.stepSize)
+            onClicked: root.step(root.stepSize, plus, minus)
         }
     }
 }
