@@ -11,6 +11,7 @@ namespace MirrowvaleAuthenticator {
 class TokenRowItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualified for the QML type system
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(int index MEMBER index NOTIFY indexChanged FINAL)
     Q_PROPERTY(QString issuer MEMBER issuer NOTIFY issuerChanged FINAL)
     Q_PROPERTY(QString account MEMBER account NOTIFY accountChanged FINAL)
     Q_PROPERTY(QString displayCode MEMBER displayCode NOTIFY displayCodeChanged FINAL)
@@ -24,6 +25,7 @@ public:
     bool doesOfferNext() const { return offersNext; }
 
 signals:
+    void indexChanged();
     void issuerChanged();
     void accountChanged();
     void displayCodeChanged();
@@ -34,7 +36,11 @@ signals:
     void nextRequested();
     void deleteRequested();
 
+protected:
+    void componentComplete() override;
+
 private:
+    int index = 0;
     QString issuer;
     QString account;
     QString displayCode;

@@ -8,8 +8,10 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <functional>
 #include <tuple>
+#include <vector>
 
 namespace MirrowvaleAuthenticator {
 namespace {
@@ -235,6 +237,23 @@ TEST_F(HandTest, theKeyboardStaysWhereItCanBeSeen)
         ASSERT_EQ(contentView.addTokenView()->digits(), digits);
     }
     EXPECT_TRUE(ringIsAt(button(window->contentItem(), "Decrement"))) << "at a stepper's limit";
+}
+
+TEST_F(HandTest, rowsAreReadInTheirOrder)
+{
+    open("abcdefghijklmnopqrstuvwxyz");
+    auto* told = QAccessible::queryAccessibleInterface(view);
+    for (const char* action : {"Scroll Down", "Scroll Down", "Scroll Up", "Scroll Up"}) {
+        told->actionInterface()->doAction(QLatin1String(action));
+        std::vector<int> tops;
+        for (int child = 0; child < told->childCount(); ++child) {
+            if (told->child(child)->role() == QAccessible::ListItem) {
+                tops.push_back(told->child(child)->rect().top());
+            }
+        }
+        EXPECT_GT(tops.size(), 3U);
+        EXPECT_TRUE(std::ranges::is_sorted(tops)) << action;
+    }
 }
 
 TEST_F(HandTest, aHeldReturnCountsOnce)

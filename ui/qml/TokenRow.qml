@@ -6,7 +6,7 @@ import MirrowvaleAuthenticator
 TokenRowItem {
     id: root
 
-    required property int index
+    required index
     required issuer
     required account
     required displayCode
