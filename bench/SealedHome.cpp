@@ -1,7 +1,5 @@
 #include "bench/SealedHome.h"
 
-#include "platform/PrivateFolder.h"
-
 #include <cstdlib>
 
 namespace MirrowvaleAuthenticator {
@@ -10,8 +8,8 @@ void useSealedHome(const std::filesystem::path& folder)
 {
     setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
     setenv("XDG_STATE_HOME", (folder / "state").c_str(), 1);
-    PrivateFolder::openOrCreate(stateFolderPath())
-        .write("app.mirrowvale.authenticator.tokens.location", "sealed files\n");
+    setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+    unsetenv("DBUS_SESSION_BUS_ADDRESS"); // without a bus there is no keyring
 }
 
 } // namespace MirrowvaleAuthenticator

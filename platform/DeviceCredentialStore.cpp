@@ -4,7 +4,6 @@
 #include "platform/PrivateFolder.h"
 #include "platform/Status.h"
 
-#include <string>
 #include <utility>
 
 namespace MirrowvaleAuthenticator {
@@ -29,6 +28,11 @@ std::string markName(std::string_view service)
     return fileNamePart(service) + ".location";
 }
 
+bool isReserve(const SecDictionary& entries)
+{
+    return entries.contains(kSecUseReserve);
+}
+
 } // namespace
 
 DeviceCredentialStore::DeviceCredentialStore(CredentialStore& keyringStore, CredentialStore& sealedFileStore,
@@ -40,84 +44,137 @@ DeviceCredentialStore::DeviceCredentialStore(CredentialStore& keyringStore, Cred
 OSStatus DeviceCredentialStore::copyMatching(const SecDictionary& query, SecResult& result)
 {
     return statusOf([&] {
-        const auto location = locate(query);
-        return location.isSettled ? store(location.place).copyMatching(query, result) : errSecItemNotFound;
+        result.emplace<std::monostate>();
+        auto* known = place(query);
+        if (isReserve(query)) {
+            return known == &sealedFiles ? errSecItemNotFound : sealedFiles.copyMatching(query, result);
+        }
+        return known == nullptr ? search(query, result) : known->copyMatching(query, result);
     });
 }
 
 OSStatus DeviceCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes)
 {
-    return statusOf([&] {
-        const auto location = locate(query);
-        return location.isSettled ? store(location.place).update(query, attributes) : errSecItemNotFound;
-    });
+    return statusOf([&] { return requirePlace(query).update(query, attributes); });
 }
 
 OSStatus DeviceCredentialStore::add(const SecDictionary& attributes)
 {
     return statusOf([&] {
-        const auto location = locate(attributes);
-        return location.isSettled ? store(location.place).add(attributes)
-                                  : create(location.place, attributes);
+        auto& chosen = requirePlace(attributes);
+        const auto status = chosen.add(attributes);
+        if (status == errSecSuccess && &chosen == &keyring) {
+            remember(attributes, keyringMark);
+        }
+        return status;
     });
 }
 
-DeviceCredentialStore::Location DeviceCredentialStore::locate(const SecDictionary& entries) const
+/// Where the items of the service live, if that is known already.
+CredentialStore* DeviceCredentialStore::place(const SecDictionary& entries) const
 {
-    const auto name = requireName(entries);
-    const auto folder = PrivateFolder::open(stateFolder);
-    if (const auto mark = folder ? folder->read(markName(name.service)) : std::nullopt) {
-        if (*mark != keyringMark && *mark != sealedFilesMark) {
-            throw StatusError{errSecDecode};
+    const auto found = places.find(requireName(entries).service);
+    return found == places.end() ? nullptr : found->second;
+}
+
+/// The store that the entries mean.
+/// @throws StatusError  why it cannot be known, or that there is no reserve
+CredentialStore& DeviceCredentialStore::requirePlace(const SecDictionary& entries)
+{
+    if (isReserve(entries)) {
+        if (place(entries) == &sealedFiles) {
+            throw StatusError{errSecNotAvailable};
         }
-        return {*mark == keyringMark ? Place::keyring : Place::sealedFiles, true};
+        return sealedFiles;
     }
-    // No mark: nothing was created here yet, or the state folder is gone.
-    const auto query = nameOnly(entries);
-    SecResult ignored;
-    if (sealedFiles.copyMatching(query, ignored) != errSecItemNotFound) {
-        return {Place::sealedFiles, true};
+    if (place(entries) == nullptr) {
+        SecResult ignored;
+        const auto status = search(nameOnly(entries), ignored);
+        if (place(entries) == nullptr) {
+            throw StatusError{status};
+        }
     }
-    switch (const auto status = keyring.copyMatching(query, ignored)) {
+    return *place(entries);
+}
+
+/// Searches both places, and settles in which of them the items of the service live.
+OSStatus DeviceCredentialStore::search(const SecDictionary& query, SecResult& result)
+{
+    const std::string service(requireName(query).service);
+    const auto mark = rememberedMark(service);
+    SecResult found;
+    const auto status = askKeyring(query, mark, found);
+    switch (status) {
     case errSecSuccess:
-        markKeyring(name.service);
-        return {Place::keyring, true};
-    case errSecItemNotFound:
-        return {Place::keyring, false};
-    case errSecNotAvailable:
-        return {Place::sealedFiles, false};
+        places[service] = &keyring;
+        remember(query, keyringMark);
+        result = std::move(found);
+        return status;
+    case errSecItemNotFound: {
+        const auto sealedStatus = sealedFiles.copyMatching(query, result);
+        const bool isSealed = sealedStatus != errSecItemNotFound;
+        places[service] = isSealed ? &sealedFiles : &keyring;
+        if (isSealed) {
+            remember(query, sealedFilesMark);
+        }
+        return sealedStatus;
+    }
+    case errSecUserCanceled:
+    case errSecInteractionNotAllowed:
+        return status;
     default:
-        throw StatusError{status};
+        if (mark == keyringMark) {
+            return status;
+        }
+        places[service] = &sealedFiles;
+        return sealedFiles.copyMatching(query, result);
     }
 }
 
-/// Renews a lost mark. Where that fails, the item is as findable as it was.
-void DeviceCredentialStore::markKeyring(std::string_view service) const
+/// What the keyring says when it is asked for the item and its data.
+OSStatus DeviceCredentialStore::askKeyring(const SecDictionary& query, std::string_view mark,
+                                           SecResult& result) const
 {
+    auto question = nameOnly(query);
+    if (mark == sealedFilesMark && sealedFiles.copyMatching(question, result) != errSecItemNotFound) {
+        // The items were found here when the keyring was open: what it locks now is not opened on suspicion.
+        const auto status = keyring.copyMatching(question, result);
+        if (status != errSecSuccess) {
+            return status == errSecInteractionNotAllowed ? errSecItemNotFound : status;
+        }
+    }
+    question.emplace(kSecReturnData, true);
+    if (mark == keyringMark) {
+        question.emplace(kSecMatchKnownItem, true);
+    }
+    return keyring.copyMatching(question, result);
+}
+
+/// The mark, or an empty text where there is none that makes sense.
+std::string DeviceCredentialStore::rememberedMark(std::string_view service) const
+{
+    std::string mark;
     statusOf([&] {
-        PrivateFolder::openOrCreate(stateFolder).write(markName(service), keyringMark);
+        const auto folder = PrivateFolder::open(stateFolder);
+        if (const auto bytes = folder ? folder->read(markName(service)) : std::nullopt) {
+            mark = *bytes;
+        }
         return errSecSuccess;
     });
+    return mark;
 }
 
-OSStatus DeviceCredentialStore::create(Place place, const SecDictionary& attributes) const
+/// Where it cannot be written, both places are as findable as they were.
+void DeviceCredentialStore::remember(const SecDictionary& entries, std::string_view mark) const
 {
-    // First the mark: an item that nothing points to would be lost on a day without its keyring.
-    const auto mark = markName(requireName(attributes).service);
-    const auto folder = PrivateFolder::create(stateFolder);
-    folder.write(mark, place == Place::keyring ? keyringMark : sealedFilesMark);
-    const auto status = store(place).add(attributes);
-    SecResult ignored;
-    if (status != errSecSuccess
-        && store(place).copyMatching(nameOnly(attributes), ignored) == errSecItemNotFound) {
-        folder.remove(mark);
+    const auto service = requireName(entries).service;
+    if (rememberedMark(service) == mark) {
+        return;
     }
-    return status;
-}
-
-CredentialStore& DeviceCredentialStore::store(Place place) const
-{
-    return place == Place::keyring ? keyring : sealedFiles;
+    statusOf([&] {
+        PrivateFolder::openOrCreate(stateFolder).write(markName(service), mark);
+        return errSecSuccess;
+    });
 }
 
 } // namespace MirrowvaleAuthenticator

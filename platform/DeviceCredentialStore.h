@@ -3,16 +3,27 @@
 #include "platform/Keychain.h"
 
 #include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
 #include <string_view>
 
 namespace MirrowvaleAuthenticator {
 
-/// This device's credential store: the session's keyring where there is one, else sealed files; and an item
-/// stays where it was created.
+/// This device's credential store: the session's keyring, and sealed files.
 ///
-/// Before the first item of a service name is created, a mark in the state folder says where the items of
-/// that name live. From then on only that place is asked: while a marked keyring cannot be reached,
-/// operations answer with its status, never with `errSecItemNotFound`.
+/// The first operation on a service name finds out in which of the two its items live in this run. What the
+/// keyring answers decides, and a mark in the state folder remembers it:
+///
+/// | the keyring                        | its items live in                                             |
+/// |------------------------------------|---------------------------------------------------------------|
+/// | has the item                       | the keyring                                                   |
+/// | has it not, and is open            | the sealed files if they have it, else the keyring            |
+/// | is locked, and not to be unlocked  | nowhere: the operation answers with the keyring's status      |
+/// | fails, is silent or absent         | nowhere if they were last found in it, else the sealed files  |
+///
+/// As long as the items do not live in the sealed files, those are the reserve (`kSecUseReserve`): an item of
+/// the same name may lie there, too.
 class DeviceCredentialStore : public CredentialStore {
 public:
     /// @param keyring  answers `errSecNotAvailable` where the session has none
@@ -24,22 +35,17 @@ public:
     OSStatus add(const SecDictionary& attributes) override;
 
 private:
-    enum class Place { keyring, sealedFiles };
-
-    /// Where an item lives, or, as long as it does not, where it would be created.
-    struct Location {
-        Place place;
-        bool isSettled;
-    };
-
-    Location locate(const SecDictionary& entries) const;
-    void markKeyring(std::string_view service) const;
-    OSStatus create(Place place, const SecDictionary& attributes) const;
-    CredentialStore& store(Place place) const;
+    CredentialStore* place(const SecDictionary& entries) const;
+    CredentialStore& requirePlace(const SecDictionary& entries);
+    OSStatus search(const SecDictionary& query, SecResult& result);
+    OSStatus askKeyring(const SecDictionary& query, std::string_view mark, SecResult& result) const;
+    std::string rememberedMark(std::string_view service) const;
+    void remember(const SecDictionary& entries, std::string_view mark) const;
 
     CredentialStore& keyring;
     CredentialStore& sealedFiles;
     std::filesystem::path stateFolder;
+    std::map<std::string, CredentialStore*, std::less<>> places; ///< by service; until the process ends
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -2,7 +2,6 @@
 
 #include "platform/ItemName.h"
 #include "platform/RandomBytes.h"
-#include "platform/SealedBox.h"
 #include "platform/Status.h"
 
 #include <system_error>
@@ -38,8 +37,12 @@ OSStatus EmbeddedCredentialStore::copyMatching(const SecDictionary& query, SecRe
 {
     return statusOf([&] {
         result.emplace<std::monostate>();
+        const auto item = Item::named(query);
+        if (!query.contains(kSecReturnData)) {
+            return check(item);
+        }
         SecretString data;
-        const auto status = read(Item::named(query), data);
+        const auto status = read(item, data);
         if (status == errSecSuccess) {
             result = std::move(data);
         }
@@ -52,7 +55,7 @@ OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDi
     return statusOf([&] {
         const auto item = Item::named(query);
         const auto& data = requireData(attributes);
-        const auto status = check(item);
+        const auto status = checkIsKnown(item);
         if (status == errSecDecode) {
             PrivateFolder::openOrCreate(dataFolder).setAside(item.fileName);
             create(item, data);
@@ -91,12 +94,14 @@ OSStatus EmbeddedCredentialStore::visit(const Item& item, Open open) const
     return key && open(SealingKey(*key), item.context, std::move(*box)) ? errSecSuccess : errSecDecode;
 }
 
-OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data) const
+OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data)
 {
     return visit(item, [&](SealingKey key, std::string_view context, SecretString box) {
+        const std::string tag(tagOf(box));
         auto opened = unseal(key, context, std::move(box));
         if (opened) {
             data = std::move(*opened);
+            knownBoxes.insert(tag);
         }
         return opened.has_value();
     });
@@ -108,23 +113,41 @@ OSStatus EmbeddedCredentialStore::check(const Item& item) const
     return visit(item, opens);
 }
 
+/// The same, but for an item that opens and was never read or written here.
+OSStatus EmbeddedCredentialStore::checkIsKnown(const Item& item) const
+{
+    bool isKnown = false;
+    const auto status = visit(item, [&](SealingKey key, std::string_view context, const SecretString& box) {
+        isKnown = knownBoxes.contains(tagOf(box));
+        return opens(key, context, box);
+    });
+    return status == errSecSuccess && !isKnown ? errSecInvalidItemRef : status;
+}
+
 /// Writes an item where there is none that opens. Everything that it rests on must be safe on disk before.
-void EmbeddedCredentialStore::create(const Item& item, const SecretString& data) const
+void EmbeddedCredentialStore::create(const Item& item, const SecretString& data)
 {
     const auto key = safeDeviceKey();
-    const auto folder = PrivateFolder::create(dataFolder);
-    folder.write(item.fileName, seal(SealingKey(key), item.context, data));
+    write(PrivateFolder::create(dataFolder), item, SealingKey(key), data);
 }
 
 /// Writes an item in the place of one that opened: key and folders are safe on disk since that one was made.
-void EmbeddedCredentialStore::replace(const Item& item, const SecretString& data) const
+void EmbeddedCredentialStore::replace(const Item& item, const SecretString& data)
 {
     const auto key = deviceKey();
     const auto folder = PrivateFolder::open(dataFolder);
     if (!key || !folder) {
         throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
     }
-    folder->write(item.fileName, seal(SealingKey(*key), item.context, data));
+    write(*folder, item, SealingKey(*key), data);
+}
+
+void EmbeddedCredentialStore::write(const PrivateFolder& folder, const Item& item, SealingKey key,
+                                    const SecretString& data)
+{
+    const auto box = seal(key, item.context, data);
+    knownBoxes.emplace(tagOf(box)); // before: a write that fails may have reached the disk
+    folder.write(item.fileName, box);
 }
 
 /// The key, or nothing where there is none of the right size.

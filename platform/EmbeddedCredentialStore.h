@@ -2,8 +2,11 @@
 
 #include "platform/Keychain.h"
 #include "platform/PrivateFolder.h"
+#include "platform/SealedBox.h"
 
 #include <filesystem>
+#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -13,7 +16,8 @@ namespace MirrowvaleAuthenticator {
 /// key that lies apart in its state folder.
 ///
 /// A file that does not open under the key reads as `errSecDecode`; before an update replaces such a file,
-/// its bytes are set aside beside it.
+/// its bytes are set aside beside it. One that this store has neither read nor written (another process has)
+/// is never replaced: an update answers `errSecInvalidItemRef`.
 class EmbeddedCredentialStore : public CredentialStore {
 public:
     EmbeddedCredentialStore(std::filesystem::path dataFolder, std::filesystem::path stateFolder);
@@ -28,15 +32,18 @@ private:
     /// @param open  takes key, context and box, and says whether the box opens
     template <typename Open>
     OSStatus visit(const Item& item, Open open) const;
-    OSStatus read(const Item& item, SecretString& data) const;
+    OSStatus read(const Item& item, SecretString& data);
     OSStatus check(const Item& item) const;
-    void create(const Item& item, const SecretString& data) const;
-    void replace(const Item& item, const SecretString& data) const;
+    OSStatus checkIsKnown(const Item& item) const;
+    void create(const Item& item, const SecretString& data);
+    void replace(const Item& item, const SecretString& data);
+    void write(const PrivateFolder& folder, const Item& item, SealingKey key, const SecretString& data);
     std::optional<SecretBytes> deviceKey() const;
     SecretBytes safeDeviceKey() const;
 
     std::filesystem::path dataFolder;
     std::filesystem::path stateFolder;
+    std::set<std::string, std::less<>> knownBoxes; ///< by the tag of each box read or written here
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -24,6 +24,7 @@ inline constexpr OSStatus errSecUserCanceled = -128;
 inline constexpr OSStatus errSecNotAvailable = -25291; ///< there is no store to talk to
 inline constexpr OSStatus errSecDuplicateItem = -25299;
 inline constexpr OSStatus errSecItemNotFound = -25300;
+inline constexpr OSStatus errSecInvalidItemRef = -25304; ///< another process has changed the item
 inline constexpr OSStatus errSecInteractionNotAllowed = -25308; ///< locked, and not to be unlocked now
 inline constexpr OSStatus errSecDecode = -26275; ///< damaged or tampered with: does not authenticate
 
@@ -38,6 +39,11 @@ inline constexpr std::string_view kSecValueData = "kSecValueData";
 inline constexpr std::string_view kSecReturnData = "kSecReturnData";
 inline constexpr std::string_view kSecMatchLimit = "kSecMatchLimit";
 inline constexpr std::string_view kSecMatchLimitOne = "kSecMatchLimitOne";
+/// A flag: means the item of that name in the reserve, which lies on this device beside the item's own place.
+inline constexpr std::string_view kSecUseReserve = "kSecUseReserve";
+/// A flag: the item is known to exist, so that a keyring asks for all that is locked before it is "not
+/// found".
+inline constexpr std::string_view kSecMatchKnownItem = "kSecMatchKnownItem";
 
 /// An entry's value: a flag, or text or bytes.
 using SecValue = std::variant<bool, SecretString>;
@@ -62,7 +68,8 @@ public:
 OSStatus SecItemCopyMatching(const SecDictionary& query, SecResult& result);
 
 /// Sets data and accessibility of the item that matches class, service and account.
-/// @returns `errSecItemNotFound` where there is none, or the status of what went wrong
+/// @returns `errSecItemNotFound` where there is none, `errSecInvalidItemRef` where it holds what this process
+///          has neither read nor written, or the status of what went wrong
 OSStatus SecItemUpdate(const SecDictionary& query, const SecDictionary& attributesToUpdate);
 
 /// Creates the item from class, service, account, data and accessibility.

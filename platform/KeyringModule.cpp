@@ -1,6 +1,7 @@
 #include "platform/KeyringModule.h"
 
 #include "platform/SecretServiceCredentialStore.h"
+#include "platform/SessionBus.h"
 #include "platform/Status.h"
 
 #include <dlfcn.h>
@@ -41,9 +42,12 @@ CredentialStore* loadStore()
     return symbol == nullptr ? nullptr : reinterpret_cast<decltype(&mirrowvaleKeyring)>(symbol)();
 }
 
-/// @throws StatusError  `errSecNotAvailable` where the module cannot be loaded
+/// @throws StatusError  `errSecNotAvailable` where there is no bus, or the module cannot be loaded
 CredentialStore& loadedStore()
 {
+    if (!hasSessionBus()) {
+        throw StatusError{errSecNotAvailable};
+    }
     static auto* const store = loadStore();
     if (store == nullptr) {
         throw StatusError{errSecNotAvailable};

@@ -35,35 +35,51 @@ std::filesystem::path folderPath(const char* variable, const char* belowHome)
     return base / "mirrowvale-authenticator";
 }
 
+struct stat statusOfFile(int descriptor)
+{
+    struct stat status { };
+    if (uninterrupted([&] { return fstat(descriptor, &status); }) != 0) {
+        throwErrno("fstat");
+    }
+    return status;
+}
+
 /// Refuses what belongs to another user, and closes what others could look into.
 void requirePrivate(int descriptor, mode_t type, mode_t mode)
 {
-    struct stat status { };
-    if (fstat(descriptor, &status) != 0) {
-        throwErrno("fstat");
-    }
+    const auto status = statusOfFile(descriptor);
     if ((status.st_mode & S_IFMT) != type) {
         throw std::system_error(std::make_error_code(std::errc::invalid_argument));
     }
     if (status.st_uid != geteuid()) {
         throw std::system_error(std::make_error_code(std::errc::operation_not_permitted));
     }
-    if ((status.st_mode & 07777) != mode && fchmod(descriptor, mode) != 0) {
+    if ((status.st_mode & 07777) != mode && uninterrupted([&] { return fchmod(descriptor, mode); }) != 0) {
         throwErrno("fchmod");
     }
 }
 
+int flushed(int descriptor)
+{
+    return uninterrupted([&] { return fsync(descriptor); });
+}
+
 void flushDescriptor(int descriptor)
 {
-    if (fsync(descriptor) != 0) {
+    if (flushed(descriptor) != 0) {
         throwErrno("fsync");
     }
+}
+
+FileDescriptor opened(int folder, const char* name, int flags, mode_t mode = 0)
+{
+    return FileDescriptor(uninterrupted([&] { return openat(folder, name, flags | O_CLOEXEC, mode); }));
 }
 
 /// The descriptor, or nothing where there is no such file.
 std::optional<FileDescriptor> openExisting(int folder, const char* name, int flags)
 {
-    FileDescriptor descriptor(openat(folder, name, flags | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    auto descriptor = opened(folder, name, flags | O_RDONLY | O_NONBLOCK);
     if (descriptor) {
         return descriptor;
     }
@@ -73,9 +89,14 @@ std::optional<FileDescriptor> openExisting(int folder, const char* name, int fla
     return std::nullopt;
 }
 
+bool isFolderMade(const std::filesystem::path& path)
+{
+    return uninterrupted([&] { return mkdir(path.c_str(), 0700); }) == 0 || errno == EEXIST;
+}
+
 void createFolders(const std::filesystem::path& path)
 {
-    if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) {
+    if (isFolderMade(path)) {
         return;
     }
     if (errno != ENOENT || !path.has_relative_path()) {
@@ -83,7 +104,7 @@ void createFolders(const std::filesystem::path& path)
     }
     createFolders(path.parent_path());
     // Once: below a link that leads nowhere it would fail for ever.
-    if (mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
+    if (!isFolderMade(path)) {
         throwErrno("mkdir");
     }
 }
@@ -91,42 +112,45 @@ void createFolders(const std::filesystem::path& path)
 /// Flushes the name of a folder and of its parents, as far up as they may be of this user's making.
 void flushNames(const std::filesystem::path& path)
 {
-    struct stat status { };
     auto parent = path;
-    do {
+    for (bool isOwn = true; isOwn;) {
         parent = parent.parent_path();
-        const FileDescriptor folder(openat(AT_FDCWD, parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        const auto folder = opened(AT_FDCWD, parent.c_str(), O_RDONLY | O_DIRECTORY);
         if (!folder && errno == EACCES) {
-            return; // another user's, closed to this one
+            return; // closed to this user: it cannot be flushed, and need not be of this user's making
         }
-        if (!folder || fstat(folder.get(), &status) != 0) {
+        if (!folder) {
             throwErrno("openat");
         }
         // A file system that cannot be written to may refuse, and then has nothing to flush.
-        if (fsync(folder.get()) != 0 && errno != EROFS && errno != EINVAL) {
+        if (flushed(folder.get()) != 0 && errno != EROFS && errno != EINVAL) {
             throwErrno("fsync");
         }
-    } while (status.st_uid == geteuid() && parent.has_relative_path());
+        isOwn = statusOfFile(folder.get()).st_uid == geteuid() && parent.has_relative_path();
+    }
+}
+
+void removeFrom(int folder, const std::string& name)
+{
+    if (uninterrupted([&] { return unlinkat(folder, name.c_str(), 0); }) != 0 && errno != ENOENT) {
+        throwErrno("unlinkat");
+    }
 }
 
 void writeAll(int descriptor, std::string_view bytes)
 {
     while (!bytes.empty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-        if (count >= 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno != EINTR) {
+        const auto count = uninterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
+        if (count < 0) {
             throwErrno("write");
         }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
     }
 }
 
 SecretString readAll(int descriptor)
 {
-    struct stat status { };
-    if (fstat(descriptor, &status) != 0) {
-        throwErrno("fstat");
-    }
+    const auto status = statusOfFile(descriptor);
     if (status.st_size > largestFile) {
         throw std::system_error(std::make_error_code(std::errc::not_enough_memory));
     }
@@ -134,14 +158,15 @@ SecretString readAll(int descriptor)
     bytes.resize(static_cast<std::size_t>(status.st_size));
     std::size_t position = 0;
     while (position < bytes.size()) {
-        const ssize_t count = ::read(descriptor, bytes.data() + position, bytes.size() - position);
-        if (count > 0) {
-            position += static_cast<std::size_t>(count);
-        } else if (count == 0) {
-            break; // shorter than it was a moment ago
-        } else if (errno != EINTR) {
+        const auto count = uninterrupted(
+            [&] { return ::read(descriptor, bytes.data() + position, bytes.size() - position); });
+        if (count < 0) {
             throwErrno("read");
         }
+        if (count == 0) {
+            break; // shorter than it was a moment ago
+        }
+        position += static_cast<std::size_t>(count);
     }
     bytes.resize(position);
     return bytes;
@@ -161,7 +186,7 @@ std::filesystem::path stateFolderPath()
 
 std::optional<PrivateFolder> PrivateFolder::open(const std::filesystem::path& path)
 {
-    auto descriptor = openExisting(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY);
+    auto descriptor = openExisting(AT_FDCWD, path.c_str(), O_DIRECTORY);
     if (!descriptor) {
         return std::nullopt;
     }
@@ -190,7 +215,7 @@ PrivateFolder PrivateFolder::create(const std::filesystem::path& path)
 
 std::optional<SecretString> PrivateFolder::read(const std::string& name) const
 {
-    const auto file = openExisting(folder.get(), name.c_str(), O_RDONLY);
+    const auto file = openExisting(folder.get(), name.c_str(), O_NOFOLLOW);
     if (!file) {
         return std::nullopt;
     }
@@ -201,33 +226,25 @@ std::optional<SecretString> PrivateFolder::read(const std::string& name) const
 void PrivateFolder::write(const std::string& name, std::string_view bytes) const
 {
     const auto temporary = name + ".new";
-    // What an interrupted write left behind is of no use to anyone.
-    if (unlinkat(folder.get(), temporary.c_str(), 0) != 0 && errno != ENOENT) {
-        throwErrno("unlinkat");
-    }
+    removeFrom(folder.get(), temporary); // what an interrupted write left behind is of no use to anyone
     try {
-        const FileDescriptor file(openat(folder.get(), temporary.c_str(),
-                                         O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+        const auto file =
+            opened(folder.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
         if (!file) {
             throwErrno("openat");
         }
         requirePrivate(file.get(), S_IFREG, 0600); // whatever the umask
         writeAll(file.get(), bytes);
         flushDescriptor(file.get());
-        if (renameat(folder.get(), temporary.c_str(), folder.get(), name.c_str()) != 0) {
+        const auto rename = [&] {
+            return renameat(folder.get(), temporary.c_str(), folder.get(), name.c_str());
+        };
+        if (uninterrupted(rename) != 0) {
             throwErrno("renameat");
         }
     } catch (...) {
         unlinkat(folder.get(), temporary.c_str(), 0);
         throw;
-    }
-    flush();
-}
-
-void PrivateFolder::remove(const std::string& name) const
-{
-    if (unlinkat(folder.get(), name.c_str(), 0) != 0 && errno != ENOENT) {
-        throwErrno("unlinkat");
     }
     flush();
 }

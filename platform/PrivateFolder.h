@@ -15,7 +15,8 @@ std::filesystem::path dataFolderPath(); ///< $XDG_DATA_HOME/mirrowvale-authentic
 std::filesystem::path stateFolderPath(); ///< $XDG_STATE_HOME/mirrowvale-authenticator
 
 /// A folder (0700) of whole files (0600) for this user alone. Modes that are more open are tightened; a
-/// folder or file that belongs to another user, and a symbolic link in a file's place, are refused.
+/// folder or file that belongs to another user, and a symbolic link in a file's place, are refused. The
+/// folder itself may be reached by a link: to another disk, say.
 /// Every operation throws `std::system_error` for what the file system answers.
 class PrivateFolder {
 public:
@@ -35,9 +36,6 @@ public:
     /// Replaces or creates a file so that at every moment, a power cut included, the old or the new one is
     /// whole: temporary file, flush, rename, flush of the folder.
     void write(const std::string& name, std::string_view bytes) const;
-
-    /// Removes a file, if it exists, and flushes the folder.
-    void remove(const std::string& name) const;
 
     /// Makes the names in the folder safe from a power cut, also those of an earlier run.
     void flush() const;

@@ -57,7 +57,7 @@ public:
     bool hasTagOf(std::string_view box)
     {
         const auto expected = tag();
-        return memeql_sec(expected.data(), box.data() + box.size() - tagSize, tagSize) != 0;
+        return memeql_sec(expected.data(), tagOf(box).data(), tagSize) != 0;
     }
 
 private:
@@ -105,6 +105,11 @@ std::optional<SecretString> unseal(SealingKey key, std::string_view context, Sec
     box.resize(headerSize + ciphertext->size());
     box.erase(0, headerSize);
     return box;
+}
+
+std::string_view tagOf(std::string_view box)
+{
+    return box.substr(box.size() - std::min(box.size(), tagSize));
 }
 
 bool opens(SealingKey key, std::string_view context, std::string_view box)

@@ -26,6 +26,9 @@ SecretString seal(SealingKey key, std::string_view context, std::string_view pla
 /// decrypted in the box's own memory.
 std::optional<SecretString> unseal(SealingKey key, std::string_view context, SecretString box);
 
+/// What tells a box from every other: its tag. The whole text where it is too short to be a box.
+std::string_view tagOf(std::string_view box);
+
 /// Whether `unseal` would give it back, found out without a copy of it.
 bool opens(SealingKey key, std::string_view context, std::string_view box);
 

@@ -3,28 +3,9 @@
 #include "platform/SecretServicePrompt.h"
 #include "platform/SecretServiceStatus.h"
 
-#include <cstdlib>
-#include <string>
-#include <string_view>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace MirrowvaleAuthenticator {
 
 namespace {
-
-/// Whether the session has a bus: without one the library would start a bus of its own.
-bool hasSessionBus()
-{
-    if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-        address != nullptr && *address != '\0') {
-        return std::string_view(address).find("autolaunch:") == std::string_view::npos;
-    }
-    const char* folder = std::getenv("XDG_RUNTIME_DIR");
-    struct stat socket { };
-    return folder != nullptr && lstat((std::string(folder) + "/bus").c_str(), &socket) == 0
-        && S_ISSOCK(socket.st_mode) && socket.st_uid == geteuid();
-}
 
 GVariant* runPrompt(SecretService* service, SecretPrompt* prompt, GCancellable* cancellable,
                     const GVariantType* type, GError** error)
@@ -87,20 +68,17 @@ void ErrorReport::require() const
     }
 }
 
-Owned<SecretService> connectToSecretService()
+Owned<SecretService> connectToSecretService(GCancellable* cancellable)
 {
-    if (!hasSessionBus()) {
-        throw StatusError{errSecNotAvailable};
-    }
     ErrorReport busReport;
-    const Owned<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, busReport));
+    const Owned<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, busReport));
     if (!bus) {
         throw StatusError{errSecNotAvailable}; // whatever the reason, there is no bus to ask
     }
     g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
     ErrorReport report;
     Owned<SecretService> service(
-        secret_service_open_sync(serviceType(), nullptr, SECRET_SERVICE_OPEN_SESSION, nullptr, report));
+        secret_service_open_sync(serviceType(), nullptr, SECRET_SERVICE_OPEN_SESSION, cancellable, report));
     report.require();
     return service;
 }

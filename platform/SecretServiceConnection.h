@@ -36,8 +36,8 @@ private:
     GError* error = nullptr;
 };
 
-/// A connection to the Secret Service of the user's session, which never starts a session bus.
-/// @throws StatusError  `errSecNotAvailable` where there is no bus or no service
-Owned<SecretService> connectToSecretService();
+/// A connection to the Secret Service of the user's session, which has a bus.
+/// @throws StatusError  `errSecNotAvailable` where the bus or the service cannot be reached
+Owned<SecretService> connectToSecretService(GCancellable* cancellable);
 
 } // namespace MirrowvaleAuthenticator

@@ -2,6 +2,7 @@
 
 #include "platform/ItemName.h"
 #include "platform/SecretServiceConnection.h"
+#include "platform/SecretServiceDeadline.h"
 
 #include <algorithm>
 #include <optional>
@@ -35,31 +36,58 @@ Owned<GHashTable> attributesOf(const ItemName& name)
                                                      std::string(name.account).c_str(), nullptr));
 }
 
+/// The service, and what ends calls of it that take too long.
+struct Keyring {
+    SecretService& service;
+    GCancellable* cancellable;
+};
+
+/// Runs one operation on the keyring within its time.
+template <typename Operation>
+OSStatus inTime(Operation operation)
+{
+    return statusOf([&] {
+        const SecretServiceDeadline deadline;
+        const auto status = statusOf([&] {
+            const auto service = connectToSecretService(deadline.cancellable());
+            return operation(Keyring{*service, deadline.cancellable()});
+        });
+        return status != errSecSuccess && deadline.hasPassed() ? errSecNotAvailable : status;
+    });
+}
+
 /// Of an item whose service ends while it is being looked at, the library says that there is no such item.
-void requireRunning(SecretService& service)
+void requireRunning(const Keyring& keyring)
 {
     ErrorReport report;
-    auto* reply = g_dbus_proxy_call_sync(G_DBUS_PROXY(&service), "org.freedesktop.DBus.Peer.Ping", nullptr,
-                                         G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, report);
+    auto* reply =
+        g_dbus_proxy_call_sync(G_DBUS_PROXY(&keyring.service), "org.freedesktop.DBus.Peer.Ping", nullptr,
+                               G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, keyring.cancellable, report);
     g_clear_pointer(&reply, g_variant_unref);
     report.require();
 }
 
+template <typename Object>
+std::vector<Owned<Object>> owned(GList* list)
+{
+    std::vector<Owned<Object>> objects;
+    for (auto* entry = list; entry != nullptr; entry = entry->next) {
+        objects.emplace_back(static_cast<Object*>(entry->data));
+    }
+    g_list_free(list);
+    return objects;
+}
+
 /// The item, or nothing. Of several under the same name (in several collections, say) it is the one changed
 /// last; among those, one that is open.
-Owned<SecretItem> find(SecretService& service, const ItemName& name)
+Owned<SecretItem> find(const Keyring& keyring, const ItemName& name)
 {
     ErrorReport report;
     const auto attributes = attributesOf(name);
-    GList* list =
-        secret_service_search_sync(&service, &schema, attributes.get(), SECRET_SEARCH_ALL, nullptr, report);
-    std::vector<Owned<SecretItem>> items;
-    for (auto* entry = list; entry != nullptr; entry = entry->next) {
-        items.emplace_back(static_cast<SecretItem*>(entry->data));
-    }
-    g_list_free(list);
+    auto items = owned<SecretItem>(secret_service_search_sync(
+        &keyring.service, &schema, attributes.get(), SECRET_SEARCH_ALL, keyring.cancellable, report));
     if (report.saysMissing()) {
-        requireRunning(service);
+        requireRunning(keyring);
     }
     report.require();
 
@@ -70,34 +98,86 @@ Owned<SecretItem> find(SecretService& service, const ItemName& name)
     return best == items.end() ? nullptr : std::move(*best);
 }
 
-void unlock(SecretService& service, gpointer itemOrCollection)
+bool isLocked(const Owned<SecretCollection>& collection)
 {
-    ErrorReport report;
-    GList only{itemOrCollection, nullptr, nullptr};
-    const auto count = secret_service_unlock_sync(&service, &only, nullptr, nullptr, report);
-    report.require();
-    if (count == 0) {
-        throw StatusError{errSecUserCanceled}; // the prompt was dismissed
-    }
+    return secret_collection_get_locked(collection.get()) != FALSE;
 }
 
-Owned<SecretItem> requireItem(SecretService& service, const ItemName& name)
+/// Asks to unlock items or collections. @returns how many of them are open then; none: it was dismissed
+template <typename Object>
+std::size_t unlock(const Keyring& keyring, const std::vector<Owned<Object>>& objects)
 {
-    auto item = find(service, name);
-    if (!item) {
-        throw StatusError{errSecItemNotFound};
+    ErrorReport report;
+    GList* list = nullptr;
+    for (const auto& object : objects) {
+        list = g_list_prepend(list, object.get());
     }
-    if (secret_item_get_locked(item.get()) != FALSE) {
-        unlock(service, item.get());
+    const auto count =
+        secret_service_unlock_sync(&keyring.service, list, keyring.cancellable, nullptr, report);
+    g_list_free(list);
+    report.require();
+    return static_cast<std::size_t>(count);
+}
+
+/// The default collection; or nothing where there is none, or none that shows itself.
+Owned<SecretCollection> defaultCollection(const Keyring& keyring)
+{
+    ErrorReport ignored;
+    return Owned<SecretCollection>(secret_collection_for_alias_sync(
+        &keyring.service, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, keyring.cancellable, ignored));
+}
+
+/// The locked collections that may hold an item which no search finds: not every keyring shows what a locked
+/// collection holds. It is the default one, where items are created.
+/// @param isKnown  the item is known to exist: it may be in any
+std::vector<Owned<SecretCollection>> lockedCollections(const Keyring& keyring, bool isKnown)
+{
+    std::vector<Owned<SecretCollection>> collections;
+    auto usual = defaultCollection(keyring);
+    if (isKnown || !usual) {
+        ErrorReport report;
+        secret_service_load_collections_sync(&keyring.service, keyring.cancellable, report);
+        report.require();
+        collections = owned<SecretCollection>(secret_service_get_collections(&keyring.service));
+    } else {
+        collections.push_back(std::move(usual));
+    }
+    std::erase_if(collections, [](const auto& collection) { return !isLocked(collection); });
+    return collections;
+}
+
+/// The item, or nothing where an open keyring has none. What is locked asks to be unlocked.
+/// @throws StatusError  `errSecUserCanceled` where that was dismissed
+Owned<SecretItem> findUnlocked(const Keyring& keyring, const ItemName& name, bool isKnown)
+{
+    auto item = find(keyring, name);
+    if (!item) {
+        const auto locked = lockedCollections(keyring, isKnown);
+        if (locked.empty()) {
+            return nullptr;
+        }
+        const auto opened = unlock(keyring, locked);
+        item = find(keyring, name);
+        if (!item && opened < locked.size()) {
+            throw StatusError{errSecUserCanceled};
+        }
+    }
+    if (item && secret_item_get_locked(item.get()) != FALSE) {
+        std::vector<Owned<SecretItem>> only;
+        only.push_back(std::move(item));
+        if (unlock(keyring, only) == 0) {
+            throw StatusError{errSecUserCanceled};
+        }
+        item = std::move(only.front());
     }
     return item;
 }
 
 /// The item's data, or nothing where it is locked (again).
-std::optional<SecretString> dataOf(SecretItem& item)
+std::optional<SecretString> dataOf(const Keyring& keyring, SecretItem& item)
 {
     ErrorReport report;
-    secret_item_load_secret_sync(&item, nullptr, report);
+    secret_item_load_secret_sync(&item, keyring.cancellable, report);
     if (report.saysLocked()) {
         return std::nullopt;
     }
@@ -112,9 +192,9 @@ std::optional<SecretString> dataOf(SecretItem& item)
 }
 
 /// Not every keyring that reports success has stored the data. One that is locked by now is believed.
-void requireStored(SecretItem& item, const SecretString& data)
+void requireStored(const Keyring& keyring, SecretItem& item, const SecretString& data)
 {
-    const auto stored = dataOf(item);
+    const auto stored = dataOf(keyring, item);
     if (stored && *stored != data) {
         throw StatusError{errSecIO};
     }
@@ -126,14 +206,17 @@ Owned<SecretValue> valueOf(const SecretString& data)
         secret_value_new(data.data(), static_cast<gssize>(data.size()), "text/plain; charset=utf-8"));
 }
 
-/// The default collection, unlocked; or nothing where there is none, or none that shows itself.
-Owned<SecretCollection> defaultCollection(SecretService& service)
+/// The default collection, unlocked; or nothing.
+Owned<SecretCollection> openDefaultCollection(const Keyring& keyring)
 {
-    ErrorReport ignored;
-    Owned<SecretCollection> collection(secret_collection_for_alias_sync(
-        &service, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, nullptr, ignored));
-    if (collection && secret_collection_get_locked(collection.get()) != FALSE) {
-        unlock(service, collection.get());
+    auto collection = defaultCollection(keyring);
+    if (collection && isLocked(collection)) {
+        std::vector<Owned<SecretCollection>> only;
+        only.push_back(std::move(collection));
+        if (unlock(keyring, only) == 0) {
+            throw StatusError{errSecUserCanceled};
+        }
+        collection = std::move(only.front());
     }
     return collection;
 }
@@ -141,7 +224,7 @@ Owned<SecretCollection> defaultCollection(SecretService& service)
 /// Creates the item in that collection or, without one, under the alias of the default collection, which is
 /// made where it does not exist.
 /// @returns false where there is no such collection
-bool createIn(SecretCollection* collection, SecretService& service, const ItemName& name,
+bool createIn(SecretCollection* collection, const Keyring& keyring, const ItemName& name,
               const SecretString& data)
 {
     ErrorReport report;
@@ -149,8 +232,9 @@ bool createIn(SecretCollection* collection, SecretService& service, const ItemNa
     const auto label = "Mirrowvale Authenticator (" + std::string(name.account) + ")";
     const char* place = collection == nullptr ? SECRET_COLLECTION_DEFAULT
                                               : g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection));
-    const auto isStored = secret_service_store_sync(&service, &schema, attributes.get(), place, label.c_str(),
-                                                    valueOf(data).get(), nullptr, report);
+    const auto isStored =
+        secret_service_store_sync(&keyring.service, &schema, attributes.get(), place, label.c_str(),
+                                  valueOf(data).get(), keyring.cancellable, report);
     if (report.saysMissing()) {
         return false;
     }
@@ -161,34 +245,42 @@ bool createIn(SecretCollection* collection, SecretService& service, const ItemNa
     return true;
 }
 
-void create(SecretService& service, const ItemName& name, const SecretString& data)
+void create(const Keyring& keyring, const ItemName& name, const SecretString& data)
 {
     // Some keyrings name a default collection that has no alias object, or have one only under its alias.
-    if (!createIn(defaultCollection(service).get(), service, name, data)) {
-        const auto made = defaultCollection(service);
-        if (!made || !createIn(made.get(), service, name, data)) {
+    if (!createIn(openDefaultCollection(keyring).get(), keyring, name, data)) {
+        const auto made = openDefaultCollection(keyring);
+        if (!made || !createIn(made.get(), keyring, name, data)) {
             throw StatusError{errSecIO};
         }
     }
-    const auto item = find(service, name);
+    const auto item = find(keyring, name);
     if (!item) {
         throw StatusError{errSecIO};
     }
-    requireStored(*item, data);
+    requireStored(keyring, *item, data);
 }
 
 } // namespace
 
 OSStatus SecretServiceCredentialStore::copyMatching(const SecDictionary& query, SecResult& result)
 {
-    return statusOf([&] {
+    return inTime([&](const Keyring& keyring) {
         result.emplace<std::monostate>();
         const auto name = requireName(query);
-        const auto service = connectToSecretService();
+        const bool isKnown = query.contains(kSecMatchKnownItem);
         if (!query.contains(kSecReturnData)) {
-            return find(*service, name) ? errSecSuccess : errSecItemNotFound;
+            if (find(keyring, name)) {
+                return errSecSuccess;
+            }
+            return lockedCollections(keyring, isKnown).empty() ? errSecItemNotFound
+                                                               : errSecInteractionNotAllowed;
         }
-        auto data = dataOf(*requireItem(*service, name));
+        const auto item = findUnlocked(keyring, name, isKnown);
+        if (!item) {
+            return errSecItemNotFound;
+        }
+        auto data = dataOf(keyring, *item);
         if (!data) {
             return errSecInteractionNotAllowed;
         }
@@ -199,29 +291,30 @@ OSStatus SecretServiceCredentialStore::copyMatching(const SecDictionary& query, 
 
 OSStatus SecretServiceCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes)
 {
-    return statusOf([&] {
+    return inTime([&](const Keyring& keyring) {
         const auto name = requireName(query);
         const auto& data = requireData(attributes);
-        const auto service = connectToSecretService();
-        const auto item = requireItem(*service, name);
+        const auto item = findUnlocked(keyring, name, false);
+        if (!item) {
+            return errSecItemNotFound;
+        }
         ErrorReport report;
-        secret_item_set_secret_sync(item.get(), valueOf(data).get(), nullptr, report);
+        secret_item_set_secret_sync(item.get(), valueOf(data).get(), keyring.cancellable, report);
         report.require();
-        requireStored(*item, data);
+        requireStored(keyring, *item, data);
         return errSecSuccess;
     });
 }
 
 OSStatus SecretServiceCredentialStore::add(const SecDictionary& attributes)
 {
-    return statusOf([&] {
+    return inTime([&](const Keyring& keyring) {
         const auto name = requireName(attributes);
         const auto& data = requireData(attributes);
-        const auto service = connectToSecretService();
-        if (find(*service, name)) {
+        if (findUnlocked(keyring, name, false)) {
             return errSecDuplicateItem;
         }
-        create(*service, name, data);
+        create(keyring, name, data);
         return errSecSuccess;
     });
 }

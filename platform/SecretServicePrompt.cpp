@@ -1,5 +1,7 @@
 #include "platform/SecretServicePrompt.h"
 
+#include "platform/SecretServiceDeadline.h"
+
 #include <memory>
 #include <string>
 
@@ -100,6 +102,7 @@ GVariant* resultOfPrompt(SecretService& service, SecretPrompt& prompt, const GVa
         g_set_error_literal(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER, "The service ended.");
         return nullptr;
     }
+    const SecretServiceDeadline::Pause pause;
     PromptContext context;
     PromptAnswer answer(g_dbus_proxy_get_connection(proxy), owner.get(), g_dbus_proxy_get_object_path(proxy));
     auto* reply = g_dbus_proxy_call_sync(proxy, "Prompt", g_variant_new("(s)", ""), G_DBUS_CALL_FLAGS_NONE,

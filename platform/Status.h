@@ -2,6 +2,7 @@
 
 #include "platform/Keychain.h"
 
+#include <cerrno>
 #include <new>
 #include <system_error>
 
@@ -18,6 +19,17 @@ OSStatus statusForErrno(int error);
 
 /// Throws `std::system_error` with the current `errno`.
 [[noreturn]] void throwErrno(const char* operation);
+
+/// Makes a system call, again as long as a signal interrupts it.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR) {
+        result = call();
+    }
+    return result;
+}
 
 /// Runs an operation that returns a status; whatever it throws comes back as one, too.
 template <typename Operation>

@@ -51,16 +51,20 @@ KeychainTokenStoreError::KeychainTokenStoreError(OSStatus unexpectedStatus)
 {
 }
 
-KeychainTokenStore::KeychainTokenStore(std::string serviceName, std::string accountName)
-    : service(std::move(serviceName)), account(std::move(accountName))
+KeychainTokenStore::KeychainTokenStore(std::string serviceName, std::string accountName, Place itemPlace)
+    : service(std::move(serviceName)), account(std::move(accountName)), place(itemPlace)
 {
 }
 
 SecDictionary KeychainTokenStore::query(std::string_view accountName) const
 {
-    return {{kSecClass, value(kSecClassGenericPassword)},
-            {kSecAttrService, value(service)},
-            {kSecAttrAccount, value(accountName)}};
+    SecDictionary entries{{kSecClass, value(kSecClassGenericPassword)},
+                          {kSecAttrService, value(service)},
+                          {kSecAttrAccount, value(accountName)}};
+    if (place == Place::reserve) {
+        entries.emplace(kSecUseReserve, true);
+    }
+    return entries;
 }
 
 std::vector<AuthToken> KeychainTokenStore::load() const

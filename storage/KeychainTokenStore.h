@@ -23,7 +23,10 @@ private:
 /// The token list as one generic-password item of the credential store; keeps no copy of it.
 class KeychainTokenStore {
 public:
-    KeychainTokenStore(std::string service, std::string account);
+    /// Which of the items of one name: that in its own place, or that in the reserve on this device.
+    enum class Place { own, reserve };
+
+    KeychainTokenStore(std::string service, std::string account, Place place = Place::own);
 
     /// The stored list in stored order; empty where there is no item.
     /// @throws KeychainTokenStoreError  a status other than success and not found
@@ -45,6 +48,7 @@ private:
 
     std::string service;
     std::string account;
+    Place place;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -3,6 +3,7 @@
 #include "core/StoredForm.h"
 #include "platform/LocalizedError.h"
 #include "platform/Text.h"
+#include "storage/TokenUnion.h"
 
 #include <algorithm>
 #include <limits>
@@ -11,6 +12,9 @@
 namespace MirrowvaleAuthenticator {
 
 namespace {
+
+constexpr auto service = "app.mirrowvale.authenticator.tokens";
+constexpr auto account = "vault";
 
 /// Orders by issuer as the user's locale does, regardless of case; equal ones stay as they were.
 void sortByIssuer(std::vector<AuthToken>& tokens)
@@ -43,7 +47,7 @@ void sortByIssuer(std::vector<AuthToken>& tokens)
 
 } // namespace
 
-TokenStore::TokenStore() : storage("app.mirrowvale.authenticator.tokens", "vault")
+TokenStore::TokenStore() : storage(service, account), reserve(service, account)
 {
     load();
 }
@@ -52,13 +56,13 @@ void TokenStore::load()
 {
     std::vector<AuthToken> loaded;
     std::optional<std::string> failure;
-    loadFailure = nullptr;
     try {
-        loaded = storage.load();
+        loaded = united(loadItem(), reserve.take());
         sortByIssuer(loaded);
+        item = Item::known;
     } catch (const std::exception& error) {
         failure = localizedDescription(error);
-        loadFailure = std::current_exception();
+        reserve.leave();
     }
     if (failure) {
         lastError = std::move(failure);
@@ -69,34 +73,59 @@ void TokenStore::load()
     }
 }
 
+/// Whoever takes the list into `tokens` then calls it known.
+std::vector<AuthToken> TokenStore::loadItem()
+{
+    item = Item::unreached;
+    try {
+        return storage.load();
+    } catch (const StoredFormError&) {
+        item = Item::unreadable;
+        throw;
+    } catch (const KeychainTokenStoreError& error) {
+        if (error.unexpectedStatus() == errSecDecode) {
+            item = Item::known; // the credential store itself sets aside what it cannot open
+        }
+        throw;
+    }
+}
+
 void TokenStore::persist()
 {
     std::optional<std::string> failure;
-    try {
-        spareUnreadableItem();
-        storage.save(*tokens);
-    } catch (const std::exception& error) {
-        failure = localizedDescription(error);
+    if (item == Item::unreached) {
+        failure = *lastError;
+    } else {
+        try {
+            saveItem();
+        } catch (const std::exception& error) {
+            failure = localizedDescription(error);
+        }
+    }
+    if (failure) {
+        reserve.keep(*tokens);
+    } else {
+        reserve.release();
     }
     lastError = std::move(failure);
 }
 
-void TokenStore::spareUnreadableItem()
+void TokenStore::saveItem()
 {
-    if (!loadFailure) {
-        return;
+    if (item == Item::unreadable) {
+        storage.setAside();
+        item = Item::known;
     }
     try {
-        std::rethrow_exception(loadFailure);
-    } catch (const StoredFormError&) {
-        storage.setAside();
+        storage.save(*tokens);
     } catch (const KeychainTokenStoreError& error) {
-        if (error.unexpectedStatus() != errSecDecode) {
+        if (error.unexpectedStatus() != errSecInvalidItemRef) {
             throw;
         }
-        // The credential store keeps what it cannot open itself, under another name, when it is replaced.
+        tokens = united(*tokens, loadItem());
+        item = Item::known;
+        storage.save(*tokens);
     }
-    loadFailure = nullptr;
 }
 
 void TokenStore::advanceCounter(const AuthToken& token)

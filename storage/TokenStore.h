@@ -3,8 +3,8 @@
 #include "core/AuthToken.h"
 #include "platform/ObservableObject.h"
 #include "storage/KeychainTokenStore.h"
+#include "storage/TokenReserve.h"
 
-#include <exception>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,10 +22,12 @@ public:
         *this}; ///< message of the last load or save, if it failed
 
     /// Replaces `tokens` by the stored list, sorted by issuer in the user's locale; empty after a failure.
+    /// What the reserve keeps becomes part of a list that could be loaded.
     void load();
 
-    /// Writes `tokens` to the credential store. After a failed load, the item that could not be read is set
-    /// aside first; one that could not even be reached is spared, and the save fails with the load's status.
+    /// Writes `tokens` to the credential store. After a failed load, an item that is no list is set aside
+    /// first; one that could not even be reached is spared, and `lastError` stays. A list that another
+    /// process has changed meanwhile is united with `tokens`. Whatever fails, the reserve keeps the list.
     void persist();
 
     /// Adds one to the counter of the listed token with `token`'s id and persists. A token that is not
@@ -33,10 +35,19 @@ public:
     void advanceCounter(const AuthToken& token);
 
 private:
-    void spareUnreadableItem();
+    /// What a save has to do with the stored item.
+    enum class Item {
+        known, ///< its tokens are listed, or it holds none: it may be replaced
+        unreadable, ///< it is no list: to be set aside before it is replaced
+        unreached, ///< not to be touched before a load has succeeded
+    };
+
+    std::vector<AuthToken> loadItem();
+    void saveItem();
 
     KeychainTokenStore storage;
-    std::exception_ptr loadFailure; ///< until the item that it concerns is out of danger
+    TokenReserve reserve;
+    Item item = Item::known;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 #include <iostream>
+#include <map>
+#include <optional>
 #include <set>
 
 namespace MirrowvaleAuthenticator {
@@ -14,8 +16,11 @@ struct Recording {
     DiskModel disk; ///< before
     std::multiset<std::string> treasures;
     std::set<std::string> allowed; ///< what a start may find after a cut on the way
+    std::string saved = listName(2); ///< what it has to find after the last call
     std::vector<SystemCall> calls{};
     std::size_t checkedFrom = 0; ///< cuts before this call are another recording's
+    /// The keyring's lists, each from a call on; a keyring's own crashes are tried in tests/keyring.
+    std::map<std::size_t, std::string> keyring{};
 };
 
 /// Saves list 2. Where `killedAt` is given, the program first dies before that call of a save of list 1, and
@@ -40,12 +45,51 @@ Recording record(const Start& start, std::optional<std::size_t> killedAt = {})
     return recording;
 }
 
+/// List 0 is in the keyring, list 9 was kept in the reserve while that could not be reached. List 2 is saved
+/// in the place of both, or kept beside both, since the keyring cannot be reached again.
+Recording recordTwoPlaces(bool isReached)
+{
+    Vault vault;
+    SystemCallTap tap;
+    vault.letKeyringAnswer(errSecSuccess);
+    EXPECT_EQ(Vault::save(0), "");
+    vault.letKeyringAnswer(errSecNotAvailable);
+    EXPECT_EQ(Vault::save(9), statusMessage(errSecNotAvailable));
+    const auto stored = [&] { return vault.keyring.data(Vault::service, "vault").value(); };
+    Recording recording{DiskModel(vault.home.root), {}, {"list 0 + list 9"}};
+    recording.keyring[0] = stored();
+    tap.recorded.clear();
+    tap.largestWrite = 100;
+    if (isReached) {
+        vault.letKeyringAnswer(errSecSuccess);
+        recording.allowed.insert({"list 2 + list 9", "list 2"});
+    } else {
+        recording.saved = "list 0 + list 2 + list 9";
+        recording.allowed.insert(recording.saved);
+    }
+    std::optional<std::size_t> savedAt;
+    tap.fault = [&](std::size_t) {
+        if (!savedAt && stored() != recording.keyring[0]) {
+            savedAt = tap.recorded.size();
+        }
+        return 0;
+    };
+    EXPECT_EQ(Vault::save(2), isReached ? "" : statusMessage(errSecNotAvailable));
+    recording.calls = std::move(tap.recorded);
+    recording.keyring[savedAt.value_or(recording.calls.size())] = stored();
+    return recording;
+}
+
 /// What is wrong with a disk that a cut left, or nothing.
 std::string faultOf(const DiskModel::Tree& tree, const Recording& recording,
-                    const std::set<std::string>& allowed)
+                    const std::set<std::string>& allowed, const std::string* keyringList)
 {
-    static const Vault vault;
+    static Vault vault;
     vault.clear();
+    vault.letKeyringAnswer(keyringList == nullptr ? errSecNotAvailable : errSecSuccess);
+    if (keyringList != nullptr) {
+        vault.keyring.put(Vault::service, "vault", *keyringList);
+    }
     for (const auto& [path, bytes] : tree) {
         if (bytes) {
             overwrite(vault.home.root / path, *bytes);
@@ -81,14 +125,16 @@ std::size_t check(const Recording& recording)
             continue;
         }
         const bool isSaved = done == recording.calls.size();
-        const auto& allowed = isSaved ? std::set{listName(2)} : recording.allowed;
+        const auto& allowed = isSaved ? std::set{recording.saved} : recording.allowed;
+        const auto list = recording.keyring.upper_bound(done);
+        const auto* keyringList = list == recording.keyring.begin() ? nullptr : &std::prev(list)->second;
         if (isSaved) {
             seen.clear(); // what was good enough on the way may be so no more
         }
         disk.forEachState(tears, [&](const DiskModel::Tree& tree) {
             ++states;
             if (!testing::Test::HasFailure() && seen.insert(tree).second) {
-                EXPECT_EQ(faultOf(tree, recording, allowed), "") << "cut before call " << done;
+                EXPECT_EQ(faultOf(tree, recording, allowed, keyringList), "") << "cut before call " << done;
             }
         });
     }
@@ -96,6 +142,16 @@ std::size_t check(const Recording& recording)
 }
 
 } // namespace
+
+TEST(PowerCut, LosesNoTokenOfTwoPlaces)
+{
+    for (const bool isReached : {true, false}) {
+        const auto recording = recordTwoPlaces(isReached);
+        EXPECT_FALSE(recording.calls.empty());
+        std::cout << "keyring " << (isReached ? "reached: " : "not reached: ") << check(recording)
+                  << " states\n";
+    }
+}
 
 TEST(PowerCut, LeavesTheOldOrTheNewList)
 {

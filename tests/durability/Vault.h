@@ -1,16 +1,19 @@
 #pragma once
 
+#include "platform/DeviceCredentialStore.h"
 #include "platform/EmbeddedCredentialStore.h"
 #include "storage/TokenStore.h"
-#include "tests/support/KeychainEntries.h"
+#include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <set>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace MirrowvaleAuthenticator {
@@ -33,6 +36,8 @@ inline std::vector<AuthToken> numberedList(int number)
         token.issuer = "list " + std::to_string(number);
         token.secretBase32 = "GEZDGNBVGY3TQOJQ";
         token.counter = static_cast<std::uint64_t>(&token - tokens.data());
+        token.id.bytes = {static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(number >> 8),
+                          static_cast<std::uint8_t>(number >> 16), static_cast<std::uint8_t>(token.counter)};
     }
     return tokens;
 }
@@ -42,14 +47,21 @@ inline std::string listName(int number)
     return "list " + std::to_string(number);
 }
 
-/// "list 3" for the whole list 3, "nothing" for an empty one.
+/// "list 3" for the whole list 3, "nothing" for an empty one, "list 2 + list 3" for both.
 inline std::string nameOf(const std::vector<AuthToken>& tokens)
 {
-    if (tokens.empty()) {
-        return "nothing";
+    std::string names;
+    for (auto first = tokens.begin(); first != tokens.end();) {
+        const auto& name = first->issuer;
+        const auto list = numberedList(name.size() > 5 ? std::atoi(name.c_str() + 5) : 0);
+        const auto count = std::min<std::ptrdiff_t>(tokens.end() - first, std::ssize(list));
+        if (!std::equal(first, first + count, list.begin(), list.end())) {
+            return "a spoilt list";
+        }
+        names += (names.empty() ? "" : " + ") + name;
+        first += count;
     }
-    const auto& name = tokens.front().issuer;
-    return name.size() > 5 && tokens == numberedList(std::atoi(name.c_str() + 5)) ? name : "a spoilt list";
+    return names.empty() ? "nothing" : names;
 }
 
 inline std::string statusMessage(OSStatus status)
@@ -63,19 +75,46 @@ inline fs::path quickFolder()
     return access("/dev/shm", W_OK) == 0 ? "/dev/shm" : std::filesystem::temp_directory_path();
 }
 
-/// A home with an embedded credential store, which is in use while it lives; of several, the latest one's.
+/// A home with a device's credential store, which is in use while it lives; of several, the latest one's. Its
+/// keyring cannot be reached unless a test lets it answer.
 class Vault {
 public:
-    explicit Vault(const fs::path& parent = quickFolder()) : home(parent) { }
+    explicit Vault(const fs::path& parent = quickFolder()) : home(parent)
+    {
+        letKeyringAnswer(errSecNotAvailable);
+        restart();
+    }
+    ~Vault() { current = previous; }
+    Vault(const Vault&) = delete;
+    Vault& operator=(const Vault&) = delete;
 
     static constexpr auto service = tokenStoreService;
     const TemporaryHome home;
     const fs::path item = home.data() / (std::string(service) + "_vault.sealed");
     const fs::path key = home.state() / "device.key";
+    ScriptedCredentialStore keyring;
+
+    /// From now on, all operations of the keyring answer this; success: they do what they should.
+    void letKeyringAnswer(OSStatus status)
+    {
+        using enum ScriptedCredentialStore::Operation;
+        for (const auto operation : {copyMatching, update, add}) {
+            keyring.answerAlways(operation, status);
+        }
+    }
+
+    /// The program ends; the next one finds out anew where its list lives.
+    static void restart()
+    {
+        current->device.emplace(current->keyring, current->sealedFiles, current->home.state());
+        current->inPlace.reset(); // first: it goes back to what was in place before it
+        current->inPlace.emplace(*current->device);
+    }
 
     /// What a start of the program finds: a list's name, or the message of what went wrong.
     static std::string found()
     {
+        restart();
         const TokenStore store;
         return store.lastError->value_or(nameOf(*store.tokens));
     }
@@ -90,6 +129,7 @@ public:
     }
     static std::string save(int number)
     {
+        restart();
         TokenStore store;
         return save(store, number);
     }
@@ -127,8 +167,11 @@ public:
     }
 
 private:
-    EmbeddedCredentialStore store{home.data(), home.state()};
-    CredentialStoreOverride inPlace{store};
+    static inline Vault* current = nullptr;
+    Vault* previous = std::exchange(current, this);
+    EmbeddedCredentialStore sealedFiles{home.data(), home.state()};
+    std::optional<DeviceCredentialStore> device;
+    std::optional<CredentialStoreOverride> inPlace;
 };
 
 /// What a save may start from, made out of a stored list 0.

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <iostream>
 #include <optional>
+#include <set>
 #include <sstream>
 
 using namespace MirrowvaleAuthenticator;
@@ -27,9 +28,18 @@ std::string find(const std::string& account)
     return std::to_string(status) + (data == nullptr ? "" : " " + std::string(*data));
 }
 
-/// Status of the update, then that of an add where one follows.
+/// Status of the update, then that of an add where one follows; or of the search without which the
+/// application saves nothing.
 std::string save(const std::string& account, const std::string& data)
 {
+    static std::set<std::string> seen;
+    if (seen.insert(account).second) {
+        SecResult ignored;
+        const auto found = SecItemCopyMatching(itemSearch(service, account), ignored);
+        if (found != errSecSuccess && found != errSecItemNotFound) {
+            return std::to_string(found);
+        }
+    }
     const auto updated = SecItemUpdate(itemName(service, account), itemContent(data));
     return updated != errSecItemNotFound
         ? std::to_string(updated)
@@ -69,10 +79,11 @@ std::string answer(const std::string& line)
     if (command == "save") {
         return save(argument, rest);
     }
+    if (command == "list" || !store) {
+        store.emplace();
+    }
     if (command == "append") {
         append(std::stoul(argument), rest);
-    } else {
-        store.emplace();
     }
     return list();
 }

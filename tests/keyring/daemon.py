@@ -5,6 +5,7 @@ import os
 import pathlib
 import random
 import shutil
+import signal
 import subprocess
 
 import gi
@@ -15,6 +16,7 @@ gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib
 
 root = "/org/freedesktop/secrets"
+unreachable = "Keychain operation failed with status -25291."
 
 
 class DaemonTest(harness.KeyringTest):
@@ -102,9 +104,21 @@ class DaemonTest(harness.KeyringTest):
         self.assertRegex(probe("find vault"), "^-(128|25308)$")
         self.endDaemon()
         self.startDaemon("--unlock")
-        self.assertEqual(self.probe()("list"), "1 sorted ")
+        self.assertEqual(self.probe()("list"), "2 sorted ")
         self.assertEqual(probe("append 1 C"), "3 sorted ")
         self.assertEqual((self.probe()("list"), len(self.items())), ("3 sorted ", 1))
+
+    def testAFrozenDaemonLosesNothing(self):
+        self.startDaemon("--unlock")
+        self.probe()("append 3 A")
+        running = self.probe()
+        running("list")
+        self.daemon.send_signal(signal.SIGSTOP)
+        self.assertEqual(running("append 1 B"), "4 sorted " + unreachable)  # within the harness's patience
+        started = self.probe()
+        self.assertEqual((started("list"), started("append 1 C")), ("0 sorted " + unreachable, "1 sorted " + unreachable))
+        self.daemon.send_signal(signal.SIGCONT)
+        self.assertEqual(self.probe()("list"), "5 sorted ")
 
     def testWithoutAPromptNoCollectionIsMadeAndNoMarkLeft(self):
         self.startDaemon()

@@ -48,6 +48,8 @@ class Service:
         "shows default": True,  # whether it is an object under its own path
         "has alias": True,  # whether its alias is an object, too
         "locks again": False,  # after each use of an item
+        "hides": False,  # what is locked, and what it holds
+        "silent": False,  # never answers
         "keeps schema": True,
         "fails": {},  # by method: the error's name, or "exit"
         "forgets": [],  # methods that report success and do nothing
@@ -124,6 +126,8 @@ class Service:
 
     def called(self, bus, sender, path, interface, method, parameters, invocation):
         path = self.default if path.endswith("/aliases/default") else path
+        if self.script["silent"]:
+            return
         try:
             failure = self.script["fails"].get(method)
             if failure == "exit":
@@ -151,7 +155,7 @@ class Service:
     def SearchItems(self, path, attributes):
         found = [path for path, item in self.items.items() if attributes.items() <= item["attributes"].items()]
         locked = [path for path in found if self.lockedCollection(path)]
-        return [path for path in found if path not in locked], locked
+        return [path for path in found if path not in locked], [] if self.script["hides"] else locked
 
     def Unlock(self, path, objects):
         locked = set(map(self.lockedCollection, objects)) - {None}

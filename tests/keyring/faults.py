@@ -1,6 +1,7 @@
 """The credential store over keyrings that differ, fail, forget and go away, as a scripted service plays them."""
 
 import json
+import shutil
 import sys
 
 import harness
@@ -11,14 +12,17 @@ locked, cancelled, inputOutput = "-25308", "-128", "-36"
 noRight, noMemory, undecodable = "-61", "-108", "-26275"
 failed = "Keychain operation failed with status {}."
 stored = {"login": {"attributes": attributes, "data": first}}
-inKeyring, inSealedFile, nowhere = (["keyring\n"], []), (["sealed files\n"],
-                                    ["app.mirrowvale.authenticator.tokens_vault.sealed"]), ([], [])
+sealed = ["app.mirrowvale.authenticator.tokens_vault.sealed"]
+inKeyring, inSealedFile, nowhere = (["keyring\n"], []), ([], sealed), ([], [])
 
 
 class FaultTest(harness.KeyringTest):
     def startOver(self):
         self.doCleanups()
         self.setUp()
+
+    def forgetAll(self):
+        shutil.rmtree(self.home / ".local", ignore_errors=True)
 
     def create(self, answer=f"{notFound} {success}"):
         self.assertEqual(self.probe()(f"save vault {first}"), answer)
@@ -80,11 +84,10 @@ class FaultTest(harness.KeyringTest):
     def testAFailedCreationLeavesNothing(self):
         for script, answer in (
             ({"default": False, "prompt": "dismiss"}, f"{notFound} {cancelled}"),
-            ({"locked": {"login": True}, "prompt": "dismiss"}, f"{notFound} {cancelled}"),
+            ({"locked": {"login": True}, "prompt": "dismiss"}, cancelled),
             ({"forgets": ["CreateItem"]}, f"{notFound} {inputOutput}"),
             ({"fails": {"CreateItem": "org.freedesktop.DBus.Error.AccessDenied"}}, f"{notFound} {noRight}"),
             ({"fails": {"CreateItem": "org.freedesktop.Secret.Error.NoSession"}}, f"{notFound} {inputOutput}"),
-            ({"fails": {"SearchItems": "org.freedesktop.DBus.Error.AccessDenied"}}, noRight),
         ):
             with self.subTest(script):
                 self.startOver()
@@ -96,13 +99,7 @@ class FaultTest(harness.KeyringTest):
                 self.create()
                 self.assertOneItem(fake, first)
 
-    def testAServiceThatEndsDuringCreationKeepsTheMark(self):
-        Fake(self, fails={"CreateItem": "exit"})
-        self.create(f"{notFound} {notAvailable}")
-        self.assertEqual(self.probe()("find vault"), notAvailable)
-        self.assertOneItem(self.settle(), first)
-
-    def testEachFailureHasItsStatusAndSparesTheItem(self):
+    def testEachFailureHasItsStatusAndLosesNothing(self):
         secret, bus = "org.freedesktop.Secret.Error.", "org.freedesktop.DBus.Error."
         for error, status in (
             (secret + "IsLocked", locked), (secret + "NoSuchObject", inputOutput),
@@ -111,11 +108,13 @@ class FaultTest(harness.KeyringTest):
         ):
             self.startOver()
             fake = Fake(self, items=stored)
-            probe = self.probe()
-            probe("list")
             for method in ("OpenSession", "SearchItems", "GetSecret", "SetSecret", "Unlock",
                            *(["Get"] if error == "exit" else [])):
                 with self.subTest(error=error, method=method):
+                    self.forgetAll()
+                    fake.tell(fails={}, data={"vault": first}, locked={"login": False})
+                    probe = self.probe()
+                    probe("list")
                     fake.tell(locked={"login": method == "Unlock"}, fails={method: error})
                     failure = failed.format(status)
                     self.assertEqual((probe("list"), probe("append 1 A")),
@@ -123,8 +122,9 @@ class FaultTest(harness.KeyringTest):
                     if error == "exit":
                         fake = Fake(self, items=stored)
                     fake.tell(fails={}, locked={"login": False})
-                    self.assertOneItem(fake, first)
-                    self.assertEqual(probe("find vault"), f"{success} {first}")
+                    self.assertEqual(([item["data"] for item in fake.look().items], self.traces()),
+                                     ([first], (["keyring\n"], sealed)))
+                    self.assertEqual(self.probe()("list"), "1 sorted ")
 
     def testASaveThatTheServiceForgetsIsNoSuccess(self):
         self.settle().tell(forgets=["SetSecret"])
@@ -156,36 +156,84 @@ class FaultTest(harness.KeyringTest):
         self.assertEqual(probe(f"save vault {second}"), success)
         self.assertEqual([item["data"] for item in fake.look().items], [second])
 
-    def testASealedFileStaysInUseBesideAKeyring(self):
-        self.create()
-        self.assertEqual(self.traces(), inSealedFile)
-        fake = Fake(self, items={"login": {"attributes": attributes, "data": "stray"}})
-        for loseMark in (lambda: None, self.mark.unlink):
-            loseMark()
-            self.assertEqual(self.probe()("find vault"), f"{success} {first}")
-            self.assertEqual(self.probe()(f"save vault {first}"), success)
-        self.assertEqual([item["data"] for item in fake.look().items], ["stray"])
+    def testWhatIsAddedWhileTheKeyringIsAwayIsKept(self):
+        """Gone, locked, hidden or silent, back in the same run or for the next: no token is lost or shown twice."""
+        closed = {"locked": {"login": True}, "prompt": "dismiss"}
+        for name, script, status, losesState in (
+            ("locked", closed, cancelled, False), ("hidden", {**closed, "hides": True}, cancelled, False),
+            ("silent", {"silent": True}, notAvailable, False), ("gone", None, notAvailable, False),
+            ("gone, with the state folder", None, "", True),
+        ):
+            with self.subTest(name):
+                self.startOver()
+                fake = Fake(self)
+                self.probe()("append 3 A")
+                items = fake.look().items
+                failure = failed.format(status) if status else ""
+                fake.end() if script is None else fake.tell(**script)
+                if losesState:
+                    shutil.rmtree(self.mark.parent)
+                probe = self.probe()
+                self.assertEqual((probe("list"), probe("append 1 B")), ("0 sorted " + failure, "1 sorted " + failure))
+                self.assertEqual(self.probe()("list"), ("1" if losesState else "0") + " sorted " + failure)
+                back = {"locked": {"login": False}, "silent": False, "hides": False}
+                fake = (Fake(self, items={"login": {key: items[0][key] for key in ("attributes", "data")}})
+                        if script is None else fake.tell(**back))
+                self.assertEqual(probe("append 1 C"), "2 sorted " + failure)
+                self.assertEqual([item["data"] for item in fake.look().items], [items[0]["data"]])
+                probe = self.probe()
+                self.assertEqual((probe("list"), probe("append 1 D")), ("5 sorted ", "6 sorted "))
+                self.assertEqual((self.probe()("list"), self.traces()), ("6 sorted ", (["keyring\n"], sealed)))
+                fake.tell(data={"vault": first})  # all six were in the keyring, and nowhere else
+                self.assertEqual(self.probe()("list"), "0 sorted ")
 
-    def testNothingIsDoneWithoutAMarkThatCanBeTrusted(self):
-        fake = self.settle()
-        self.mark.write_text("keyrin")
-        self.assertEqual((self.probe()("find vault"), self.probe()(f"save vault {second}")), (undecodable, undecodable))
-        self.assertEqual((fake.look().items[0]["data"], self.traces()), (first, (["keyrin"], [])))
-        self.startOver()
+    def testNotFoundIsSaidOnlyByAnOpenKeyring(self):
+        for collection, isMarked, prompt, answer in (
+            ("login", True, "grant", "3 sorted "), ("login", False, "grant", "3 sorted "),
+            ("login", False, "dismiss", "0 sorted " + failed.format(cancelled)), ("work", True, "grant", "3 sorted "),
+        ):
+            with self.subTest(collection=collection, isMarked=isMarked, prompt=prompt):
+                self.startOver()
+                fake = Fake(self)
+                self.probe()("append 3 A")
+                data = fake.look().items[0]["data"]
+                fake.end()
+                fake = Fake(self, items={collection: {"attributes": attributes, "data": data}})
+                if not isMarked:
+                    self.mark.unlink()
+                fake.tell(locked={collection: True}, hides=True, prompt=prompt)
+                self.assertEqual(self.probe()("list"), answer)
+
+    def testAListThatExistsNowhereIsCreatedInTheSealedFile(self):
+        for script in ({"fails": {"SearchItems": "org.freedesktop.DBus.Error.AccessDenied"}}, {"silent": True}):
+            with self.subTest(script):
+                self.startOver()
+                fake = Fake(self, **script)
+                probe = self.probe()
+                self.assertEqual((probe("list"), probe("append 1 A")), ("0 sorted ", "1 sorted "))
+                fake.tell(fails={}, silent=False)
+                probe = self.probe()
+                self.assertEqual((probe("list"), probe("append 1 B")), ("1 sorted ", "2 sorted "))
+                self.assertEqual((fake.look().items, self.traces()), ([], (["sealed files\n"], sealed)))
+                fake.tell(locked={"login": True}, prompt="dismiss", hides=True)
+                self.assertEqual((self.probe()("list"), fake.look().prompts), ("2 sorted ", 0))
+
+    def testADamagedMarkIsNone(self):
         fake = Fake(self)
-        self.mark.parents[2].mkdir()
-        self.mark.parents[1].symlink_to("/nonexistent")
-        self.create(f"{notFound} {inputOutput}")
-        self.assertEqual((fake.look().items, self.traces()), ([], nowhere))
+        self.probe()("append 2 A")
+        for damage in ("", "keyrin", "sealed files"):
+            self.mark.write_text(damage)
+            self.assertEqual((self.probe()("list"), self.traces()), ("2 sorted ", inKeyring))
+        fake.end()
+        self.mark.write_text("keyrin")
+        probe = self.probe()
+        self.assertEqual((probe("list"), probe("append 1 A")), ("0 sorted ", "1 sorted "))
 
     def testALostMarkIsRenewedWithoutAsking(self):
         fake = self.settle()
-        for script, answer, prompts in (({}, f"{success} {first}", 0),
-                                        ({"locked": {"login": True}, "prompt": "dismiss"}, cancelled, 1)):
-            self.mark.unlink()
-            fake.tell(**script)
-            self.assertEqual(self.probe()("find vault"), answer)
-            self.assertEqual((self.traces(), fake.look().prompts), (inKeyring, prompts))
+        self.mark.unlink()
+        self.assertEqual(self.probe()("find vault"), f"{success} {first}")
+        self.assertEqual((self.traces(), fake.look().prompts), (inKeyring, 0))
 
     def testALockedKeyringAsksOnce(self):
         fake = self.settle()

@@ -15,7 +15,7 @@ attributes = {"class": "generic-password", "service": "app.mirrowvale.authentica
 first, second = "[]", "[ ]"  # two forms of an empty list
 
 probe = None  # the program under test
-patience = 20  # seconds until something that does not come counts as failed
+patience = 15  # seconds until something that does not come counts as failed
 folder = pathlib.Path(__file__).parent
 
 # A bus that knows the services of this machine would bring up its keyring.

@@ -33,6 +33,25 @@ TEST(EmbeddedStore, keepsItemsApartWhateverTheirNames)
     }
 }
 
+TEST(EmbeddedStore, writesOverNothingThatItHasNotRead)
+{
+    const TemporaryHome home;
+    EmbeddedCredentialStore ours(home.data(), home.state());
+    EmbeddedCredentialStore theirs(home.data(), home.state()); // as of another process
+    const auto name = itemName("service", "vault");
+    const auto search = itemSearch("service", "vault");
+    SecResult result;
+    ASSERT_EQ(ours.add(item("service", "vault", "[1]")), errSecSuccess);
+    EXPECT_EQ(theirs.copyMatching(name, result), errSecSuccess);
+    EXPECT_EQ(theirs.update(name, itemContent("[2]")), errSecInvalidItemRef) << "looked for and not read";
+    EXPECT_EQ(theirs.copyMatching(search, result), errSecSuccess);
+    EXPECT_EQ(theirs.update(name, itemContent("[2]")), errSecSuccess);
+    EXPECT_EQ(ours.update(name, itemContent("[3]")), errSecInvalidItemRef);
+    EXPECT_EQ(ours.copyMatching(search, result), errSecSuccess);
+    EXPECT_EQ(std::get<SecretString>(result), "[2]");
+    EXPECT_EQ(ours.update(name, itemContent("[3]")), errSecSuccess);
+}
+
 TEST(PrivateFolder, liesWhereTheEnvironmentSays)
 {
     const TemporaryHome home;

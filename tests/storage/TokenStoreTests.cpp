@@ -1,6 +1,7 @@
 #include "storage/TokenStore.h"
 
 #include "core/StoredForm.h"
+#include "storage/TokenUnion.h"
 #include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/Tokens.h"
 
@@ -127,17 +128,15 @@ TEST_F(TokenStoreTest, announcesEachAssignmentOnceBeforeItHappens)
     store.persist();
     expect({{2, 6, lockedMessage}});
 
-    // A success assigns `tokens` first, a failure `lastError`.
+    // A failure assigns `lastError` first, a success `tokens`.
     put({tokenNamed("c", "", 7)});
-    credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
-    store.persist();
-    store.load();
-    expect({{2, 6, {}}, {2, 6, lockedMessage}, {1, 7, lockedMessage}});
     credentials.answerNext(Operation::copyMatching, errSecInteractionNotAllowed);
     store.load();
-    expect({{1, 7, {}}, {1, 7, lockedMessage}});
+    expect({{2, 6, {}}, {2, 6, lockedMessage}});
     EXPECT_TRUE(store.tokens->empty());
-    EXPECT_EQ(*store.lastError, lockedMessage);
+    store.load();
+    expect({{0, 0, lockedMessage}, {1, 7, lockedMessage}});
+    EXPECT_EQ(*store.lastError, std::nullopt);
 }
 
 TEST_F(TokenStoreTest, aNewTokenStaysLastUntilTheNextStart)
@@ -224,26 +223,98 @@ TEST_F(TokenStoreTest, dataThatIsNoListIsSetAsideOnceBeforeTheFirstSave)
     store.persist();
     EXPECT_EQ(*store.lastError, std::nullopt);
     EXPECT_EQ(stored("vault.unreadable-1"), "damaged");
-    EXPECT_EQ(credentials.itemCount(), 2U) << "set aside twice";
+    EXPECT_EQ(stored("vault.unreadable-2"), std::nullopt) << "set aside twice";
     EXPECT_EQ(storedTokens(), *store.tokens);
 }
 
-TEST_F(TokenStoreTest, anItemThatCouldNotBeReachedIsNeverReplaced)
+TEST_F(TokenStoreTest, whatIsAddedWhileTheItemCannotBeReachedIsKeptUntilItIsSavedThere)
 {
     put({tokenNamed("kept")});
+    credentials.put(tokenStoreService, "vault (reserve)", encodeTokens({tokenNamed("earlier")}));
     credentials.answerNext(Operation::copyMatching, errSecInteractionNotAllowed);
     TokenStore store;
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        append(store, tokenNamed("a"));
-        store.advanceCounter(store.tokens->front());
+    for (const auto* issuer : {"b", "a", "dropped"}) {
+        append(store, tokenNamed(issuer));
         EXPECT_EQ(*store.lastError, lockedMessage);
     }
+    store.tokens.modify([&](auto& tokens) { tokens.pop_back(); });
+    store.advanceCounter(store.tokens->front());
+    EXPECT_EQ(issuers(*store.tokens), (Names{"b", "a"}));
     EXPECT_EQ(writes(), 0U);
 
     store.load();
-    append(store, tokenNamed("b"));
+    EXPECT_EQ(issuers(*store.tokens), (Names{"a", "b", "earlier", "kept"}));
+    EXPECT_EQ(store.tokens->at(1).counter, 1U);
+    EXPECT_EQ(writes(), 0U);
+    append(store, tokenNamed("c"));
     EXPECT_EQ(*store.lastError, std::nullopt);
-    EXPECT_EQ(issuers(storedTokens()), (Names{"kept", "b"}));
+    EXPECT_EQ(issuers(storedTokens()), (Names{"a", "b", "earlier", "kept", "c"}));
+    EXPECT_EQ(stored("vault (reserve)"), "[]");
+}
+
+TEST_F(TokenStoreTest, whatIsKeptIsLeftAloneWhileTheListIsUnreadable)
+{
+    put("damaged");
+    credentials.put(tokenStoreService, "vault (reserve)", encodeTokens({tokenNamed("kept")}));
+    TokenStore store;
+    append(store, tokenNamed("a"));
+    EXPECT_EQ(issuers(storedTokens()), (Names{"a"}));
+    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "kept"}));
+
+    credentials.put(tokenStoreService, "vault (reserve)", "damaged, too");
+    credentials.answerAlways(Operation::update, errSecInteractionNotAllowed);
+    TokenStore started;
+    append(started, tokenNamed("b"));
+    EXPECT_EQ(stored("vault.unreadable-1 (reserve)"), "damaged, too");
+    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b"}));
+}
+
+TEST_F(TokenStoreTest, aListThatAnotherProcessHasChangedIsUnitedWithOurs)
+{
+    const auto shared = tokenNamed("shared", "", 5);
+    put({shared});
+    TokenStore store;
+    auto advanced = shared;
+    advanced.counter = 8;
+    put({tokenNamed("theirs"), advanced});
+    credentials.answerNext(Operation::update, errSecInvalidItemRef);
+    append(store, tokenNamed("ours"));
+    EXPECT_EQ(*store.lastError, std::nullopt);
+    EXPECT_EQ(issuers(*store.tokens), (Names{"shared", "ours", "theirs"}));
+    EXPECT_EQ(store.tokens->front().counter, 8U);
+    EXPECT_EQ(storedTokens(), *store.tokens);
+
+    put("damaged");
+    credentials.answerNext(Operation::update, errSecInvalidItemRef);
+    append(store, tokenNamed("later"));
+    store.persist();
+    EXPECT_EQ(stored("vault.unreadable-1"), "damaged");
+    EXPECT_EQ(storedTokens(), *store.tokens);
+}
+
+TEST(TokenUnion, hasEachTokenOnceWithItsLargerCounter)
+{
+    const auto a = tokenNamed("a", "", 3);
+    const auto b = tokenNamed("b", "", 3);
+    auto older = a;
+    auto newer = a;
+    older.counter = 2;
+    newer.counter = 4;
+    const struct {
+        std::vector<AuthToken> ours, theirs, both;
+    } table[] = {
+        {{}, {a, b}, {a, b}},
+        {{a}, {}, {a}},
+        {{b}, {a}, {b, a}},
+        {{a, b}, {b, a}, {a, b}},
+        {{a, b}, {newer}, {newer, b}},
+        {{a}, {older}, {a}},
+        {{a, older}, {newer}, {newer, older}},
+        {{}, {older, a}, {a}},
+    };
+    for (const auto& row : table) {
+        EXPECT_EQ(united(row.ours, row.theirs), row.both);
+    }
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -14,7 +14,8 @@
 namespace MirrowvaleAuthenticator {
 
 /// A credential store in memory, for tests: behaves like the platform's, records every call, and does what it
-/// is told to do instead.
+/// is told to do instead. Calls on the reserve, whose items have " (reserve)" behind their accounts here, are
+/// neither recorded nor scripted.
 class ScriptedCredentialStore : public CredentialStore {
 public:
     enum class Operation { copyMatching, update, add };
@@ -101,12 +102,16 @@ private:
     static Name name(const SecDictionary& entries)
     {
         return {std::get<SecretString>(entries.at(kSecAttrService)),
-                std::get<SecretString>(entries.at(kSecAttrAccount))};
+                std::get<SecretString>(entries.at(kSecAttrAccount))
+                    + (entries.contains(kSecUseReserve) ? " (reserve)" : "")};
     }
 
     template <typename Usual>
     OSStatus answer(Call call, Usual usual)
     {
+        if (call.query.contains(kSecUseReserve) || call.attributes.contains(kSecUseReserve)) {
+            return usual();
+        }
         auto& script = scripts[call.operation];
         calls.push_back(std::move(call));
         auto status = script.always;

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "storage/KeychainTokenStore.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace MirrowvaleAuthenticator {
+
+/// The tokens whose save failed, kept on this device until the list's own place has them. It may also hold a
+/// whole list, where one came to lie in both places.
+///
+/// No operation throws: the reserve is the last resort, and what it cannot do leaves it as it was.
+class TokenReserve {
+public:
+    TokenReserve(std::string service, std::string account);
+
+    /// What is kept, which becomes part of the list that was loaded; empty where it cannot be read.
+    std::vector<AuthToken> take();
+
+    /// The list could not be loaded: whatever is kept is no part of it.
+    void leave();
+
+    /// Keeps a list that could not be saved, beside what is kept and no part of it.
+    void keep(const std::vector<AuthToken>& tokens);
+
+    /// The list was saved in its own place: what was taken is kept no longer.
+    void release();
+
+private:
+    void readApart();
+
+    KeychainTokenStore storage;
+    std::optional<std::vector<AuthToken>> apart; ///< what is kept and no part of the list, once it was read
+    bool isInUse = false;
+};
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,30 @@
+#include "storage/TokenUnion.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <unordered_map>
+
+namespace MirrowvaleAuthenticator {
+
+std::vector<AuthToken> united(std::vector<AuthToken> tokens, const std::vector<AuthToken>& others)
+{
+    if (others.empty()) {
+        return tokens;
+    }
+    std::unordered_map<UUID, std::size_t, UUIDHash> places; // of the first token with an id
+    for (const auto& token : tokens) {
+        places.emplace(token.id, places.size());
+    }
+    for (const auto& other : others) {
+        const auto [found, isNew] = places.emplace(other.id, tokens.size());
+        if (isNew) {
+            tokens.push_back(other);
+        } else {
+            auto& counter = tokens[found->second].counter;
+            counter = std::max(counter, other.counter);
+        }
+    }
+    return tokens;
+}
+
+} // namespace MirrowvaleAuthenticator
