@@ -1,5 +1,10 @@
 #include "ui/ContentView.h"
 
+#include "ui/Pasteboard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
 #include <chrono>
 #include <utility>
 #include <vector>
@@ -59,6 +64,9 @@ void ContentView::setShowingAdd(bool showing)
         replaceForm(nullptr);
         replaceForm(new AddTokenView(
             store, [this] { setShowingAdd(false); }, this));
+        // What is selected in the form may be a secret, which is nobody else's to paste.
+        connect(QGuiApplication::clipboard(), &QClipboard::selectionChanged, form,
+                &Pasteboard::withdrawSelection, Qt::QueuedConnection);
     }
     emit showingAddChanged();
 }
@@ -78,6 +86,7 @@ void ContentView::replaceForm(AddTokenView* next)
     }
     emit addTokenViewChanged();
     if (previous != nullptr) {
+        Pasteboard::withdrawSelection();
         previous->deleteLater(); // it may be the one that asked for this
     }
 }

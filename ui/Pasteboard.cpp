@@ -16,4 +16,12 @@ void Pasteboard::setString(const QString& text)
     QGuiApplication::clipboard()->setMimeData(data.release());
 }
 
+void Pasteboard::withdrawSelection()
+{
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    if (clipboard->ownsSelection()) {
+        clipboard->clear(QClipboard::Selection);
+    }
+}
+
 } // namespace MirrowvaleAuthenticator

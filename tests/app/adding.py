@@ -1,6 +1,6 @@
 """Adding tokens through the sheet: by URI, by hand, by pointer and by keyboard."""
 
-from harness import WindowTest, drag, key, main, secret, typeText
+from harness import WindowTest, clipboard, drag, key, main, secret, setClipboard, typeText
 
 secretField = "Base32 secret"
 sha256Key = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQGEZA"
@@ -12,6 +12,11 @@ class AddingTest(WindowTest):
         self.find("No tokens yet")
         self.openSheet()
         self.fill("otpauth:// URI", f"otpauth://totp/Acme:alice?secret={sha256Key}&algorithm=SHA256&digits=8\n")
+        setClipboard("selected elsewhere", "primary")
+        field = self.find("otpauth:// URI")
+        drag(field.left + 3, field.y, field.left + field.width - 3, field.y)
+        self.until(lambda: clipboard(selection="primary") == "",
+                   lambda: f"a middle click pastes {clipboard(selection='primary')!r}")
         self.find("Import URI").click()
         self.gone("Cancel")
         self.row("Acme", "alice", "46119246", "1s")

@@ -71,13 +71,13 @@ def typeText(text):
     xdotool("type", "--delay", "2", text)
 
 
-def clipboard(target="UTF8_STRING"):
-    return subprocess.run(["xclip", "-selection", "clipboard", "-o", "-t", target], capture_output=True,
+def clipboard(target="UTF8_STRING", selection="clipboard"):
+    return subprocess.run(["xclip", "-selection", selection, "-o", "-t", target], capture_output=True,
                           text=True).stdout
 
 
-def setClipboard(text):
-    subprocess.run(["xclip", "-selection", "clipboard", "-i"], input=text, text=True, check=True,
+def setClipboard(text, selection="clipboard"):
+    subprocess.run(["xclip", "-selection", selection, "-i"], input=text, text=True, check=True,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
