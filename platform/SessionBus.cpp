@@ -4,20 +4,80 @@
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <systemd/sd-bus.h>
 #include <unistd.h>
 
 namespace MirrowvaleAuthenticator {
+
+namespace {
+
+using std::chrono::microseconds;
+using std::chrono::steady_clock;
+
+constexpr auto noBus = "disabled:";
+
+std::uint64_t microsecondsUntil(steady_clock::time_point deadline)
+{
+    const auto rest = std::chrono::duration_cast<microseconds>(deadline - steady_clock::now()).count();
+    return rest > 0 ? static_cast<std::uint64_t>(rest) : 0;
+}
+
+/// Whether the bus has greeted back by then: a call on a connection that is not ready waits without end.
+bool becomesReady(sd_bus* bus, steady_clock::time_point deadline)
+{
+    while (true) {
+        const int processed = sd_bus_process(bus, nullptr);
+        if (processed < 0) {
+            return false;
+        }
+        if (sd_bus_is_ready(bus) > 0) {
+            return true;
+        }
+        const auto rest = microsecondsUntil(deadline);
+        if (rest == 0 || (processed == 0 && sd_bus_wait(bus, rest) < 0)) {
+            return false;
+        }
+    }
+}
+
+} // namespace
 
 bool hasSessionBus()
 {
     if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
         address != nullptr && *address != '\0') {
-        return std::string_view(address).find("autolaunch:") == std::string_view::npos;
+        return address != std::string_view(noBus)
+            && std::string_view(address).find("autolaunch:") == std::string_view::npos;
     }
     const char* folder = std::getenv("XDG_RUNTIME_DIR");
     struct stat socket { };
     return folder != nullptr && lstat((std::string(folder) + "/bus").c_str(), &socket) == 0
         && S_ISSOCK(socket.st_mode) && socket.st_uid == geteuid();
+}
+
+void CloseBus::operator()(sd_bus* bus) const
+{
+    sd_bus_close(bus);
+    sd_bus_unref(bus);
+}
+
+BusConnection connectToSessionBus(std::chrono::milliseconds patience)
+{
+    const auto deadline = steady_clock::now() + patience;
+    sd_bus* opened = nullptr;
+    if (sd_bus_open_user(&opened) < 0) {
+        return nullptr;
+    }
+    BusConnection bus(opened);
+    const auto limit = static_cast<std::uint64_t>(microseconds(patience).count());
+    const bool isReady =
+        sd_bus_set_method_call_timeout(bus.get(), limit) >= 0 && becomesReady(bus.get(), deadline);
+    return isReady ? std::move(bus) : nullptr;
+}
+
+void renounceSessionBus()
+{
+    setenv("DBUS_SESSION_BUS_ADDRESS", noBus, 1);
 }
 
 } // namespace MirrowvaleAuthenticator

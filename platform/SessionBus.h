@@ -1,9 +1,30 @@
 #pragma once
 
+#include <chrono>
+#include <memory>
+
+struct sd_bus; // of <systemd/sd-bus.h>
+
 namespace MirrowvaleAuthenticator {
 
-/// Whether the user's session has a D-Bus session bus to connect to. Libraries that are asked to connect
-/// where there is none start a bus of their own, which nobody else would ever look at.
+/// Whether the session says where its bus is. Libraries that are asked to connect where it does not start a
+/// bus of their own, which nobody else would ever look at.
 bool hasSessionBus();
+
+/// Closes a connection to the bus at once, whatever waits to be sent.
+struct CloseBus {
+    void operator()(sd_bus* bus) const;
+};
+using BusConnection = std::unique_ptr<sd_bus, CloseBus>;
+
+/// A new connection to the bus of the user's session, which answers its calls or fails them within
+/// `patience`. A bus is never started for it.
+///
+/// @returns nothing where there is no bus, or one that does not answer within `patience`
+BusConnection connectToSessionBus(std::chrono::milliseconds patience);
+
+/// Keeps this process's libraries from asking the session's bus: they would start one where there is none,
+/// and wait long for one that does not answer.
+void renounceSessionBus();
 
 } // namespace MirrowvaleAuthenticator

@@ -25,8 +25,7 @@ QFont defaultFont()
 
 } // namespace
 
-MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv,
-                                                       const SingleInstance& singleInstance)
+MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv, SingleInstance& singleInstance)
     : instance(singleInstance), application(argc, argv)
 {
     QGuiApplication::setApplicationName(QStringLiteral("mirrowvale-authenticator"));
@@ -68,15 +67,21 @@ void MirrowvaleAuthenticatorApp::listenForOtherStarts()
     }
     auto* notifier =
         new QSocketNotifier(instance.activationDescriptor(), QSocketNotifier::Read, &application);
-    QObject::connect(notifier, &QSocketNotifier::activated, &application, [this] { bringToFront(); });
+    QObject::connect(notifier, &QSocketNotifier::activated, &application, [this] { answerOtherStarts(); });
 }
 
-void MirrowvaleAuthenticatorApp::bringToFront()
+void MirrowvaleAuthenticatorApp::answerOtherStarts()
 {
-    const std::string token = instance.takeActivation();
-    if (!token.empty()) {
+    if (const auto token = instance.takeActivation()) {
+        bringToFront(*token);
+    }
+}
+
+void MirrowvaleAuthenticatorApp::bringToFront(const std::string& activationToken)
+{
+    if (!activationToken.empty()) {
         // Where the compositor asks for it, the window system's plugin hands it over with the request below.
-        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
     }
     window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
     window->show();

@@ -10,13 +10,14 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace MirrowvaleAuthenticator {
 
 /// The application: the one token store, and the one window on it.
 class MirrowvaleAuthenticatorApp {
 public:
-    MirrowvaleAuthenticatorApp(int& argc, char** argv, const SingleInstance& instance);
+    MirrowvaleAuthenticatorApp(int& argc, char** argv, SingleInstance& instance);
     ~MirrowvaleAuthenticatorApp();
 
     /// Shows the window and runs until it is closed. @returns the exit status
@@ -26,9 +27,10 @@ private:
     TokenStore& tokenStore();
     bool buildScene();
     void listenForOtherStarts();
-    void bringToFront();
+    void answerOtherStarts();
+    void bringToFront(const std::string& activationToken);
 
-    const SingleInstance& instance;
+    SingleInstance& instance;
     QGuiApplication application;
     std::optional<TokenStore> store;
     std::optional<ContentView> contentView;

@@ -1,6 +1,7 @@
 #include "platform/FreshMemory.h"
 #include "platform/ProcessProtection.h"
 #include "platform/RenderDevice.h"
+#include "platform/SessionBus.h"
 #include "platform/SingleInstance.h"
 #include "ui/MirrowvaleAuthenticatorApp.h"
 
@@ -8,8 +9,12 @@
 #include <QSGRendererInterface>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
 #include <string>
 
 Q_IMPORT_QML_PLUGIN(MirrowvaleAuthenticatorPlugin)
@@ -45,14 +50,13 @@ std::string activationToken()
     return {};
 }
 
-} // namespace
+/// How long another process may take to bring its window to the front.
+constexpr std::chrono::seconds patience{5};
 
-int main(int argc, char* argv[])
+int run(int& argc, char** argv, SingleInstance& instance)
 {
-    protectProcess();
-    const SingleInstance instance;
-    if (instance.isSecond()) {
-        return instance.activateFirst(activationToken()) ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (!instance.isOnBus()) {
+        renounceSessionBus();
     }
     prepareHeap(std::size_t{6} << 20); // every start takes that much
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasRenderDevice()) {
@@ -60,4 +64,19 @@ int main(int argc, char* argv[])
     }
     MirrowvaleAuthenticatorApp app(argc, argv, instance);
     return app.run();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    protectProcess();
+    std::unique_ptr<SingleInstance> instance;
+    try {
+        instance = becomeOnlyInstance(activationToken(), patience);
+    } catch (const std::runtime_error& failure) {
+        std::cerr << "mirrowvale-authenticator: " << failure.what() << '\n';
+        return EXIT_FAILURE;
+    }
+    return instance ? run(argc, argv, *instance) : EXIT_SUCCESS;
 }

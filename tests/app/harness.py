@@ -49,11 +49,11 @@ def main():
             display.wait()
 
 
-Atspi = GLib = None  # there once the bus is
+Atspi = Gio = GLib = None  # there once the bus is
 if "MIRROWVALE_TEST_HOME" in os.environ:
     import gi
     gi.require_version("Atspi", "2.0")
-    from gi.repository import Atspi, GLib
+    from gi.repository import Atspi, Gio, GLib
 
     desktop = Atspi.get_desktop(0)  # brings the accessibility bus up before the application looks for it
     desktop.set_cache_mask(Atspi.Cache.NONE)

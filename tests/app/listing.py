@@ -1,8 +1,5 @@
 """The list: codes copied, counters advanced, rows swiped and deleted, everything found again."""
 
-import subprocess
-
-import harness
 from harness import WindowTest, clipboard, click, drag, key, main, secret, setClipboard, xdotool
 
 
@@ -123,25 +120,6 @@ class ListTest(WindowTest):
         self.assertEqual(self.issuers(), list(added.values()))
         self.restart()
         self.assertEqual(self.issuers(), ["%1 %n", "<b>x</b>", "Alpha", "beta", "Token", "Zeta"])
-
-    def testSecondStartBringsTheFirstUp(self):
-        self.start()
-        self.add(f"otpauth://totp/Acme:alice?secret={secret}")
-        self.process.kill()
-        self.process.wait()
-        self.restart()  # what a killed process held is free again
-        self.row("Acme")
-        other = subprocess.Popen([harness.application], env=self.environment(self.home / "other"))
-        self.addCleanup(harness.end, other)
-        self.until(lambda: self.windowOf(other) == self.windowInFront())  # another user's, with a list of its own
-
-        second = subprocess.Popen([harness.application], env=self.environment(self.home))
-        self.addCleanup(harness.end, second)
-        self.assertEqual(second.wait(harness.patience), 0)
-        self.until(lambda: self.window == self.windowInFront() == xdotool("getwindowfocus"))
-
-    def windowInFront(self):
-        return xdotool("mousemove", 100, 300, "getmouselocation", "--shell").partition("WINDOW=")[2].split()[0]
 
 
 if __name__ == "__main__":

@@ -3,30 +3,139 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryHome.h"
 
+#include <array>
+#include <csignal>
+#include <memory>
 #include <poll.h>
+#include <stdexcept>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace MirrowvaleAuthenticator {
 
-TEST(SingleInstance, aSecondProcessHandsItsActivationToTheFirst)
-{
-    const TemporaryHome home;
-    const SingleInstance first;
-    ASSERT_FALSE(first.isSecond());
-    ASSERT_GE(first.activationDescriptor(), 0);
-    for (const auto* token : {"token-1", "", "token-2"}) {
-        const auto process = startApart([&] {
-            const SingleInstance other;
-            EXPECT_TRUE(other.isSecond() && other.activateFirst(token));
-        });
-        pollfd waiting{first.activationDescriptor(), POLLIN, 0};
-        ASSERT_EQ(poll(&waiting, 1, 30000), 1);
-        EXPECT_EQ(first.takeActivation(), token);
-        EXPECT_TRUE(passed(process));
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A session's bus, named in the environment.
+class Bus {
+public:
+    Bus()
+    {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(pipe(ends.data()), 0);
+        const auto output = "--print-address=" + std::to_string(ends[1]);
+        process = fork();
+        if (process == 0) {
+            execlp("dbus-daemon", "dbus-daemon", "--session", "--nofork", output.c_str(), nullptr);
+            _exit(1);
+        }
+        close(ends[1]);
+        std::array<char, 256> line{};
+        EXPECT_GT(read(ends[0], line.data(), line.size() - 1), 0);
+        close(ends[0]);
+        const std::string address(line.data());
+        setenv("DBUS_SESSION_BUS_ADDRESS", address.substr(0, address.find('\n')).c_str(), 1);
     }
+    ~Bus()
+    {
+        kill(process, SIGTERM);
+        waitpid(process, nullptr, 0);
+    }
+    Bus(const Bus&) = delete;
+    Bus& operator=(const Bus&) = delete;
+
+private:
+    pid_t process = -1;
+};
+
+/// In a session with a bus, where a second start has another home folder; and in one without, where it has
+/// not.
+class SingleInstanceTest : public testing::TestWithParam<bool> {
+protected:
+    /// A second start, which has that long to find out.
+    pid_t startSecond(const std::function<void()>& checks) const
+    {
+        return startApart([&] {
+            alarm(60); // for one that hangs
+            if (bus) {
+                setenv("XDG_DATA_HOME", (home.root / "other").c_str(), 1);
+            }
+            checks();
+        });
+    }
+
+    TemporaryHome home;
+    std::unique_ptr<Bus> bus = GetParam() ? std::make_unique<Bus>() : nullptr;
+    SingleInstance first;
+};
+
+INSTANTIATE_TEST_SUITE_P(OnBus, SingleInstanceTest, testing::Bool());
+
+TEST_P(SingleInstanceTest, aSecondHandsItsActivationToTheFirst)
+{
+    ASSERT_FALSE(first.isSecond());
+    ASSERT_EQ(first.isOnBus(), GetParam());
+    first.takeActivation(); // what the bus has to say of itself
+    for (const auto* token : {"token-1", "", "token-2"}) {
+        const auto second =
+            startSecond([&] { EXPECT_EQ(becomeOnlyInstance(token, std::chrono::seconds(30)), nullptr); });
+        pollfd waiting{first.activationDescriptor(), POLLIN, 0};
+        std::optional<std::string> taken;
+        while (!taken && poll(&waiting, 1, 30000) == 1) {
+            taken = first.takeActivation();
+        }
+        EXPECT_EQ(taken, token);
+        EXPECT_TRUE(passed(second));
+    }
+    EXPECT_EQ(first.takeActivation(), std::nullopt);
     struct stat folder { };
     ASSERT_EQ(stat(home.data().c_str(), &folder), 0);
     EXPECT_EQ(folder.st_mode & 0777, 0700U);
 }
+
+TEST_P(SingleInstanceTest, manyEndWhileTheFirstIsFrozen)
+{
+    std::array<pid_t, 12> starts{};
+    for (auto& start : starts) {
+        start = startSecond([] {
+            EXPECT_THROW(becomeOnlyInstance("token", std::chrono::milliseconds(500)), std::runtime_error);
+        });
+    }
+    for (const auto start : starts) {
+        EXPECT_TRUE(passed(start));
+    }
+}
+
+TEST(SingleInstance, isOneWhateverLiesInTheLocksPlace)
+{
+    const std::array<std::function<void(const fs::path& folder)>, 4> obstacles{
+        [](const auto& folder) { fs::create_directory(folder / "instance.lock"); },
+        [](const auto& folder) { fs::create_symlink("nowhere", folder / "instance.lock"); },
+        [](const auto& folder) {
+            overwrite(folder / "instance.lock", "");
+            fs::permissions(folder / "instance.lock", fs::perms::none);
+        },
+        [](const auto& folder) {
+            fs::rename(folder, folder.parent_path() / "elsewhere");
+            fs::create_directory_symlink("elsewhere", folder);
+        }};
+    for (const auto& place : obstacles) {
+        const TemporaryHome home;
+        EXPECT_TRUE(passed(startApart([&] {
+            constexpr uid_t nobody = 65534;
+            if (geteuid() == 0) { // which can open everything
+                ASSERT_EQ(chown(home.root.c_str(), nobody, nobody) + setresuid(nobody, nobody, nobody), 0);
+            }
+            fs::create_directories(home.data());
+            place(home.data());
+            const SingleInstance first;
+            EXPECT_FALSE(first.isSecond());
+            EXPECT_TRUE(passed(startApart([] { EXPECT_TRUE(SingleInstance().isSecond()); })));
+        }))) << &place - obstacles.data();
+    }
+}
+
+} // namespace
 
 } // namespace MirrowvaleAuthenticator

@@ -1,0 +1,85 @@
+"""Starts of the program while it runs already: one window on one bus, and one on each list."""
+
+import signal
+import subprocess
+
+import harness
+from harness import GLib, WindowTest, main, secret, xdotool
+
+name = "app.mirrowvale.authenticator"
+
+
+class StartingTest(WindowTest):
+    def start(self):
+        super().start()
+        self.onBus = self.environment(self.home)
+        self.withoutBus = {**self.onBus, "DBUS_SESSION_BUS_ADDRESS": ""}
+
+    def second(self, environment, **streams):
+        process = subprocess.Popen([harness.application], env=environment, **streams)
+        self.addCleanup(harness.end, process)
+        return process
+
+    def testSecondStartBringsTheFirstUp(self):
+        self.start()
+        self.add(f"otpauth://totp/Acme:alice?secret={secret}")
+        self.process.kill()
+        self.process.wait()
+        self.restart()  # what a killed process held is free again
+        self.row("Acme")
+        apart = {**self.environment(self.home / "apart"), "DBUS_SESSION_BUS_ADDRESS": ""}
+        other = self.second(apart)  # shares neither a bus nor a folder: it has a list of its own
+        self.until(lambda: self.windowOf(other) == self.windowInFront())
+        for how, ask in {
+                "same bus and folder": lambda: self.startAgain(self.onBus),
+                "another folder": lambda: self.startAgain(self.environment(self.home / "another")),
+                "no bus": lambda: self.startAgain(self.withoutBus),
+                "the desktop": lambda: self.call("Activate", "({'activation-token': <'_TIME0'>, 'x': <1>},)"),
+                "the desktop, with files": lambda: self.call("Open", "(['file:///x'], @a{sv} {})")}.items():
+            with self.subTest(how):
+                ask()
+                self.until(lambda: self.window == self.windowInFront() == xdotool("getwindowfocus"))
+                self.startAgain(apart)
+                self.until(lambda: self.windowOf(other) == self.windowInFront())
+        with self.assertRaisesRegex(GLib.Error, "no actions"):
+            self.call("ActivateAction", "('quit', @av [], @a{sv} {})")
+
+    def startAgain(self, environment):
+        self.assertEqual(self.second(environment).wait(harness.patience), 0)
+
+    def call(self, method, arguments):
+        """Asks as a desktop does."""
+        harness.Gio.bus_get_sync(harness.Gio.BusType.SESSION).call_sync(
+            name, "/" + name.replace(".", "/"), "org.freedesktop.Application", method,
+            GLib.Variant.parse(None, arguments, None, None), None, 0, -1)
+
+    def windowInFront(self):
+        return xdotool("mousemove", 100, 300, "getmouselocation", "--shell").partition("WINDOW=")[2].split()[0]
+
+    def testStartsEndWhileTheFirstIsFrozen(self):
+        self.start()
+        self.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.process.send_signal, signal.SIGCONT)
+        starts = [self.second(environment, stderr=subprocess.PIPE, text=True)
+                  for environment in (self.onBus, self.withoutBus) for _ in range(12)]
+        for start in starts:
+            self.assertRegex(start.communicate(timeout=harness.patience)[1], "does not answer.\n$")
+            self.assertNotEqual(start.returncode, 0)
+        self.process.send_signal(signal.SIGCONT)
+        self.startAgain(self.onBus)
+
+    def testFrozenBus(self):
+        """A bus that does not answer keeps nobody from their list."""
+        bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address"], stdout=subprocess.PIPE,
+                               text=True)
+        address = bus.stdout.readline().strip()
+        self.addCleanup(harness.end, bus)
+        bus.send_signal(signal.SIGSTOP)
+        self.addCleanup(bus.send_signal, signal.SIGCONT)
+        self.process = self.second({**self.environment(self.home), "DBUS_SESSION_BUS_ADDRESS": address})
+        self.window = self.until(lambda: self.windowOf(self.process))
+        self.startAgain({**self.environment(self.home), "DBUS_SESSION_BUS_ADDRESS": address})
+
+
+if __name__ == "__main__":
+    main()
