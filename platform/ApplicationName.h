@@ -10,7 +10,7 @@ namespace MirrowvaleAuthenticator {
 
 /// This application's name on the bus of the user's session, which one process at a time can have, and its
 /// interface there, by which desktops start it and bring it to the front (`org.freedesktop.Application`, of
-/// the Desktop Entry Specification).
+/// freedesktop.org's Desktop Entries).
 class ApplicationName {
 public:
     /// Asks the bus for the name.
