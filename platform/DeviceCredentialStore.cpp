@@ -70,6 +70,11 @@ OSStatus DeviceCredentialStore::add(const SecDictionary& attributes)
     });
 }
 
+OSStatus DeviceCredentialStore::remove(const SecDictionary& query)
+{
+    return statusOf([&] { return isReserve(query) ? requirePlace(query).remove(query) : errSecParam; });
+}
+
 /// Where the items of the service live, if that is known already.
 CredentialStore* DeviceCredentialStore::place(const SecDictionary& entries) const
 {
@@ -112,10 +117,13 @@ OSStatus DeviceCredentialStore::search(const SecDictionary& query, SecResult& re
         return status;
     case errSecItemNotFound: {
         const auto sealedStatus = sealedFiles.copyMatching(query, result);
-        const bool isSealed = sealedStatus != errSecItemNotFound;
-        places[service] = isSealed ? &sealedFiles : &keyring;
-        if (isSealed) {
-            remember(query, sealedFilesMark);
+        if (sealedStatus == errSecItemNotFound) {
+            places[service] = &keyring;
+        } else if (sealedStatus == errSecSuccess || sealedStatus == errSecDecode) {
+            places[service] = &sealedFiles;
+            if (mark != keyringMark) { // another keyring than this one may have the item
+                remember(query, sealedFilesMark);
+            }
         }
         return sealedStatus;
     }

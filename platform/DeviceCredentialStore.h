@@ -18,7 +18,8 @@ namespace MirrowvaleAuthenticator {
 /// | the keyring                        | its items live in                                             |
 /// |------------------------------------|---------------------------------------------------------------|
 /// | has the item                       | the keyring                                                   |
-/// | has it not, and is open            | the sealed files if they have it, else the keyring            |
+/// | has it not, and is open            | the sealed files if they have it, else the keyring; nowhere   |
+/// |                                    | while the sealed files cannot be read                         |
 /// | is locked, and not to be unlocked  | nowhere: the operation answers with the keyring's status      |
 /// | fails, is silent or absent         | nowhere if they were last found in it, else the sealed files  |
 ///
@@ -33,6 +34,7 @@ public:
     OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
     OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
     OSStatus add(const SecDictionary& attributes) override;
+    OSStatus remove(const SecDictionary& query) override;
 
 private:
     CredentialStore* place(const SecDictionary& entries) const;

@@ -82,6 +82,18 @@ OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes)
     });
 }
 
+OSStatus EmbeddedCredentialStore::remove(const SecDictionary& query)
+{
+    return statusOf([&] {
+        const auto item = Item::named(query);
+        const auto status = checkIsKnown(item);
+        if (status == errSecSuccess) {
+            PrivateFolder::openOrCreate(dataFolder).remove(item.fileName);
+        }
+        return status;
+    });
+}
+
 template <typename Open>
 OSStatus EmbeddedCredentialStore::visit(const Item& item, Open open) const
 {

@@ -39,6 +39,11 @@ OSStatus SecItemAdd(const SecDictionary& attributes)
     return currentStore().add(attributes);
 }
 
+OSStatus SecItemDelete(const SecDictionary& query)
+{
+    return currentStore().remove(query);
+}
+
 CredentialStoreOverride::CredentialStoreOverride(CredentialStore& store) : previous(overridingStore)
 {
     overridingStore = &store;

@@ -61,6 +61,7 @@ public:
     virtual OSStatus copyMatching(const SecDictionary& query, SecResult& result) = 0;
     virtual OSStatus update(const SecDictionary& query, const SecDictionary& attributes) = 0;
     virtual OSStatus add(const SecDictionary& attributes) = 0;
+    virtual OSStatus remove(const SecDictionary& query) = 0;
 };
 
 /// Finds the one item that matches class, service and account, and hands back its data.
@@ -75,6 +76,12 @@ OSStatus SecItemUpdate(const SecDictionary& query, const SecDictionary& attribut
 /// Creates the item from class, service, account, data and accessibility.
 /// @returns `errSecDuplicateItem` where it exists already, or the status of what went wrong
 OSStatus SecItemAdd(const SecDictionary& attributes);
+
+/// Removes the item that matches class, service and account. For the reserve alone: an item in its own place
+/// is only ever replaced.
+/// @returns `errSecItemNotFound` where there is none, `errSecInvalidItemRef` where it holds what this process
+///          has neither read nor written, or the status of what went wrong
+OSStatus SecItemDelete(const SecDictionary& query);
 
 /// Puts another store under the operations above for as long as this object lives; for tests.
 class CredentialStoreOverride {

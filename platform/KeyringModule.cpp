@@ -72,4 +72,9 @@ OSStatus KeyringModule::add(const SecDictionary& attributes)
     return statusOf([&] { return loadedStore().add(attributes); });
 }
 
+OSStatus KeyringModule::remove(const SecDictionary& query)
+{
+    return statusOf([&] { return loadedStore().remove(query); });
+}
+
 } // namespace MirrowvaleAuthenticator

@@ -12,6 +12,7 @@ public:
     OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
     OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
     OSStatus add(const SecDictionary& attributes) override;
+    OSStatus remove(const SecDictionary& query) override;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -188,6 +188,9 @@ std::optional<PrivateFolder> PrivateFolder::open(const std::filesystem::path& pa
 {
     auto descriptor = openExisting(AT_FDCWD, path.c_str(), O_DIRECTORY);
     if (!descriptor) {
+        if (std::filesystem::is_symlink(std::filesystem::symlink_status(path))) {
+            throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory)); // as of now
+        }
         return std::nullopt;
     }
     requirePrivate(descriptor->get(), S_IFDIR, 0700);
@@ -246,6 +249,12 @@ void PrivateFolder::write(const std::string& name, std::string_view bytes) const
         unlinkat(folder.get(), temporary.c_str(), 0);
         throw;
     }
+    flush();
+}
+
+void PrivateFolder::remove(const std::string& name) const
+{
+    removeFrom(folder.get(), name);
     flush();
 }
 

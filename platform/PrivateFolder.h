@@ -37,6 +37,9 @@ public:
     /// whole: temporary file, flush, rename, flush of the folder.
     void write(const std::string& name, std::string_view bytes) const;
 
+    /// Removes a file, if it exists, and flushes the folder.
+    void remove(const std::string& name) const;
+
     /// Makes the names in the folder safe from a power cut, also those of an earlier run.
     void flush() const;
 

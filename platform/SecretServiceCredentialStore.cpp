@@ -5,6 +5,7 @@
 #include "platform/SecretServiceDeadline.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -103,20 +104,29 @@ bool isLocked(const Owned<SecretCollection>& collection)
     return secret_collection_get_locked(collection.get()) != FALSE;
 }
 
-/// Asks to unlock items or collections. @returns how many of them are open then; none: it was dismissed
-template <typename Object>
-std::size_t unlock(const Keyring& keyring, const std::vector<Owned<Object>>& objects)
+/// Whether a collection may hold items that no search finds: it is locked, and shows none.
+bool mayHideItems(const Owned<SecretCollection>& collection)
+{
+    if (!isLocked(collection)) {
+        return false;
+    }
+    const std::unique_ptr<GVariant, decltype(&g_variant_unref)> items(
+        g_dbus_proxy_get_cached_property(G_DBUS_PROXY(collection.get()), "Items"), &g_variant_unref);
+    return !items || g_variant_n_children(items.get()) == 0;
+}
+
+/// Asks to unlock an item or a collection.
+/// @throws StatusError  `errSecUserCanceled` where that was dismissed
+void unlock(const Keyring& keyring, gpointer itemOrCollection)
 {
     ErrorReport report;
-    GList* list = nullptr;
-    for (const auto& object : objects) {
-        list = g_list_prepend(list, object.get());
-    }
+    GList only{itemOrCollection, nullptr, nullptr};
     const auto count =
-        secret_service_unlock_sync(&keyring.service, list, keyring.cancellable, nullptr, report);
-    g_list_free(list);
+        secret_service_unlock_sync(&keyring.service, &only, keyring.cancellable, nullptr, report);
     report.require();
-    return static_cast<std::size_t>(count);
+    if (count == 0) {
+        throw StatusError{errSecUserCanceled};
+    }
 }
 
 /// The default collection; or nothing where there is none, or none that shows itself.
@@ -127,10 +137,9 @@ Owned<SecretCollection> defaultCollection(const Keyring& keyring)
         &keyring.service, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, keyring.cancellable, ignored));
 }
 
-/// The locked collections that may hold an item which no search finds: not every keyring shows what a locked
-/// collection holds. It is the default one, where items are created.
-/// @param isKnown  the item is known to exist: it may be in any
-std::vector<Owned<SecretCollection>> lockedCollections(const Keyring& keyring, bool isKnown)
+/// The collections that may hide an item: not every keyring shows what a locked one holds. Items are created
+/// in the default collection; one that is known to exist may be in any.
+std::vector<Owned<SecretCollection>> hidingCollections(const Keyring& keyring, bool isKnown)
 {
     std::vector<Owned<SecretCollection>> collections;
     auto usual = defaultCollection(keyring);
@@ -139,10 +148,11 @@ std::vector<Owned<SecretCollection>> lockedCollections(const Keyring& keyring, b
         secret_service_load_collections_sync(&keyring.service, keyring.cancellable, report);
         report.require();
         collections = owned<SecretCollection>(secret_service_get_collections(&keyring.service));
-    } else {
-        collections.push_back(std::move(usual));
     }
-    std::erase_if(collections, [](const auto& collection) { return !isLocked(collection); });
+    if (usual) {
+        collections.insert(collections.begin(), std::move(usual));
+    }
+    std::erase_if(collections, [](const auto& collection) { return !mayHideItems(collection); });
     return collections;
 }
 
@@ -152,23 +162,15 @@ Owned<SecretItem> findUnlocked(const Keyring& keyring, const ItemName& name, boo
 {
     auto item = find(keyring, name);
     if (!item) {
-        const auto locked = lockedCollections(keyring, isKnown);
-        if (locked.empty()) {
-            return nullptr;
-        }
-        const auto opened = unlock(keyring, locked);
-        item = find(keyring, name);
-        if (!item && opened < locked.size()) {
-            throw StatusError{errSecUserCanceled};
+        for (const auto& collection : hidingCollections(keyring, isKnown)) {
+            unlock(keyring, collection.get());
+            if ((item = find(keyring, name))) {
+                break;
+            }
         }
     }
     if (item && secret_item_get_locked(item.get()) != FALSE) {
-        std::vector<Owned<SecretItem>> only;
-        only.push_back(std::move(item));
-        if (unlock(keyring, only) == 0) {
-            throw StatusError{errSecUserCanceled};
-        }
-        item = std::move(only.front());
+        unlock(keyring, item.get());
     }
     return item;
 }
@@ -206,17 +208,24 @@ Owned<SecretValue> valueOf(const SecretString& data)
         secret_value_new(data.data(), static_cast<gssize>(data.size()), "text/plain; charset=utf-8"));
 }
 
+/// Replaces the item's data. @returns false where it is locked
+bool isSet(const Keyring& keyring, SecretItem& item, const SecretString& data)
+{
+    ErrorReport report;
+    secret_item_set_secret_sync(&item, valueOf(data).get(), keyring.cancellable, report);
+    if (report.saysLocked()) {
+        return false;
+    }
+    report.require();
+    return true;
+}
+
 /// The default collection, unlocked; or nothing.
 Owned<SecretCollection> openDefaultCollection(const Keyring& keyring)
 {
     auto collection = defaultCollection(keyring);
     if (collection && isLocked(collection)) {
-        std::vector<Owned<SecretCollection>> only;
-        only.push_back(std::move(collection));
-        if (unlock(keyring, only) == 0) {
-            throw StatusError{errSecUserCanceled};
-        }
-        collection = std::move(only.front());
+        unlock(keyring, collection.get());
     }
     return collection;
 }
@@ -261,6 +270,15 @@ void create(const Keyring& keyring, const ItemName& name, const SecretString& da
     requireStored(keyring, *item, data);
 }
 
+std::string digestOf(const SecretString& data)
+{
+    const std::unique_ptr<char, decltype(&g_free)> text(
+        g_compute_checksum_for_data(G_CHECKSUM_SHA256, reinterpret_cast<const guchar*>(data.data()),
+                                    data.size()),
+        &g_free);
+    return text.get();
+}
+
 } // namespace
 
 OSStatus SecretServiceCredentialStore::copyMatching(const SecDictionary& query, SecResult& result)
@@ -268,15 +286,15 @@ OSStatus SecretServiceCredentialStore::copyMatching(const SecDictionary& query, 
     return inTime([&](const Keyring& keyring) {
         result.emplace<std::monostate>();
         const auto name = requireName(query);
-        const bool isKnown = query.contains(kSecMatchKnownItem);
+        const bool mustExist = query.contains(kSecMatchKnownItem) || isKnown(name.account);
         if (!query.contains(kSecReturnData)) {
             if (find(keyring, name)) {
                 return errSecSuccess;
             }
-            return lockedCollections(keyring, isKnown).empty() ? errSecItemNotFound
-                                                               : errSecInteractionNotAllowed;
+            return hidingCollections(keyring, mustExist).empty() ? errSecItemNotFound
+                                                                 : errSecInteractionNotAllowed;
         }
-        const auto item = findUnlocked(keyring, name, isKnown);
+        const auto item = findUnlocked(keyring, name, mustExist);
         if (!item) {
             return errSecItemNotFound;
         }
@@ -284,6 +302,7 @@ OSStatus SecretServiceCredentialStore::copyMatching(const SecDictionary& query, 
         if (!data) {
             return errSecInteractionNotAllowed;
         }
+        note(name.account, *data);
         result = std::move(*data);
         return errSecSuccess;
     });
@@ -294,13 +313,21 @@ OSStatus SecretServiceCredentialStore::update(const SecDictionary& query, const 
     return inTime([&](const Keyring& keyring) {
         const auto name = requireName(query);
         const auto& data = requireData(attributes);
-        const auto item = findUnlocked(keyring, name, false);
+        const auto item = findUnlocked(keyring, name, isKnown(name.account));
         if (!item) {
             return errSecItemNotFound;
         }
-        ErrorReport report;
-        secret_item_set_secret_sync(item.get(), valueOf(data).get(), keyring.cancellable, report);
-        report.require();
+        const auto stored = dataOf(keyring, *item);
+        if (stored && !isKnown(name.account, *stored)) {
+            return errSecInvalidItemRef;
+        }
+        note(name.account, data); // before: a call that gets no answer may have been carried out
+        if (!isSet(keyring, *item, data)) { // some keyrings lock an item after each use
+            unlock(keyring, item.get());
+            if (!isSet(keyring, *item, data)) {
+                return errSecInteractionNotAllowed;
+            }
+        }
         requireStored(keyring, *item, data);
         return errSecSuccess;
     });
@@ -311,12 +338,34 @@ OSStatus SecretServiceCredentialStore::add(const SecDictionary& attributes)
     return inTime([&](const Keyring& keyring) {
         const auto name = requireName(attributes);
         const auto& data = requireData(attributes);
-        if (findUnlocked(keyring, name, false)) {
+        if (findUnlocked(keyring, name, isKnown(name.account))) {
             return errSecDuplicateItem;
         }
+        note(name.account, data);
         create(keyring, name, data);
         return errSecSuccess;
     });
+}
+
+OSStatus SecretServiceCredentialStore::remove(const SecDictionary&)
+{
+    return errSecParam;
+}
+
+bool SecretServiceCredentialStore::isKnown(std::string_view account) const
+{
+    return known.contains(account);
+}
+
+bool SecretServiceCredentialStore::isKnown(std::string_view account, const SecretString& data) const
+{
+    const auto found = known.find(account);
+    return found != known.end() && found->second.contains(digestOf(data));
+}
+
+void SecretServiceCredentialStore::note(std::string_view account, const SecretString& data)
+{
+    known[std::string(account)].insert(digestOf(data));
 }
 
 CredentialStore* mirrowvaleKeyring()

@@ -22,16 +22,38 @@ public:
     PromptContext& operator=(const PromptContext&) = delete;
 
     void wait() { g_main_context_iteration(context, TRUE); }
+    GMainContext* get() const { return context; }
 
 private:
     GMainContext* context = g_main_context_new();
 };
 
+/// Calls a function every two seconds, in a context.
+class Repeated {
+public:
+    Repeated(GMainContext* context, GSourceFunc function, gpointer data)
+    {
+        g_source_set_callback(source, function, data, nullptr);
+        g_source_attach(source, context);
+    }
+    ~Repeated()
+    {
+        g_source_destroy(source);
+        g_source_unref(source);
+    }
+    Repeated(const Repeated&) = delete;
+    Repeated& operator=(const Repeated&) = delete;
+
+private:
+    GSource* source = g_timeout_source_new_seconds(2);
+};
+
 /// What has become of the prompt; listens as long as it lives.
 class PromptAnswer {
 public:
-    PromptAnswer(GDBusConnection* connection, const char* owner, const char* path)
+    PromptAnswer(GDBusConnection* connection, const char* ownerName, const char* path)
         : bus(connection),
+          owner(ownerName),
           signal(g_dbus_connection_signal_subscribe(bus, owner, "org.freedesktop.Secret.Prompt", "Completed",
                                                     path, nullptr, G_DBUS_SIGNAL_FLAGS_NONE, completed, this,
                                                     nullptr)),
@@ -47,6 +69,21 @@ public:
     }
     PromptAnswer(const PromptAnswer&) = delete;
     PromptAnswer& operator=(const PromptAnswer&) = delete;
+
+    /// Asks whether the service is still there: one that was stopped leaves its prompt unanswered for ever.
+    static gboolean requireRunning(gpointer object)
+    {
+        constexpr int patience = 4000; // milliseconds
+        auto& answer = *static_cast<PromptAnswer*>(object);
+        GError* error = nullptr;
+        auto* reply = g_dbus_connection_call_sync(answer.bus, answer.owner, "/", "org.freedesktop.DBus.Peer",
+                                                  "Ping", nullptr, nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+                                                  patience, nullptr, &error);
+        answer.isServiceGone |= g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE;
+        g_clear_pointer(&reply, g_variant_unref);
+        g_clear_error(&error);
+        return G_SOURCE_CONTINUE;
+    }
 
     bool hasCome() const { return result != nullptr || isDismissed || isServiceGone; }
 
@@ -86,6 +123,7 @@ private:
     bool isDismissed = false;
     bool isServiceGone = false;
     GDBusConnection* bus;
+    const char* owner;
     guint signal;
     guint watch;
 };
@@ -102,7 +140,6 @@ GVariant* resultOfPrompt(SecretService& service, SecretPrompt& prompt, const GVa
         g_set_error_literal(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER, "The service ended.");
         return nullptr;
     }
-    const SecretServiceDeadline::Pause pause;
     PromptContext context;
     PromptAnswer answer(g_dbus_proxy_get_connection(proxy), owner.get(), g_dbus_proxy_get_object_path(proxy));
     auto* reply = g_dbus_proxy_call_sync(proxy, "Prompt", g_variant_new("(s)", ""), G_DBUS_CALL_FLAGS_NONE,
@@ -111,6 +148,8 @@ GVariant* resultOfPrompt(SecretService& service, SecretPrompt& prompt, const GVa
         return nullptr;
     }
     g_variant_unref(reply);
+    const SecretServiceDeadline::Pause pause; // the user may take as long as it takes
+    const Repeated check(context.get(), PromptAnswer::requireRunning, &answer);
     while (!answer.hasCome()) {
         context.wait();
     }

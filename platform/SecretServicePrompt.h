@@ -4,8 +4,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// Shows a prompt of the Secret Service and waits until it is answered or the service has ended. The
-/// library's own way of waiting never comes back when the service ends or answers with another type than
+/// Shows a prompt of the Secret Service and waits until it is answered, or the service has ended or stopped.
+/// The library's own way of waiting never comes back when the service ends or answers with another type than
 /// expected.
 ///
 /// @param expected  the type of the result that the caller can use; null for any

@@ -86,6 +86,14 @@ void KeychainTokenStore::save(const std::vector<AuthToken>& tokens) const
     }
 }
 
+void KeychainTokenStore::remove() const
+{
+    const auto status = SecItemDelete(query(account));
+    if (status != errSecSuccess && status != errSecItemNotFound) {
+        throw KeychainTokenStoreError(status);
+    }
+}
+
 void KeychainTokenStore::setAside() const
 {
     const auto data = copyData(query(account));

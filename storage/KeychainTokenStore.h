@@ -16,6 +16,9 @@ public:
 
     OSStatus unexpectedStatus() const { return status; }
 
+    /// Whether another process has changed or made the item since it was read.
+    bool saysChanged() const { return status == errSecInvalidItemRef || status == errSecDuplicateItem; }
+
 private:
     OSStatus status;
 };
@@ -37,6 +40,10 @@ public:
     /// @throws StoredFormError          before the credential store is touched
     /// @throws KeychainTokenStoreError  any status other than success
     void save(const std::vector<AuthToken>& tokens) const;
+
+    /// Removes the item, which is one of the reserve. No item: nothing to do.
+    /// @throws KeychainTokenStoreError  any other status than success
+    void remove() const;
 
     /// Copies the item's data, byte for byte, into a new item beside it, under the first free account of
     /// "<account>.unreadable-1", "<account>.unreadable-2" and so on. No item: nothing to do.

@@ -18,7 +18,7 @@ std::vector<AuthToken> TokenReserve::take()
     leave();
     try {
         auto kept = storage.load();
-        isInUse = !kept.empty();
+        inUse = !kept.empty();
         apart.emplace();
         return kept;
     } catch (const std::exception&) {
@@ -29,32 +29,51 @@ std::vector<AuthToken> TokenReserve::take()
 void TokenReserve::leave()
 {
     apart.reset();
-    isInUse = false;
+    inUse = false;
 }
 
-void TokenReserve::keep(const std::vector<AuthToken>& tokens)
+bool TokenReserve::keep(const std::vector<AuthToken>& tokens)
 {
     try {
         if (!apart) {
             readApart();
         }
-        storage.save(united(tokens, *apart));
-        isInUse = true;
+        save(tokens);
+        inUse = true;
+        return true;
     } catch (const std::exception&) {
-        return; // the failure to show is that of the list's own place
+        return false; // the failure to show is that of the list's own place
     }
 }
 
 void TokenReserve::release()
 {
-    if (!isInUse || !apart || !apart->empty()) {
+    if (!inUse) {
         return;
     }
     try {
-        storage.save({});
-        isInUse = false;
+        if (apart->empty()) {
+            storage.remove();
+        } else {
+            storage.save(*apart);
+        }
+        inUse = false;
     } catch (const std::exception&) {
         return; // the next save tries again
+    }
+}
+
+/// Saves tokens beside what is kept apart; where another process has changed that, it is read once more.
+void TokenReserve::save(const std::vector<AuthToken>& tokens)
+{
+    try {
+        storage.save(united(tokens, *apart));
+    } catch (const KeychainTokenStoreError& error) {
+        if (!error.saysChanged()) {
+            throw;
+        }
+        readApart();
+        storage.save(united(tokens, *apart));
     }
 }
 

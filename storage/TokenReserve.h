@@ -22,18 +22,23 @@ public:
     /// The list could not be loaded: whatever is kept is no part of it.
     void leave();
 
-    /// Keeps a list that could not be saved, beside what is kept and no part of it.
-    void keep(const std::vector<AuthToken>& tokens);
+    /// Keeps tokens that could not be saved, beside what is kept and no part of the list.
+    /// @returns false where that cannot be done
+    bool keep(const std::vector<AuthToken>& tokens);
 
-    /// The list was saved in its own place: what was taken is kept no longer.
+    /// The list was saved in its own place: what is part of it is kept no longer.
     void release();
+
+    /// Whether anything is kept that is part of the list.
+    bool isInUse() const { return inUse; }
 
 private:
     void readApart();
+    void save(const std::vector<AuthToken>& tokens);
 
     KeychainTokenStore storage;
     std::optional<std::vector<AuthToken>> apart; ///< what is kept and no part of the list, once it was read
-    bool isInUse = false;
+    bool inUse = false;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -6,6 +6,7 @@
 #include "storage/TokenUnion.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -56,8 +57,11 @@ void TokenStore::load()
 {
     std::vector<AuthToken> loaded;
     std::optional<std::string> failure;
+    saved.clear();
     try {
-        loaded = united(loadItem(), reserve.take());
+        loaded = loadItem();
+        noteSaved(loaded);
+        loaded = united(std::move(loaded), reserve.take());
         sortByIssuer(loaded);
         item = Item::known;
     } catch (const std::exception& error) {
@@ -67,9 +71,12 @@ void TokenStore::load()
     if (failure) {
         lastError = std::move(failure);
         tokens = {};
-    } else {
-        tokens = std::move(loaded);
-        lastError = std::nullopt;
+        return;
+    }
+    tokens = std::move(loaded);
+    lastError = std::nullopt;
+    if (reserve.isInUse()) {
+        persist(); // what lies in two places is in its own before anything else can happen to it
     }
 }
 
@@ -95,17 +102,18 @@ void TokenStore::persist()
     std::optional<std::string> failure;
     if (item == Item::unreached) {
         failure = *lastError;
+        if (!reserve.keep(*tokens) && saveUnseen()) {
+            failure = std::nullopt;
+        }
     } else {
         try {
             saveItem();
+            noteSaved(*tokens);
+            reserve.release();
         } catch (const std::exception& error) {
             failure = localizedDescription(error);
+            reserve.keep(unsaved());
         }
-    }
-    if (failure) {
-        reserve.keep(*tokens);
-    } else {
-        reserve.release();
     }
     lastError = std::move(failure);
 }
@@ -119,13 +127,57 @@ void TokenStore::saveItem()
     try {
         storage.save(*tokens);
     } catch (const KeychainTokenStoreError& error) {
-        if (error.unexpectedStatus() != errSecInvalidItemRef) {
+        if (!error.saysChanged()) {
             throw;
         }
-        tokens = united(*tokens, loadItem());
-        item = Item::known;
+        uniteWithItem();
         storage.save(*tokens);
     }
+}
+
+/// Takes over what another process has stored meanwhile.
+void TokenStore::uniteWithItem()
+{
+    try {
+        tokens = united(*tokens, loadItem());
+        item = Item::known;
+    } catch (const std::exception&) {
+        item = item == Item::unreached ? Item::known : item; // the next save comes here again
+        throw;
+    }
+}
+
+/// The list could not be loaded, and there is no reserve: the item may be there again. What it holds is not
+/// shown before the next load, but stays.
+bool TokenStore::saveUnseen()
+{
+    try {
+        storage.save(united(*tokens, storage.load()));
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+void TokenStore::noteSaved(const std::vector<AuthToken>& list)
+{
+    saved.clear();
+    saved.reserve(list.size());
+    for (const auto& token : list) {
+        saved.emplace_back(token.id.bytes, token.counter);
+    }
+}
+
+/// The tokens that the item lacks, or has with another counter.
+std::vector<AuthToken> TokenStore::unsaved() const
+{
+    auto stored = saved;
+    std::ranges::sort(stored);
+    std::vector<AuthToken> missing;
+    std::ranges::copy_if(*tokens, std::back_inserter(missing), [&](const auto& token) {
+        return !std::ranges::binary_search(stored, std::pair(token.id.bytes, token.counter));
+    });
+    return missing;
 }
 
 void TokenStore::advanceCounter(const AuthToken& token)

@@ -5,8 +5,10 @@
 #include "storage/KeychainTokenStore.h"
 #include "storage/TokenReserve.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace MirrowvaleAuthenticator {
@@ -22,12 +24,13 @@ public:
         *this}; ///< message of the last load or save, if it failed
 
     /// Replaces `tokens` by the stored list, sorted by issuer in the user's locale; empty after a failure.
-    /// What the reserve keeps becomes part of a list that could be loaded.
+    /// What the reserve keeps becomes part of a list that could be loaded, and is saved along with it.
     void load();
 
     /// Writes `tokens` to the credential store. After a failed load, an item that is no list is set aside
     /// first; one that could not even be reached is spared, and `lastError` stays. A list that another
-    /// process has changed meanwhile is united with `tokens`. Whatever fails, the reserve keeps the list.
+    /// process has changed meanwhile is united with `tokens`, which is then assigned, too. Whatever fails,
+    /// the reserve keeps the tokens that are not saved.
     void persist();
 
     /// Adds one to the counter of the listed token with `token`'s id and persists. A token that is not
@@ -44,10 +47,16 @@ private:
 
     std::vector<AuthToken> loadItem();
     void saveItem();
+    void uniteWithItem();
+    bool saveUnseen();
+    std::vector<AuthToken> unsaved() const;
+    void noteSaved(const std::vector<AuthToken>& list);
 
     KeychainTokenStore storage;
     TokenReserve reserve;
     Item item = Item::known;
+    /// `id` and counter of each token in the item: nothing else of a token ever changes.
+    std::vector<std::pair<decltype(UUID::bytes), std::uint64_t>> saved;
 };
 
 } // namespace MirrowvaleAuthenticator

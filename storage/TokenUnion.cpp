@@ -12,8 +12,8 @@ std::vector<AuthToken> united(std::vector<AuthToken> tokens, const std::vector<A
         return tokens;
     }
     std::unordered_map<UUID, std::size_t, UUIDHash> places; // of the first token with an id
-    for (const auto& token : tokens) {
-        places.emplace(token.id, places.size());
+    for (std::size_t place = 0; place < tokens.size(); ++place) {
+        places.emplace(tokens[place].id, place);
     }
     for (const auto& other : others) {
         const auto [found, isNew] = places.emplace(other.id, tokens.size());

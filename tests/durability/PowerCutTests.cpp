@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <iostream>
 #include <map>
-#include <optional>
 #include <set>
 
 namespace MirrowvaleAuthenticator {
@@ -67,16 +66,15 @@ Recording recordTwoPlaces(bool isReached)
         recording.saved = "list 0 + list 2 + list 9";
         recording.allowed.insert(recording.saved);
     }
-    std::optional<std::size_t> savedAt;
-    tap.fault = [&](std::size_t) {
-        if (!savedAt && stored() != recording.keyring[0]) {
-            savedAt = tap.recorded.size();
+    tap.fault = [&, last = stored()](std::size_t) mutable {
+        if (const auto now = stored(); now != last) {
+            last = recording.keyring[tap.recorded.size()] = now;
         }
         return 0;
     };
     EXPECT_EQ(Vault::save(2), isReached ? "" : statusMessage(errSecNotAvailable));
     recording.calls = std::move(tap.recorded);
-    recording.keyring[savedAt.value_or(recording.calls.size())] = stored();
+    recording.keyring[recording.calls.size()] = stored();
     return recording;
 }
 

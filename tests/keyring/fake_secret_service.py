@@ -49,7 +49,7 @@ class Service:
         "has alias": True,  # whether its alias is an object, too
         "locks again": False,  # after each use of an item
         "hides": False,  # what is locked, and what it holds
-        "silent": False,  # never answers
+        "silent": [],  # methods that are never answered; true: all of them
         "keeps schema": True,
         "fails": {},  # by method: the error's name, or "exit"
         "forgets": [],  # methods that report success and do nothing
@@ -119,14 +119,15 @@ class Service:
         path = self.default if path.endswith("/aliases/default") else path
         item = self.items.get(path, {"attributes": {}})
         values = {"Collections": [p for p in self.collections if self.script["lists default"] or p != self.default],
-                  "Items": [p for p in self.items if p.startswith(path)], "Attributes": item["attributes"],
+                  "Items": [] if self.script["hides"] and self.lockedCollection(path) else
+                           [p for p in self.items if p.startswith(path)], "Attributes": item["attributes"],
                   "Label": item.get("label", ""), "Locked": self.lockedCollection(path) is not None, "Created": 1,
                   "Modified": item.get("changed", 1)}
         return GLib.Variant(interfaces[interface.rpartition(".")[2]][1][name], values[name])
 
     def called(self, bus, sender, path, interface, method, parameters, invocation):
         path = self.default if path.endswith("/aliases/default") else path
-        if self.script["silent"]:
+        if self.script["silent"] is True or method in self.script["silent"]:
             return
         try:
             failure = self.script["fails"].get(method)

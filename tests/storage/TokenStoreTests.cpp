@@ -245,11 +245,36 @@ TEST_F(TokenStoreTest, whatIsAddedWhileTheItemCannotBeReachedIsKeptUntilItIsSave
     store.load();
     EXPECT_EQ(issuers(*store.tokens), (Names{"a", "b", "earlier", "kept"}));
     EXPECT_EQ(store.tokens->at(1).counter, 1U);
-    EXPECT_EQ(writes(), 0U);
-    append(store, tokenNamed("c"));
-    EXPECT_EQ(*store.lastError, std::nullopt);
-    EXPECT_EQ(issuers(storedTokens()), (Names{"a", "b", "earlier", "kept", "c"}));
-    EXPECT_EQ(stored("vault (reserve)"), "[]");
+    EXPECT_EQ(storedTokens(), *store.tokens);
+    EXPECT_EQ(stored("vault (reserve)"), std::nullopt);
+}
+
+TEST_F(TokenStoreTest, theReserveKeepsOnlyWhatIsNotSaved)
+{
+    put({tokenNamed("a"), tokenNamed("b", "", 5), tokenNamed("c")});
+    TokenStore store;
+    credentials.answerAlways(Operation::update, errSecInteractionNotAllowed);
+    append(store, tokenNamed("d"));
+    store.advanceCounter(store.tokens->at(1));
+    const auto kept = decodeTokens(stored("vault (reserve)").value());
+    EXPECT_EQ(issuers(kept), (Names{"b", "d"}));
+    EXPECT_EQ(kept.front().counter, 6U);
+    credentials.answerAlways(Operation::update, errSecSuccess);
+    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b", "c", "d"}));
+}
+
+TEST_F(TokenStoreTest, withoutAReserveAnItemThatIsThereAgainGetsWhatIsNew)
+{
+    put({tokenNamed("kept")});
+    credentials.hasReserve = false;
+    for (const auto* issuer : {"a", "b"}) {
+        credentials.answerNext(Operation::copyMatching, errSecIO);
+        TokenStore store;
+        append(store, tokenNamed(issuer));
+        EXPECT_EQ(*store.lastError, std::nullopt);
+        EXPECT_EQ(issuers(*store.tokens), (Names{issuer}));
+    }
+    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b", "kept"}));
 }
 
 TEST_F(TokenStoreTest, whatIsKeptIsLeftAloneWhileTheListIsUnreadable)
@@ -266,7 +291,21 @@ TEST_F(TokenStoreTest, whatIsKeptIsLeftAloneWhileTheListIsUnreadable)
     TokenStore started;
     append(started, tokenNamed("b"));
     EXPECT_EQ(stored("vault.unreadable-1 (reserve)"), "damaged, too");
-    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b"}));
+    credentials.answerAlways(Operation::update, errSecSuccess);
+    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b", "kept"}));
+}
+
+TEST_F(TokenStoreTest, aTokenThatWasSavedAndDeletedStaysDeleted)
+{
+    put("damaged");
+    credentials.put(tokenStoreService, "vault (reserve)", encodeTokens({tokenNamed("kept")}));
+    TokenStore store;
+    credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
+    append(store, tokenNamed("deleted"));
+    append(store, tokenNamed("a"));
+    store.tokens.modify([&](auto& tokens) { tokens.erase(tokens.begin()); });
+    store.persist();
+    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "kept"}));
 }
 
 TEST_F(TokenStoreTest, aListThatAnotherProcessHasChangedIsUnitedWithOurs)
@@ -307,7 +346,8 @@ TEST(TokenUnion, hasEachTokenOnceWithItsLargerCounter)
         {{a}, {}, {a}},
         {{b}, {a}, {b, a}},
         {{a, b}, {b, a}, {a, b}},
-        {{a, b}, {newer}, {newer, b}},
+        {{a, a, b}, {newer}, {newer, a, b}},
+        {{b, b, a}, {newer}, {b, b, newer}},
         {{a}, {older}, {a}},
         {{a, older}, {newer}, {newer, older}},
         {{}, {older, a}, {a}},

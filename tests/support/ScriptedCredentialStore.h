@@ -32,6 +32,8 @@ public:
     std::vector<Call> calls; ///< in order; free to be cleared
     std::optional<SecResult> oddResult; ///< what each search that finds its item hands back instead of data
 
+    bool hasReserve = true;
+
     OSStatus copyMatching(const SecDictionary& query, SecResult& result) override
     {
         return answer({Operation::copyMatching, query, {}}, [&] {
@@ -63,6 +65,11 @@ public:
         return answer({Operation::add, {}, attributes}, [&] {
             return items.emplace(name(attributes), attributes).second ? errSecSuccess : errSecDuplicateItem;
         });
+    }
+
+    OSStatus remove(const SecDictionary& query) override
+    {
+        return items.erase(name(query)) > 0 ? errSecSuccess : errSecItemNotFound;
     }
 
     /// The next call of `operation` that has no script yet answers `status`; success does what it should.
@@ -110,7 +117,7 @@ private:
     OSStatus answer(Call call, Usual usual)
     {
         if (call.query.contains(kSecUseReserve) || call.attributes.contains(kSecUseReserve)) {
-            return usual();
+            return hasReserve ? usual() : errSecNotAvailable;
         }
         auto& script = scripts[call.operation];
         calls.push_back(std::move(call));
