@@ -10,7 +10,7 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests" / "app"))
 
 import harness
-from harness import SettingsPortal, WindowTest, secret, setClipboard
+from harness import WindowTest, secret, setClipboard, setDesktop
 
 tokens = (f"totp/Acme:alice%40acme.example?secret={secret}",
           f"hotp/Brim%20Bank:bob?secret={secret}&counter=1",
@@ -19,12 +19,12 @@ tokens = (f"totp/Acme:alice%40acme.example?secret={secret}",
           f"totp/%D8%A8%D8%B1%D9%8A%D8%AF:%D9%84%D9%8A%D9%84%D9%89?secret={secret}",
           f"totp/%E6%9D%B1%E4%BA%AC%E9%8A%80%E8%A1%8C:%E5%A4%AA%E9%83%8E?secret={secret}&period=60",
           "totp/?secret=GE&digits=7")
-# language, colours (1 dark, 2 light), text scale, pixels per point, width in points
+# language, colours, text scale, pixels per point, width in points
 looks = [("en", scheme, scale, ratio, 390) for scheme, (scale, ratio)
-         in itertools.product((2, 1), ((1, 1), (0.8, 1), (2, 1), (1, 2), (1, 3)))]
-looks += [(language, 2, 1, 1, 390) for language in ("ar", "he", "de", "ja", "zh_CN", "fr", "es", "pt_BR")]
-looks += [(language, 1, 2, 1, 320) for language in ("en", "de", "ar")]
-looks += [("en", 1, 1, 1, 1000)]
+         in itertools.product(("light", "dark"), ((1, 1), (0.8, 1), (2, 1), (1, 2), (1, 3)))]
+looks += [(language, "light", 1, 1, 390) for language in ("ar", "he", "de", "ja", "zh_CN", "fr", "es", "pt_BR")]
+looks += [(language, "dark", 2, 1, 320) for language in ("en", "de", "ar")]
+looks += [("en", "dark", 1, 1, 1000)]
 
 
 class Gallery(WindowTest):
@@ -34,24 +34,20 @@ class Gallery(WindowTest):
                 self.takeLook(*look)
 
     def takeLook(self, language, scheme, scale, ratio, width):
-        name = f"{language}-{'dark' if scheme == 1 else 'light'}-text{round(scale * 100)}-{ratio}x-{width}"
+        name = f"{language}-{scheme}-text{round(scale * 100)}-{ratio}x-{width}"
         self.look, self.pages, self.number = {"LANGUAGE": language, "LC_ALL": f"{language}.UTF-8",
                                               "QT_SCALE_FACTOR": str(ratio)}, [], 0
         self.home = pathlib.Path(harness.tempfile.mkdtemp(dir=self.home))
         self.folder = harness.pictures / name
         self.folder.mkdir(parents=True, exist_ok=True)
         self.setClock(1111111085)
-        portal = SettingsPortal()
-        portal.set("org.freedesktop.appearance color-scheme", f"uint32 {scheme}")
-        portal.set("org.gnome.desktop.interface text-scaling-factor", float(scale))
-        portal.set("org.gnome.desktop.interface enable-animations", "false")
+        setDesktop(color_scheme=f"'prefer-{scheme}'", text_scaling_factor=str(float(scale)), enable_animations="false")
         try:
             self.start()
             harness.xdotool("windowsize", "--sync", self.window, width * ratio, 844 * ratio)
             self.takeStates()
         finally:
             self.stop()
-            portal.close()
         subprocess.run(["montage", *self.pages, "-tile", "x1", "-geometry", "+12+12", "-background", "gray",
                         str(harness.pictures / f"{name}.png")], check=True)
         print(name, flush=True)
@@ -104,5 +100,6 @@ class Gallery(WindowTest):
 
 
 if __name__ == "__main__":
+    harness.withPortal = True
     harness.screen = "1400x2700x24"
     harness.main()

@@ -1,22 +1,22 @@
 #include "ui/SystemAppearance.h"
 
-#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QEvent>
 #include <QGuiApplication>
-#include <QMap>
 #include <QPalette>
 #include <QScreen>
-#include <QStringList>
+#include <QSocketNotifier>
+
+#include <chrono>
 
 namespace MirrowvaleAuthenticator {
 
 namespace {
 
-using Settings = QMap<QString, QVariantMap>;
+/// How long the first frame waits for the desktop, counted from the question on.
+constexpr std::chrono::milliseconds longestWait{200};
 
 QString portalService()
 {
@@ -53,10 +53,15 @@ bool isScaledByDisplay()
 
 } // namespace
 
+PortalQuestion* SystemAppearance::awaited = nullptr;
+
 SystemAppearance::SystemAppearance(QObject* parent) : QObject(parent)
 {
     QCoreApplication::instance()->installEventFilter(this);
-    askPortal();
+    followPortal();
+    if (awaited != nullptr) {
+        hear(*awaited);
+    }
 }
 
 bool SystemAppearance::isDark() const
@@ -66,36 +71,26 @@ bool SystemAppearance::isDark() const
                                > palette.color(QPalette::Window).lightness());
 }
 
-void SystemAppearance::askPortal()
+void SystemAppearance::hear(PortalQuestion& question)
 {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
+    if (const auto settings = question.takeAnswer(longestWait)) {
+        for (const DesktopSetting& setting : *settings) {
+            apply(QString::fromStdString(setting.group), QString::fromStdString(setting.key), setting.value);
+        }
         return;
     }
-    QDBusMessage question = QDBusMessage::createMethodCall(portalService(), portalPath(), portalInterface(),
-                                                           QStringLiteral("ReadAll"));
-    question << QStringList{common(), ofGNOME()};
-    const auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
-        const QDBusMessage reply = finished->reply();
-        finished->deleteLater();
-        followPortal();
-        if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1String("a{sa{sv}}")) {
-            return;
-        }
-        const auto groups = qdbus_cast<Settings>(reply.arguments().constFirst());
-        for (auto group = groups.begin(); group != groups.end(); ++group) {
-            for (auto setting = group->begin(); setting != group->end(); ++setting) {
-                apply(group.key(), setting.key(), *setting);
-            }
-        }
+    auto* notifier = new QSocketNotifier(question.descriptor(), QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this, notifier, &question] {
+        notifier->setEnabled(false);
+        notifier->deleteLater();
+        hear(question);
     });
 }
 
 void SystemAppearance::followPortal()
 {
-    // Not before an answer is there: this call waits for the bus. The slot takes the whole message, as one
-    // that takes a QDBusVariant was seen to be refused while that type was not known to the toolkit yet.
+    // The slot takes the whole message, as one that takes a QDBusVariant was seen to be refused while that
+    // type was not known to the toolkit yet.
     QDBusConnection::sessionBus().connect(portalService(), portalPath(), portalInterface(),
                                           QStringLiteral("SettingChanged"), this,
                                           SLOT(settingChanged(QDBusMessage)));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/PortalQuestion.h"
+
 #include <QDBusMessage>
 #include <QObject>
 #include <QVariant>
@@ -11,7 +13,7 @@ namespace MirrowvaleAuthenticator {
 
 /// How the system wants applications to look, followed while the application runs. Desktops and phones tell
 /// it on the session bus (the Settings interface of the XDG desktop portal); where none does, the palette
-/// decides between light and dark. Nothing waits for the answer.
+/// decides between light and dark.
 class SystemAppearance : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -21,7 +23,12 @@ class SystemAppearance : public QObject {
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed FINAL)
 
 public:
+    /// Waits for the desktop's answer, where one is awaited, until 200 ms after the question; an answer that
+    /// comes later is followed as any change.
     explicit SystemAppearance(QObject* parent = nullptr);
+
+    /// Names the question that the desktop has been asked; before the scene is built, which it must outlive.
+    static void await(PortalQuestion& question) { awaited = &question; }
 
     bool isDark() const;
     qreal textScale() const { return scale; } ///< factor on every text size, from 0.8 to 2
@@ -39,8 +46,10 @@ private slots:
     void settingChanged(const QDBusMessage& signal);
 
 private:
-    void askPortal();
+    void hear(PortalQuestion& question);
     void followPortal();
+
+    static PortalQuestion* awaited;
 
     std::optional<bool> darkWanted;
     qreal scale = 1;

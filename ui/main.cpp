@@ -1,9 +1,11 @@
 #include "platform/FreshMemory.h"
+#include "platform/PortalQuestion.h"
 #include "platform/ProcessProtection.h"
 #include "platform/RenderDevice.h"
 #include "platform/SessionBus.h"
 #include "platform/SingleInstance.h"
 #include "ui/MirrowvaleAuthenticatorApp.h"
+#include "ui/SystemAppearance.h"
 
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -71,6 +73,7 @@ int run(int& argc, char** argv, SingleInstance& instance)
 int main(int argc, char* argv[])
 {
     protectProcess();
+    PortalQuestion question; // first, for all the time that the desktop can get
     std::unique_ptr<SingleInstance> instance;
     try {
         instance = becomeOnlyInstance(activationToken(), patience);
@@ -78,5 +81,6 @@ int main(int argc, char* argv[])
         std::cerr << "mirrowvale-authenticator: " << failure.what() << '\n';
         return EXIT_FAILURE;
     }
+    SystemAppearance::await(question);
     return instance ? run(argc, argv, *instance) : EXIT_SUCCESS;
 }

@@ -1,42 +1,69 @@
-"""The looks that the desktop asks for: followed from the start, and while the application runs."""
+"""The looks that the desktop asks for: followed from the start, and while the application runs. A real portal tells
+them, to a user without privileges."""
 
+import contextlib
+import os
+import signal
 import subprocess
 
-from harness import SettingsPortal, WindowTest, main, secret
+import harness
+from harness import WindowTest, main, secret, setDesktop
+
+harness.ordinaryUser = True
+harness.withPortal = True
+light, dark = b"\xff\xff\xff", b"\0\0\0"
 
 
 class AppearanceTest(WindowTest):
-    def setUp(self):
-        super().setUp()
-        portal = SettingsPortal()
-        self.addCleanup(portal.close)
-        self.set = portal.set
-
     def ground(self):
         """The colour of the window in its lower left corner."""
         return subprocess.run(["import", "-window", self.window, "-crop", "1x1+5+500", "-depth", "8", "rgb:-"],
                               capture_output=True, check=True).stdout
 
     def testLightAndDark(self):
-        dark, light = b"\0\0\0", b"\xff\xff\xff"
-        self.set("org.freedesktop.appearance color-scheme", "uint32 1")
-        self.start()
-        for scheme, colour in ((None, dark), (2, light), (1, dark), (0, light)):
-            if scheme is not None:
-                self.set("org.freedesktop.appearance color-scheme", f"uint32 {scheme}")
+        setDesktop(color_scheme="'prefer-dark'")
+        self.start()  # and so does the portal
+        with self.assertRaises(PermissionError):
+            os.readlink(f"/proc/{self.process.pid}/root")  # which it would have to open
+        for scheme, colour in ((None, dark), ("light", light), ("dark", dark)):
+            if scheme:
+                setDesktop(color_scheme=f"'prefer-{scheme}'")
             self.until(lambda: self.ground() == colour, lambda: f"{scheme} gives {self.ground()}")
+        self.restart()
+        self.assertEqual(self.ground(), dark)
+        setDesktop(color_scheme="'default'")
+        self.until(lambda: self.ground() == light)
+
+    def testPortalThatAnswersLate(self):
+        setDesktop(color_scheme="'prefer-dark'")
+        with self.frozenPortal():
+            self.start()
+            self.until(lambda: self.ground() == light)
+        self.until(lambda: self.ground() == dark)
+
+    @contextlib.contextmanager
+    def frozenPortal(self):
+        bus, name = ("org.freedesktop.DBus", "/", "org.freedesktop.DBus"), "'org.freedesktop.portal.Desktop'"
+        harness.callBus(*bus, "StartServiceByName", f"({name}, uint32 0)")
+        process, = harness.callBus(*bus, "GetConnectionUnixProcessID", f"({name},)")
+        os.kill(process, signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            os.kill(process, signal.SIGCONT)
 
     def testTextScale(self):
+        setDesktop()
         self.start()
         self.add(f"otpauth://totp/Acme:alice?secret={secret}")
         usual = self.row("Acme").height
-        for factor, expected in ((2.0, 1.6), (0.8, 0.8), (50.0, 1.6), (1.0, 1.0)):
-            self.set("org.gnome.desktop.interface text-scaling-factor", factor)
+        for factor, expected in (("2.0", 1.6), ("0.8", 0.8), ("3.0", 1.6), ("1.0", 1.0)):
+            setDesktop(text_scaling_factor=factor)
             self.until(lambda: abs(self.row("Acme").height / usual - expected) < 0.15,
                        lambda: f"{factor} gives {self.row('Acme').height} for {usual}")
 
     def testReducedMotion(self):
-        self.set("org.gnome.desktop.interface enable-animations", "false")
+        setDesktop(enable_animations="false")
         self.start()
         tops = set()
         self.find("Add token").click()

@@ -15,6 +15,8 @@ application = None  # the program under test
 pictures = None  # where a failed wait leaves what was on screen
 screen = "600x1000x24"  # of the virtual display
 secret = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"  # the key of RFC 4226, appendix D, in Base32
+ordinaryUser = False  # whether the tests, if root starts them, are to run as a user without privileges
+withPortal = False  # whether the session has the portal that tells how the desktop wants applications to look
 patience = 20.0  # seconds until a condition that does not come true counts as failed
 
 
@@ -26,27 +28,50 @@ def main():
         application, pictures = (pathlib.Path(text).resolve() for text in sys.argv[1:3])
         unittest.main(argv=[sys.argv[0], *sys.argv[3:]], verbosity=2)
     with tempfile.TemporaryDirectory() as home:
+        environment = {name: value for name, value in os.environ.items()
+                       if name in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
+        environment.update(LANG="C.UTF-8", TZ="UTC", XDG_RUNTIME_DIR=home, HOME=home, GSETTINGS_BACKEND="keyfile",
+                           MIRROWVALE_TEST_HOME=home, PYTHONDONTWRITEBYTECODE="1")
+        hideServices(pathlib.Path(home, "dbus-1/services"))
+        words, identity = sys.argv, {}
+        if ordinaryUser and os.geteuid() == 0:
+            words, identity = asOrdinaryUser(pathlib.Path(home), *sys.argv)
         reading, writing = os.pipe()
         display = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", screen, "-nolisten", "tcp"],
             pass_fds=[writing], stderr=subprocess.DEVNULL)
         os.close(writing)
         try:
-            number = os.read(reading, 16).decode().strip()
-            # In the place of a keyring of this machine, which would ask for a password.
-            services = pathlib.Path(home, "dbus-1/services")
-            services.mkdir(parents=True)
-            (services / "org.freedesktop.secrets.service").write_text(
-                "[D-BUS Service]\nName=org.freedesktop.secrets\nExec=/bin/false\n")
-            environment = {name: value for name, value in os.environ.items()
-                           if name in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
-            environment.update(DISPLAY=":" + number, LANG="C.UTF-8", TZ="UTC", XDG_RUNTIME_DIR=home, HOME=home,
-                               MIRROWVALE_TEST_HOME=home, PYTHONDONTWRITEBYTECODE="1")
-            sys.exit(subprocess.run(["dbus-run-session", "--", sys.executable, *sys.argv], env=environment,
-                                    stdin=subprocess.DEVNULL).returncode)
+            environment["DISPLAY"] = ":" + os.read(reading, 16).decode().strip()
+            sys.exit(subprocess.run(["dbus-run-session", "--", sys.executable, *words], env=environment,
+                                    stdin=subprocess.DEVNULL, **identity).returncode)
         finally:
             display.terminate()
             display.wait()
+
+
+def hideServices(folder):
+    """Puts services that cannot be started in the place of those of the machine that no test is to start: its keyring
+    would ask for a password."""
+    folder.mkdir(mode=0o700, parents=True)
+    portal = "org.freedesktop.portal."
+    for name in (portal + "Documents", "org.freedesktop.secrets", *([] if withPortal else [portal + "Desktop"])):
+        folder.joinpath(name + ".service").write_text(f"[D-BUS Service]\nName={name}\nExec=/bin/false\n")
+
+
+def asOrdinaryUser(home, script, program, folder, *rest):
+    """Gives the home to a user without privileges, with a copy of what that user may not be able to reach.
+    @returns the command's words, and as whom to run it"""
+    shutil.copytree(pathlib.Path(script).parent, home / "tests")
+    for module in pathlib.Path(program).parent.glob("mirrowvale-keyring-*.so"):
+        shutil.copy(module, home)
+    copied = shutil.copy(program, home)
+    pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
+    user = 65534
+    for path in (home, *home.rglob("*"), folder):
+        os.chown(path, user, user)
+    return ([home / "tests" / pathlib.Path(script).name, copied, pathlib.Path(folder).resolve(), *rest],
+            {"user": user, "group": user, "extra_groups": []})
 
 
 Atspi = Gio = GLib = None  # there once the bus is
@@ -117,23 +142,29 @@ def end(process):
     process.wait()
 
 
-class SettingsPortal:
-    """A desktop's settings on the session bus, until it is closed."""
+def callBus(service, path, interface, method, arguments):
+    """A call on the session's bus; the arguments in GVariant's text form."""
+    return Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
+        service, path, interface, method, GLib.Variant.parse(None, arguments, None, None), None, 0, -1).unpack()
 
-    def __init__(self):
-        self.process = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name("settings_portal.py")],
-                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        self.process.stdout.readline()  # it is on the bus
 
-    def set(self, setting, value):
-        """@param setting  group and key
-        @param value    in GVariant's text form"""
-        self.process.stdin.write(f"{setting} {value}\n")
-        self.process.stdin.flush()
-        self.process.stdout.readline()
-
-    def close(self):
-        self.process.communicate()
+def setDesktop(**settings):
+    """Gives the desktop these settings alone: the names, and the values in GVariant's text form. A portal that runs
+    knows of them then."""
+    settings = {name.replace("_", "-"): value for name, value in settings.items()}
+    file = pathlib.Path(os.environ["HOME"], ".config/glib-2.0/settings/keyfile")
+    file.parent.mkdir(parents=True, exist_ok=True)
+    fresh = file.with_suffix(".new")
+    fresh.write_text("\n".join(["[org/gnome/desktop/interface]", *map("=".join, settings.items()), ""]))
+    fresh.rename(file)
+    portal, group = "org.freedesktop.portal.Desktop", "org.gnome.desktop.interface"
+    while callBus("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "NameHasOwner", f"('{portal}',)")[0]:
+        known, = callBus(portal, "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings", "ReadAll",
+                         f"(['{group}'],)")
+        if all(known[group][name] == GLib.Variant.parse(None, value, None, None).unpack()
+               for name, value in settings.items()):
+            break
+        time.sleep(0.03)
 
 
 class Element:

@@ -49,9 +49,7 @@ class StartingTest(WindowTest):
 
     def call(self, method, arguments):
         """Asks as a desktop does."""
-        harness.Gio.bus_get_sync(harness.Gio.BusType.SESSION).call_sync(
-            name, "/" + name.replace(".", "/"), "org.freedesktop.Application", method,
-            GLib.Variant.parse(None, arguments, None, None), None, 0, -1)
+        harness.callBus(name, "/" + name.replace(".", "/"), "org.freedesktop.Application", method, arguments)
 
     def windowInFront(self):
         return xdotool("mousemove", 100, 300, "getmouselocation", "--shell").partition("WINDOW=")[2].split()[0]
