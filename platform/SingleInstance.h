@@ -37,7 +37,7 @@ public:
     bool activateFirst(const std::string& activationToken, std::chrono::milliseconds patience) const;
 
     /// First instance: the descriptor that becomes readable when another start may have asked for it; -1 for
-    /// none.
+    /// none. What has come already is to be taken first.
     int activationDescriptor() const { return waiting.get(); }
 
     /// First instance: takes what waits at the descriptor.

@@ -68,6 +68,7 @@ void MirrowvaleAuthenticatorApp::listenForOtherStarts()
     auto* notifier =
         new QSocketNotifier(instance.activationDescriptor(), QSocketNotifier::Read, &application);
     QObject::connect(notifier, &QSocketNotifier::activated, &application, [this] { answerOtherStarts(); });
+    answerOtherStarts(); // what the bus started this process for
 }
 
 void MirrowvaleAuthenticatorApp::answerOtherStarts()

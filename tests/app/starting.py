@@ -1,5 +1,7 @@
 """Starts of the program while it runs already: one window on one bus, and one on each list."""
 
+import os
+import pathlib
 import signal
 import subprocess
 
@@ -43,6 +45,19 @@ class StartingTest(WindowTest):
                 self.until(lambda: self.windowOf(other) == self.windowInFront())
         with self.assertRaisesRegex(GLib.Error, "no actions"):
             self.call("ActivateAction", "('quit', @av [], @a{sv} {})")
+
+    def testStartedByTheBus(self):
+        """As a desktop starts the installed program."""
+        bus = ("org.freedesktop.DBus", "/", "org.freedesktop.DBus")
+        service = pathlib.Path(__file__).parents[2] / f"packaging/{name}.service.in"
+        installed = pathlib.Path(os.environ["XDG_RUNTIME_DIR"], f"dbus-1/services/{name}.service")
+        installed.write_text(service.read_text().replace("@CMAKE_INSTALL_FULL_BINDIR@", str(harness.application.parent)))
+        self.addCleanup(installed.unlink)
+        harness.callBus(*bus, "ReloadConfig", "()")
+        self.call("Activate", "(@a{sv} {},)")
+        process, = harness.callBus(*bus, "GetConnectionUnixProcessID", f"('{name}',)")
+        self.addCleanup(os.kill, process, signal.SIGTERM)
+        self.until(lambda: xdotool("search", "--onlyvisible", "--pid", process))
 
     def startAgain(self, environment):
         self.assertEqual(self.second(environment).wait(harness.patience), 0)
