@@ -1,21 +1,24 @@
 #include "core/StoredForm.h"
 
+#include "core/JSONReader.h"
+#include "platform/Text.h"
+
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <charconv>
 #include <cmath>
+#include <concepts>
 #include <cstdint>
-#include <limits>
-#include <nlohmann/json.hpp>
+#include <cstdlib>
+#include <locale.h>
+#include <optional>
+#include <type_traits>
 #include <utility>
 
 namespace MirrowvaleAuthenticator {
 
 namespace {
-
-/// JSON values that wipe what they held: the list is made of secrets.
-using SecretJSON = nlohmann::basic_json<nlohmann::ordered_map, std::vector, SecretString, bool, std::int64_t,
-                                        std::uint64_t, double, WipingAllocator>;
 
 /// The members of a token's object, in field order.
 enum class CodingKey {
@@ -47,183 +50,149 @@ std::string sentence(StoredFormError::Case which)
 }
 
 template <typename Value>
-bool assign(const std::optional<Value>& value, Value& field)
+Value required(std::optional<Value> value)
 {
-    field = value.value_or(field);
-    return value.has_value();
+    if (!value) {
+        throw JSONError();
+    }
+    return std::move(*value);
 }
 
-/// Builds tokens while the JSON parser reads. Each callback returns whether to read on.
-class TokenReader {
-public:
-    using number_integer_t = SecretJSON::number_integer_t;
-    using number_unsigned_t = SecretJSON::number_unsigned_t;
-    using number_float_t = SecretJSON::number_float_t;
-    using string_t = SecretJSON::string_t;
-    using binary_t = SecretJSON::binary_t;
+/// The member of this name, or nothing where it is none of the ten.
+std::optional<CodingKey> takeKey(JSONReader& json)
+{
+    const auto written = json.takeString();
+    json.take(':');
+    const bool isPlain = written.find('\\') == std::string_view::npos;
+    const auto found = isPlain ? std::ranges::find(codingKeys, written)
+                               : std::ranges::find(codingKeys, unescaped(written).value_or(""));
+    return found == codingKeys.end() ? std::nullopt
+                                     : std::optional(static_cast<CodingKey>(found - codingKeys.begin()));
+}
 
-    bool null() { return isSkipping(); }
-    bool boolean(bool) { return isSkipping(); }
-    bool binary(const binary_t&) { return false; }
-    bool number_integer(number_integer_t number) { return isSkipping() || takeInteger(number); }
-    bool number_unsigned(number_unsigned_t number) { return isSkipping() || takeInteger(number); }
+std::string takeText(JSONReader& json)
+{
+    return required(unescaped(json.takeString()));
+}
 
-    template <typename Text>
-    bool number_float(number_float_t number, const Text&)
-    {
-        return isSkipping() || (isAt(CodingKey::createdAt) && takeSeconds(number));
+/// A number as it is written, save that an integer zero has no sign.
+std::string_view takeNumber(JSONReader& json)
+{
+    const auto written = json.takeNumber();
+    return written == "-0" ? written.substr(1) : written;
+}
+
+void take(JSONReader& json, std::string& text)
+{
+    text = takeText(json);
+}
+
+void take(JSONReader& json, UUID& id)
+{
+    id = required(UUID::fromString(takeText(json)));
+}
+
+void take(JSONReader& json, AuthToken::Kind& kind)
+{
+    kind = required(kindFromRawValue(takeText(json)));
+}
+
+void take(JSONReader& json, AuthToken::Algorithm& algorithm)
+{
+    algorithm = required(algorithmFromRawValue(takeText(json)));
+}
+
+/// Takes an integer, which has neither fraction nor exponent.
+template <std::integral Integer>
+void take(JSONReader& json, Integer& integer)
+{
+    const auto written = takeNumber(json);
+    const auto [end, error] = std::from_chars(written.data(), written.data() + written.size(), integer);
+    if (error != std::errc() || end != written.data() + written.size()) {
+        throw JSONError();
     }
+}
 
-    bool string(const string_t& text) { return isSkipping() || takeText(text); }
-
-    bool start_array(std::size_t)
-    {
-        if (place == Place::start) {
-            place = Place::list;
-            return true;
-        }
-        return enterSkipped();
+/// Takes the nearest double, whatever the program's locale; what is too small for one is zero.
+void take(JSONReader& json, Date& instant)
+{
+    static const locale_t plainLocale = newlocale(LC_ALL_MASK, "C", nullptr);
+    const std::string written(takeNumber(json));
+    const double seconds = strtod_l(written.c_str(), nullptr, plainLocale);
+    if (!std::isfinite(seconds)) {
+        throw JSONError();
     }
+    instant = Date::fromSecondsSinceReferenceDate(seconds);
+}
 
-    bool end_array()
-    {
-        if (skippedDepth > 0) {
-            --skippedDepth;
-        }
-        return true;
+void takeMember(JSONReader& json, CodingKey key, AuthToken& token)
+{
+    switch (key) {
+    case CodingKey::id:
+        return take(json, token.id);
+    case CodingKey::kind:
+        return take(json, token.kind);
+    case CodingKey::issuer:
+        return take(json, token.issuer);
+    case CodingKey::account:
+        return take(json, token.account);
+    case CodingKey::secretBase32:
+        return take(json, token.secretBase32);
+    case CodingKey::algorithm:
+        return take(json, token.algorithm);
+    case CodingKey::digits:
+        return take(json, token.digits);
+    case CodingKey::period:
+        return take(json, token.period);
+    case CodingKey::counter:
+        return take(json, token.counter);
+    case CodingKey::createdAt:
+        return take(json, token.createdAt);
     }
+    __builtin_unreachable();
+}
 
-    bool start_object(std::size_t)
-    {
-        if (place == Place::list) {
-            place = Place::token;
-            token = {};
-            seen.reset();
-            return true;
-        }
-        return enterSkipped();
-    }
-
-    bool end_object()
-    {
-        if (skippedDepth > 0) {
-            --skippedDepth;
-            return true;
-        }
-        place = Place::list;
-        tokens.push_back(std::move(token));
-        return seen.all();
-    }
-
-    bool key(const string_t& name)
-    {
-        if (skippedDepth > 0) {
-            return true;
-        }
-        const auto position = std::ranges::find(codingKeys, std::string_view(name)) - codingKeys.begin();
-        const auto index = static_cast<std::size_t>(position);
-        member.reset();
-        if (index == codingKeys.size()) {
-            return true;
-        }
-        member = static_cast<CodingKey>(index);
-        const bool isFirst = !seen[index];
-        seen.set(index);
-        return isFirst; // which of two values was meant cannot be known
-    }
-
-    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception&) { return false; }
-
-    std::vector<AuthToken> tokens;
-
-private:
-    enum class Place { start, list, token };
-
-    /// Whether the value at hand belongs to a member that is none of the ten.
-    bool isSkipping() const { return skippedDepth > 0 || (place == Place::token && !member); }
-    bool isAt(CodingKey key) const { return place == Place::token && member == key; }
-
-    bool enterSkipped()
-    {
-        if (!isSkipping()) {
-            return false;
-        }
-        ++skippedDepth;
-        return true;
-    }
-
-    bool takeSeconds(double seconds)
-    {
-        token.createdAt = Date::fromSecondsSinceReferenceDate(seconds);
-        return true;
-    }
-
-    template <typename Number>
-    bool takeInteger(Number number)
-    {
-        if (isAt(CodingKey::createdAt)) {
-            return takeSeconds(static_cast<double>(number));
-        }
-        if (isAt(CodingKey::counter)) {
-            token.counter = static_cast<std::uint64_t>(number);
-            return std::in_range<std::uint64_t>(number);
-        }
-        if (isAt(CodingKey::digits) || isAt(CodingKey::period)) {
-            (isAt(CodingKey::digits) ? token.digits : token.period) = static_cast<std::int64_t>(number);
-            return std::in_range<std::int64_t>(number);
-        }
-        return false;
-    }
-
-    bool takeText(std::string_view text)
-    {
-        if (place != Place::token) {
-            return false;
-        }
-        switch (*member) {
-        case CodingKey::id:
-            return assign(UUID::fromString(text), token.id);
-        case CodingKey::kind:
-            return assign(kindFromRawValue(text), token.kind);
-        case CodingKey::algorithm:
-            return assign(algorithmFromRawValue(text), token.algorithm);
-        case CodingKey::issuer:
-            token.issuer = text;
-            return true;
-        case CodingKey::account:
-            token.account = text;
-            return true;
-        case CodingKey::secretBase32:
-            token.secretBase32 = text;
-            return true;
-        case CodingKey::digits:
-        case CodingKey::period:
-        case CodingKey::counter:
-        case CodingKey::createdAt:
-            return false;
-        }
-        __builtin_unreachable();
-    }
-
-    Place place = Place::start;
-    AuthToken token;
-    std::optional<CodingKey> member;
+void takeToken(JSONReader& json, AuthToken& token)
+{
     std::bitset<codingKeys.size()> seen;
-    std::size_t skippedDepth = 0;
-};
-
-/// Whether a text stands between quotation marks as it is.
-bool isPlain(std::string_view text)
-{
-    bool isPlain = true; // to the end of the text: without a way out, many bytes are looked at in one go
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        isPlain &= byte >= ' ' && byte < 0x80 && byte != '"' && byte != '\\';
+    json.take('{');
+    do {
+        const auto key = takeKey(json);
+        if (!key) {
+            json.skipValue();
+            continue;
+        }
+        const auto index = static_cast<std::size_t>(*key);
+        if (seen[index]) {
+            throw JSONError(); // which of two values was meant cannot be known
+        }
+        seen.set(index);
+        takeMember(json, *key, token);
+    } while (json.takeIf(','));
+    json.take('}');
+    if (!seen.all()) {
+        throw JSONError();
     }
-    return isPlain;
 }
 
-/// Writes members one after the other; what takes more than copying is left to the library.
+std::vector<AuthToken> takeTokens(std::string_view text)
+{
+    constexpr std::size_t leastSize = 160; // of a token: its members with empty values
+    std::vector<AuthToken> tokens;
+    tokens.reserve(text.size() / leastSize);
+    JSONReader json(text);
+    json.take('[');
+    if (!json.takeIf(']')) {
+        do {
+            takeToken(json, tokens.emplace_back());
+        } while (json.takeIf(','));
+        json.take(']');
+    }
+    json.takeEnd();
+    return tokens;
+}
+
+/// Writes members one after the other.
 class TokenWriter {
 public:
     explicit TokenWriter(SecretString& text) : json(text) { }
@@ -254,33 +223,63 @@ private:
 
     void appendText(CodingKey key, std::string_view text)
     {
-        appendKey(key);
-        if (isPlain(text)) {
-            json += '"';
-            json += text;
-            json += '"';
-        } else {
-            json += SecretJSON(SecretString(text)).dump(); // throws where it is not UTF-8
+        if (!isValidUTF8(text)) {
+            throw StoredFormError(StoredFormError::Case::unwritable);
         }
+        appendKey(key);
+        json += '"';
+        for (;;) {
+            const auto plain = std::string_view(text.begin(), std::ranges::find_if(text, mustBeEscaped));
+            json += plain;
+            text.remove_prefix(plain.size());
+            if (text.empty()) {
+                break;
+            }
+            appendEscape(text.front());
+            text.remove_prefix(1);
+        }
+        json += '"';
+    }
+
+    static bool mustBeEscaped(char character)
+    {
+        return static_cast<unsigned char>(character) < ' ' || character == '"' || character == '\\';
+    }
+
+    void appendEscape(char character)
+    {
+        json += '\\';
+        if (character == '"' || character == '\\') {
+            json += character;
+            return;
+        }
+        constexpr std::string_view digits = "0123456789abcdef";
+        json += "u00";
+        json += digits[static_cast<unsigned char>(character) >> 4];
+        json += digits[static_cast<unsigned char>(character) & 0xfU];
     }
 
     template <typename Number>
     void appendNumber(CodingKey key, Number number)
     {
         appendKey(key);
-        std::array<char, 24> digits{};
+        std::array<char, 32> digits{};
         const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
         json.append(digits.data(), end);
+        const bool isInteger =
+            std::none_of(digits.data(), end, [](char byte) { return byte == '.' || byte == 'e'; });
+        if (std::is_floating_point_v<Number> && isInteger) {
+            json += ".0"; // readers that take it for an integer would lose the sign of a zero
+        }
     }
 
     void appendSeconds(CodingKey key, double seconds)
     {
-        // JSON has no form for an infinity or NaN: the library would write null.
+        // JSON has no form for an infinity or NaN.
         if (!std::isfinite(seconds)) {
             throw StoredFormError(StoredFormError::Case::unwritable);
         }
-        appendKey(key);
-        json += SecretJSON(seconds).dump();
+        appendNumber(key, seconds);
     }
 
     SecretString& json;
@@ -303,11 +302,7 @@ SecretString encodeTokens(const std::vector<AuthToken>& tokens)
         if (text.size() > 1) {
             text += ',';
         }
-        try {
-            writer.write(token);
-        } catch (const SecretJSON::exception&) {
-            throw StoredFormError(StoredFormError::Case::unwritable); // not UTF-8
-        }
+        writer.write(token);
     }
     text += ']';
     return text;
@@ -315,14 +310,11 @@ SecretString encodeTokens(const std::vector<AuthToken>& tokens)
 
 std::vector<AuthToken> decodeTokens(std::string_view json)
 {
-    constexpr std::size_t leastSize = 160; // of a token: its members with empty values
-    TokenReader reader;
-    reader.tokens.reserve(json.size() / leastSize);
-    // The parser takes a NUL for the end of the text; no JSON text holds one.
-    if (json.find('\0') != std::string_view::npos || !SecretJSON::sax_parse(json, &reader)) {
+    try {
+        return takeTokens(json);
+    } catch (const JSONError&) {
         throw StoredFormError(StoredFormError::Case::unreadable);
     }
-    return std::move(reader.tokens);
 }
 
 } // namespace MirrowvaleAuthenticator

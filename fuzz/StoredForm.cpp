@@ -5,6 +5,7 @@
 #include <cmath>
 #include <fuzzer/FuzzedDataProvider.h>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <set>
 #include <utility>
 
@@ -45,6 +46,34 @@ AuthToken tokenFrom(const JSON& object)
             Date::fromSecondsSinceReferenceDate(object.at("createdAt").get<double>())};
 }
 
+/// A string or number of JSON in a form that the library's documents can hold, and that none of the ten
+/// members may have: they know no number beyond the doubles and no half of a surrogate pair.
+std::string holdable(const std::smatch& literal)
+{
+    static const std::regex halfPair(
+        R"((\\[^u]|\\u[dD][89abAB]..\\u[dD][c-fC-F]..)|\\u[dD][89a-fA-F][\da-fA-F]{2})");
+    const auto text = literal.str();
+    if (!text.starts_with('"')) {
+        return std::isinf(std::strtod(text.c_str(), nullptr)) ? "null" : text;
+    }
+    const auto whole = std::regex_replace(text, halfPair, "$1");
+    const bool isName = literal[1].matched;
+    return whole == text ? text : isName ? "\"?" + whole.substr(1) : "[" + whole + "]";
+}
+
+std::string holdable(const std::string& text)
+{
+    static const std::regex literals(
+        R"re("(?:[^"\\]|\\[^])*"(\s*:)?|-?(?:0|[1-9]\d*)(?:\.\d+)?(?:[eE][+-]?\d+)?)re");
+    std::string result;
+    auto rest = text.cbegin();
+    for (std::sregex_iterator literal(text.begin(), text.end(), literals), none; literal != none; ++literal) {
+        result.append(rest, (*literal)[0].first) += holdable(*literal);
+        rest = (*literal)[0].second;
+    }
+    return result.append(rest, text.cend());
+}
+
 /// Reads a list by way of a whole document.
 List readByDocument(std::string_view text)
 {
@@ -60,7 +89,11 @@ List readByDocument(std::string_view text)
         }
         return true;
     };
-    const auto document = JSON::parse(text, watch, false);
+    auto document = JSON::parse(text, watch, false);
+    if (document.is_discarded()) {
+        repeats = false;
+        document = JSON::parse(holdable(std::string(text)), watch, false);
+    }
     // The library takes a NUL for the end of the text; JSON has none.
     if (!document.is_array() || repeats || text.find('\0') != std::string_view::npos) {
         return std::nullopt;
@@ -112,6 +145,7 @@ void checkWriting(FuzzedDataProvider input)
         const auto text = encodeTokens(tokens);
         Fuzzing::require(isWritable, "only what JSON can say is written");
         Fuzzing::require(fieldsOf(decodeTokens(text)) == fieldsOf(tokens), "what was written reads back");
+        Fuzzing::require(readByDocument(text) == fieldsOf(tokens), "any reader of JSON gets it back");
     } catch (const StoredFormError&) {
         Fuzzing::require(!isWritable, "what JSON can say is written");
     }

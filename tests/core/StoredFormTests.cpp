@@ -99,7 +99,7 @@ TEST(StoredForm, writesTheMembersInFieldOrder)
     }
 }
 
-TEST(StoredForm, writesTextsAsTheLibraryDoes)
+TEST(StoredForm, writesTextsThatAConformingReaderGetsBack)
 {
     std::vector<std::string> texts = {"", "é", "a\u2028b", "ends in \\", "\"quoted\""};
     for (int byte = 0; byte < 0x80; ++byte) {
@@ -108,26 +108,24 @@ TEST(StoredForm, writesTextsAsTheLibraryDoes)
     for (const auto& text : texts) {
         auto token = goodToken();
         token.issuer = text;
-        const auto member = "\"issuer\":" + nlohmann::json(text).dump() + ",";
-        EXPECT_NE(encoded({token}).find(member), std::string::npos) << member;
+        EXPECT_EQ(nlohmann::json::parse(encoded({token})).at(0).at("issuer"), text);
         EXPECT_EQ(decodeTokens(encoded({token}))[0].issuer, text);
     }
 }
 
 TEST(StoredForm, readsWhatAConformingWriterWrites)
 {
-    const auto deep = repeated(R"([{"id":)", 50'000) + "0" + repeated("}]", 50'000);
-    for (const auto& json : {" [\n" + good + "\t]\r\n",
-                             "[{" + memberOf("createdAt") + "," + good.substr(1, good.rfind(',') - 1) + "}]",
-                             listWith("kind", R"("hotp")", "\\u006bind"),
-                             listWith("id", R"("00112233-4455-6677-8899-aabbccddeeff")"),
-                             listWith("issuer", R"("\u0041\u0063me")"), listWith("createdAt", "15e-1"),
-                             listWithExtra(R"("extra":null)"), listWithExtra(R"("extra":1,"extra":2)"),
-                             listWithExtra(R"("extra":{"id":1,"kind":[],"counter":-1})"),
-                             listWithExtra(R"("":"","ID":1,"Kind":2,"issuer ":3)"),
-                             listWithExtra(R"("extra":123456789012345678901234567890,"other":0.1e-400)"),
-                             listWithExtra("\"extra\":" + deep),
-                             listWithExtra("\"extra\":" + repeated("[", 100'000) + repeated("]", 100'000))}) {
+    const auto deep = repeated(R"([{"id":)", 500'000) + "0" + repeated("}]", 500'000);
+    for (const auto& json :
+         {" [\n" + good + "\t]\r\n",
+          "[{" + memberOf("createdAt") + "," + good.substr(1, good.rfind(',') - 1) + "}]",
+          listWith("kind", R"("hotp")", "\\u006bind"),
+          listWith("id", R"("00112233-4455-6677-8899-aabbccddeeff")"),
+          listWith("issuer", R"("\u0041\u0063me")"), listWith("createdAt", "15e-1"),
+          listWithExtra(R"("extra":null)"), listWithExtra(R"("extra":1,"extra":2)"),
+          listWithExtra(R"("extra":{"id":1,"kind":[],"counter":-1})"),
+          listWithExtra(R"("":"","ID":1,"Kind":2,"issuer ":3)"),
+          listWithExtra(R"("extra":-1e999,"\ud800":"\udc00")"), listWithExtra("\"extra\":" + deep)}) {
         SCOPED_TRACE(json.substr(0, 300));
         try {
             EXPECT_EQ(decodeTokens(json), std::vector{goodToken()});

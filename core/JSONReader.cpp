@@ -1,0 +1,243 @@
+#include "core/JSONReader.h"
+
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+constexpr std::string_view escapedLetters = "\"\\/bfnrt";
+constexpr std::string_view escapedBytes = "\"\\/\b\f\n\r\t";
+constexpr std::size_t codeUnitSize = 6; // of "\u" and four hexadecimal digits
+
+void require(bool holds)
+{
+    if (!holds) {
+        throw JSONError();
+    }
+}
+
+bool isDigit(char byte)
+{
+    return byte >= '0' && byte <= '9';
+}
+
+/// The size of the escape at the front of a text.
+std::size_t escapeSize(std::string_view text)
+{
+    require(text.size() >= 2);
+    if (text[1] != 'u') {
+        require(escapedLetters.find(text[1]) != std::string_view::npos);
+        return 2;
+    }
+    constexpr std::string_view digits = "0123456789abcdefABCDEF";
+    require(text.size() >= codeUnitSize
+            && text.substr(2, codeUnitSize - 2).find_first_not_of(digits) == std::string_view::npos);
+    return codeUnitSize;
+}
+
+/// Takes a UTF-16 code unit off the front.
+std::uint32_t takeCodeUnit(std::string_view& written)
+{
+    std::uint32_t unit = 0;
+    std::from_chars(written.data() + 2, written.data() + codeUnitSize, unit, 16);
+    written.remove_prefix(codeUnitSize);
+    return unit;
+}
+
+/// Takes one or two escapes that stand for a character off the front.
+std::optional<std::uint32_t> takeScalar(std::string_view& written)
+{
+    constexpr std::uint32_t firstHigh = 0xd800;
+    constexpr std::uint32_t firstLow = 0xdc00;
+    constexpr std::uint32_t pastLow = 0xe000;
+    const auto unit = takeCodeUnit(written);
+    if (unit < firstHigh || unit >= pastLow) {
+        return unit;
+    }
+    if (unit >= firstLow || !written.starts_with("\\u")) {
+        return std::nullopt;
+    }
+    const auto low = takeCodeUnit(written);
+    if (low < firstLow || low >= pastLow) {
+        return std::nullopt;
+    }
+    return 0x10000 + ((unit - firstHigh) << 10 | (low - firstLow));
+}
+
+void appendUTF8(std::uint32_t scalar, std::string& text)
+{
+    const auto append = [&](std::uint32_t byte) { text += static_cast<char>(byte); };
+    const auto appendRest = [&](unsigned shift) { append(0x80U | (scalar >> shift & 0x3fU)); };
+    if (scalar < 0x80) {
+        append(scalar);
+    } else if (scalar < 0x800) {
+        append(0xc0U | scalar >> 6);
+        appendRest(0);
+    } else if (scalar < 0x10000) {
+        append(0xe0U | scalar >> 12);
+        appendRest(6);
+        appendRest(0);
+    } else {
+        append(0xf0U | scalar >> 18);
+        appendRest(12);
+        appendRest(6);
+        appendRest(0);
+    }
+}
+
+} // namespace
+
+JSONReader::JSONReader(std::string_view text) : rest(text)
+{
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    rest.remove_prefix(rest.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+}
+
+bool JSONReader::takeIf(char mark)
+{
+    skipSpace();
+    return takeByteIf(mark);
+}
+
+void JSONReader::take(char mark)
+{
+    require(takeIf(mark));
+}
+
+std::string_view JSONReader::takeString()
+{
+    take('"');
+    unsigned seen = 0;
+    std::size_t size = 0;
+    for (;;) {
+        require(size < rest.size());
+        const auto byte = static_cast<unsigned char>(rest[size]);
+        if (byte == '"') {
+            break;
+        }
+        require(byte >= ' ');
+        seen |= byte;
+        size += byte == '\\' ? escapeSize(rest.substr(size)) : 1;
+    }
+    const auto written = rest.substr(0, size);
+    require(seen < 0x80 || isValidUTF8(written));
+    rest.remove_prefix(size + 1);
+    return written;
+}
+
+std::string_view JSONReader::takeNumber()
+{
+    skipSpace();
+    const auto start = rest;
+    takeByteIf('-');
+    if (!takeByteIf('0')) {
+        takeDigits();
+    }
+    if (takeByteIf('.')) {
+        takeDigits();
+    }
+    if (takeByteIf('e') || takeByteIf('E')) {
+        takeByteIf('+') || takeByteIf('-');
+        takeDigits();
+    }
+    return start.substr(0, start.size() - rest.size());
+}
+
+void JSONReader::skipValue()
+{
+    std::vector<bool> areObjects; // what is open, a bit each: the depth is the text's to choose
+    do {
+        if (!areObjects.empty() && areObjects.back()) {
+            takeString();
+            take(':');
+        }
+        const bool isObject = takeIf('{');
+        if (isObject || takeIf('[')) {
+            areObjects.push_back(isObject);
+            if (!takeIf(isObject ? '}' : ']')) {
+                continue;
+            }
+            areObjects.pop_back();
+        } else {
+            skipLiteral();
+        }
+        while (!areObjects.empty() && !takeIf(',')) {
+            take(areObjects.back() ? '}' : ']');
+            areObjects.pop_back();
+        }
+    } while (!areObjects.empty());
+}
+
+void JSONReader::takeEnd()
+{
+    skipSpace();
+    require(rest.empty());
+}
+
+bool JSONReader::takeByteIf(char byte)
+{
+    const bool isNext = rest.starts_with(byte);
+    rest.remove_prefix(isNext ? 1 : 0);
+    return isNext;
+}
+
+void JSONReader::takeDigits()
+{
+    require(!rest.empty() && isDigit(rest.front()));
+    rest.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(rest, isDigit) - rest.begin()));
+}
+
+void JSONReader::skipSpace()
+{
+    while (takeByteIf(' ') || takeByteIf('\n') || takeByteIf('\r') || takeByteIf('\t')) { }
+}
+
+/// Skips a string, a number or one of the three words.
+void JSONReader::skipLiteral()
+{
+    skipSpace();
+    for (const std::string_view word : {"true", "false", "null"}) {
+        if (rest.starts_with(word)) {
+            rest.remove_prefix(word.size());
+            return;
+        }
+    }
+    if (rest.starts_with('"')) {
+        takeString();
+    } else {
+        takeNumber();
+    }
+}
+
+std::optional<std::string> unescaped(std::string_view written)
+{
+    std::string text;
+    text.reserve(written.size()); // growing would leave copies of a secret behind
+    for (;;) {
+        const auto plainSize = std::min(written.find('\\'), written.size());
+        text += written.substr(0, plainSize);
+        written.remove_prefix(plainSize);
+        if (written.empty()) {
+            return text;
+        }
+        if (written[1] == 'u') {
+            const auto scalar = takeScalar(written);
+            if (!scalar) {
+                return std::nullopt;
+            }
+            appendUTF8(*scalar, text);
+        } else {
+            text += escapedBytes[escapedLetters.find(written[1])];
+            written.remove_prefix(2);
+        }
+    }
+}
+
+} // namespace MirrowvaleAuthenticator
