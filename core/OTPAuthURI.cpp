@@ -4,8 +4,9 @@
 #include "platform/URLComponents.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <forward_list>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -45,46 +46,46 @@ AuthToken::Kind kindOf(const URLComponents& components)
     return *kind;
 }
 
-/// Values by lower-cased name. Names that are the same text under canonical equivalence are the same name.
+/// Values of the parameters that play a part, by lower-cased name. Whatever else stands in a query is
+/// ignored.
 class QueryMap {
 public:
     explicit QueryMap(const std::vector<URLComponents::QueryItem>& items)
     {
-        parameters.reserve(items.size());
         for (const auto& item : items) {
-            parameters.push_back({key(item.name), item.value.value_or("")});
-        }
-        std::ranges::sort(parameters, {}, &Parameter::key);
-        if (std::ranges::adjacent_find(parameters, {}, &Parameter::key) != parameters.end()) {
-            throw OTPAuthParserError(Case::invalidURL);
+            const auto parameter = std::ranges::find_if(
+                parameters, [&](const auto& known) { return isSame(known.name, item.name); });
+            if (parameter == parameters.end()) {
+                continue;
+            }
+            if (parameter->value || !item.value) {
+                throw OTPAuthParserError(Case::invalidURL);
+            }
+            parameter->value = item.value;
         }
     }
 
-    QueryMap(const QueryMap&) = delete; // its keys look into its own names
-    QueryMap& operator=(const QueryMap&) = delete;
-
-    std::optional<std::string_view> operator[](std::string_view key) const
+    std::optional<std::string_view> operator[](std::string_view name) const
     {
-        const auto found = std::ranges::find(parameters, key, &Parameter::key);
-        return found == parameters.end() ? std::nullopt : std::optional(found->value);
+        return std::ranges::find(parameters, name, &Parameter::name)->value;
     }
 
 private:
     struct Parameter {
-        std::string_view key;
-        std::string_view value;
+        std::string_view name; ///< in lower case
+        std::optional<std::string_view> value;
     };
 
-    std::string_view key(std::string_view name)
+    /// Regardless of case. No character beyond ASCII has a letter of these names for its lower case.
+    static bool isSame(std::string_view lowerCaseName, std::string_view name)
     {
-        if (std::ranges::all_of(name, [](char byte) { return byte >= 'a' && byte <= 'z'; })) {
-            return name; // what follows would leave it as it is
-        }
-        return changedNames.emplace_front(canonicalComposition(lowercased(name)));
+        return std::ranges::equal(lowerCaseName, name, {}, {}, [](char byte) {
+            return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+        });
     }
 
-    std::vector<Parameter> parameters;
-    std::forward_list<std::string> changedNames;
+    std::array<Parameter, 6> parameters{
+        {{"secret", {}}, {"issuer", {}}, {"algorithm", {}}, {"digits", {}}, {"period", {}}, {"counter", {}}}};
 };
 
 std::string labelOf(std::string_view path)

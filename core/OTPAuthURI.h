@@ -25,9 +25,9 @@ private:
 
 /// Reads an `otpauth://` provisioning URI into a new token with a fresh `id` and the current instant.
 ///
-/// Unknown algorithm names and unreadable numbers fall back to SHA1, 6 digits, 30 seconds and counter 0; a
-/// parameter that occurs more than once fails, since a credential is never guessed. Secret, digits and period
-/// are not judged here.
+/// Unknown algorithm names and unreadable numbers fall back to SHA1, 6 digits, 30 seconds and counter 0. One
+/// of the six parameters that occurs more than once, or whose value is not UTF-8, fails, since a credential
+/// is never guessed; other parameters are ignored. Secret, digits and period are not judged here.
 /// @param text  a URI (RFC 3986), already trimmed
 /// @throws OTPAuthParserError  the first check that fails: `invalidURL`, `unsupportedType`, `missingSecret`
 AuthToken parseOTPAuthURI(std::string_view text);

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <map>
+#include <set>
 #include <variant>
 
 using namespace MirrowvaleAuthenticator;
@@ -93,14 +94,13 @@ AuthToken naivelyParsed(std::string_view uri)
     token.kind = *kind;
     readLabel(naivelyDecoded(takeUpTo("?", rest)).value_or(""), token);
 
+    static const std::set<std::string> names{"secret", "issuer", "algorithm", "digits", "period", "counter"};
     std::map<std::string, std::string> query;
     while (!rest.empty()) {
         auto value = takeUpTo("&", rest);
-        if (value.empty()) {
-            continue;
-        }
         const auto name = canonicalComposition(lowercased(naivelyDecoded(takeUpTo("=", value)).value_or("")));
-        if (!query.emplace(name, naivelyDecoded(value).value_or("")).second) {
+        const auto decoded = naivelyDecoded(value);
+        if (names.contains(name) && (!decoded || !query.emplace(name, *decoded).second)) {
             throw OTPAuthParserError(Case::invalidURL);
         }
     }
@@ -118,14 +118,27 @@ AuthToken naivelyParsed(std::string_view uri)
     return token;
 }
 
-/// Whether a text is a URI beyond doubt: no characters but those that may stand anywhere after the host, and
-/// escapes that are whole.
+bool hasWholeEscapes(std::string_view text)
+{
+    constexpr std::string_view digits = "0123456789abcdefABCDEF";
+    for (auto escape = text.find('%'); escape != text.npos; escape = text.find('%', escape + 1)) {
+        const auto number = text.substr(escape + 1, 2);
+        if (number.size() < 2 || number.find_first_not_of(digits) != number.npos) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Whether a text is a URI beyond doubt: no characters but those that may stand anywhere after the host,
+/// escapes that are whole, and a path that decodes.
 bool isPlainURI(std::string_view text)
 {
     constexpr std::string_view plain =
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~:/?&=+%";
     return (text.starts_with("otpauth://totp/") || text.starts_with("otpauth://hotp/"))
-        && text.find_first_not_of(plain) == std::string_view::npos && naivelyDecoded(std::string(text));
+        && text.find_first_not_of(plain) == std::string_view::npos && hasWholeEscapes(text)
+        && naivelyDecoded(std::string(text.substr(0, text.find('?'))));
 }
 
 void checkUse(const AuthToken& token)

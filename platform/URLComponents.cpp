@@ -60,39 +60,18 @@ std::span<char> takePath(bool hasAuthority, std::span<char>& text)
     return takeFront(lengthBefore(endsPath), text);
 }
 
-std::optional<URLComponents::QueryItem> decodedItem(std::span<char> item)
-{
-    const auto rawName = takeUpTo('=', item);
-    const auto name = removePercentEncoding(rawName);
-    if (!name) {
-        return std::nullopt;
-    }
-    if (item.empty()) {
-        return URLComponents::QueryItem{*name, std::nullopt};
-    }
-    const auto value = removePercentEncoding(item.subspan(1));
-    if (!value) {
-        return std::nullopt;
-    }
-    return URLComponents::QueryItem{*name, *value};
-}
-
-bool appendQueryItems(std::span<char> query, std::vector<URLComponents::QueryItem>& items)
+void appendQueryItems(std::span<char> query, std::vector<URLComponents::QueryItem>& items)
 {
     constexpr std::size_t ordinaryCount = 8;
     items.reserve(ordinaryCount);
     while (!query.empty()) {
-        const auto written = takeUpTo('&', query);
-        if (!written.empty()) {
-            const auto item = decodedItem(written);
-            if (!item) {
-                return false;
-            }
-            items.push_back(*item);
+        auto value = takeUpTo('&', query);
+        const auto name = removePercentEncoding(takeUpTo('=', value));
+        if (name && !name->empty()) {
+            items.push_back({*name, removePercentEncoding(value.subspan(value.empty() ? 0 : 1))});
         }
-        query = query.subspan(std::min<std::size_t>(1, query.size()));
+        query = query.subspan(query.empty() ? 0 : 1);
     }
-    return true;
 }
 
 } // namespace
@@ -123,8 +102,8 @@ std::optional<URLComponents> URLComponents::fromString(std::string_view text)
     }
     components.host = host ? removePercentEncoding(*host) : std::nullopt;
     components.path = *path;
-    if (query && !appendQueryItems(*query, components.queryItems)) {
-        return std::nullopt;
+    if (query) {
+        appendQueryItems(*query, components.queryItems);
     }
     return components;
 }

@@ -49,7 +49,8 @@ TEST(OTPAuthURI, takesEveryFieldFromTheURI)
 TEST(OTPAuthURI, acceptsSchemeTypeAndNamesInAnyCase)
 {
     for (const auto* uri : {"OTPAUTH://TOTP/x?SECRET=S", "otpauth://u:p@totp:99/x?secret=S#secret=T",
-                            "otpauth://:@%74otp:/x?%73ecret=S", "otpauth://totp/x?a=1&&secret=S&b&c=&&"}) {
+                            "otpauth://:@%74otp:/x?%73ecret=S", "otpauth://totp/x?a=1&&secret=S&b&c=&&a=2",
+                            "otpauth://totp/x?a=%FF&secret=S&%ED%A0%80=%C3&%C3%A9=1&%C3%89=2&secret%FF=1"}) {
         SCOPED_TRACE(uri);
         ASSERT_EQ(failure(uri), "");
         EXPECT_EQ(parseOTPAuthURI(uri).kind, Kind::totp);
@@ -155,18 +156,18 @@ TEST(OTPAuthURI, failsWithTheFirstCheckThatFails)
             " otpauth://totp/x?secret=X", "otpauth://totp/x?secret=X\n", "otpauth://totp/a b?secret=X",
             "otpauth://totp/é?secret=X", "otpauth://totp/x?secret=X|", "otpauth://totp/x?secret=X#a#b",
             "otpauth://totp/x?secret=X\0"s, "otpauth://totp/100%?secret=X", "otpauth://push/%FF",
-            "otpauth://totp/x?secret=%zz", "otpauth://totp/x?secret=X&a=%C3", "otpauth://totp:x/?secret=X",
-            "otpauth://totp/x?secret=X&%ED%A0%80=1", "otpauth://totp/x?secret=X#%zz",
+            "otpauth://totp/x?secret=X&a=%zz", "otpauth://totp:x/?secret=X", "otpauth://totp/x?secret=X#%zz",
+            "otpauth://totp/x?secret=%C3", "otpauth://totp/x?secret=X&issuer=%FF",
+            "otpauth://totp/x?secret=X&ALGORITHM=%FF", "otpauth://totp/x?secret=X&digits=%FF",
+            "otpauth://totp/x?secret=X&period=%FF", "otpauth://totp/x?secret=X&counter=%FF",
             "otpauth://totp/[a]?secret=X", "otpauth://a@totp@x/?secret=X", "otpauth://[::1/x?secret=X",
             "otpauth://totp/x?secret=X&secret=X", "otpauth://totp/x?secret=X&Secret",
-            "otpauth://totp/x?secret=X&%53ECRET=Y", "otpauth://totp/x?a=1&a=2",
-            "otpauth://totp/x?secret=X&%C3%A9=1&%C3%89=2", "otpauth://totp/x?secret=X&%C3%A9=1&e%CC%81=2",
-            "otpauth://totp/x?secret=X&k=1&%E2%84%AA=2",
+            "otpauth://totp/x?secret=X&%53ECRET=Y", "otpauth://totp/x?issuer=I&Issuer",
         }},
         {unsupportedType, {
             "otpauth:", "otpauth:totp?secret=X", "otpauth:///totp?secret=X", "otpauth://push/x",
             "otpauth://totp@x/x?secret=X", "otpauth://[::1]/x?secret=X",
-            "otpauth://push/x?secret=X&secret=Y",
+            "otpauth://push/x?secret=X&secret=%FF",
         }},
         {missingSecret, {
             "otpauth://totp", "otpauth://totp/x?secret=", "otpauth://totp/x?secret",
@@ -210,14 +211,8 @@ TEST(OTPAuthURI, answersTextsOfAMegabyteWhateverTheyHold)
     }
     EXPECT_EQ(parseOTPAuthURI("otpauth://totp/" + megabyte(":") + "a:b?secret=X").issuer, "a");
     EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=" + megabyte("a%20")).secretBase32.size(), 262'144U);
-    EXPECT_EQ(failure("otpauth://totp/x?secret=X&" + megabyte("a=&")), invalidURL);
-
-    std::string manyNames = "otpauth://totp/x?secret=X";
-    for (int number = 0; number < 100'000; ++number) {
-        manyNames += "&n" + std::to_string(number);
-    }
-    EXPECT_EQ(failure(manyNames), "");
-    EXPECT_EQ(failure(manyNames + "&N99999"), invalidURL);
+    EXPECT_EQ(failure("otpauth://totp/x?secret=X&" + megabyte("a=&")), "");
+    EXPECT_EQ(failure("otpauth://totp/x?secret=X&" + megabyte("issuer=&")), invalidURL);
 }
 
 } // namespace MirrowvaleAuthenticator
