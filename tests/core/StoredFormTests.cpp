@@ -1,6 +1,8 @@
 #include "core/StoredForm.h"
 
 #include <bit>
+#include <clocale>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -10,6 +12,10 @@ namespace MirrowvaleAuthenticator {
 namespace {
 
 using namespace std::string_literals;
+
+/// The environment's locale is in force from the start, as the toolkit has it.
+[[maybe_unused]] const char* const userLocale = std::setlocale(LC_ALL, "");
+
 /// The stored form of `goodToken()`.
 const auto good =
     R"({"id":"00112233-4455-6677-8899-AABBCCDDEEFF","kind":"hotp","issuer":"Acme","account":"alice",)"
@@ -186,6 +192,9 @@ TEST(StoredForm, refusesATextThatIsNoListOfTokens)
 
 TEST(StoredForm, instantsReadBackBitForBit)
 {
+    if (const char* decimalPoint = std::getenv("DECIMAL_POINT")) {
+        ASSERT_STREQ(std::localeconv()->decimal_point, decimalPoint);
+    }
     using Limits = std::numeric_limits<double>;
     for (const double instant : {0.0, -0.0, Limits::denorm_min(), -Limits::denorm_min(), Limits::min(),
                                  Limits::max(), Limits::lowest(), 0.1, 1.0 / 3, 1e-310, 1e16, 1e23,
