@@ -118,7 +118,8 @@ std::optional<LabelParts> splitLabel(std::string_view label)
     return std::nullopt;
 }
 
-/// A decimal number with an optional sign and nothing else, or nothing where it does not fit.
+/// A decimal number with an optional sign and nothing else, or nothing where it does not fit; "-0" does not
+/// fit what has no sign.
 template <typename Number>
 std::optional<Number> decimal(std::string_view text)
 {
@@ -131,15 +132,6 @@ std::optional<Number> decimal(std::string_view text)
     Number number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
-
-std::optional<std::uint64_t> unsignedDecimal(std::string_view text)
-{
-    if (text.size() > 1 && text.starts_with('-')
-        && text.find_first_not_of('0', 1) == std::string_view::npos) {
-        return 0;
-    }
-    return decimal<std::uint64_t>(text);
 }
 
 } // namespace
@@ -175,7 +167,7 @@ AuthToken parseOTPAuthURI(std::string_view text)
                           .value_or(AuthToken::Algorithm::sha1);
     token.digits = decimal<std::int64_t>(query["digits"].value_or("")).value_or(6);
     token.period = decimal<std::int64_t>(query["period"].value_or("")).value_or(30);
-    token.counter = unsignedDecimal(query["counter"].value_or("")).value_or(0);
+    token.counter = decimal<std::uint64_t>(query["counter"].value_or("")).value_or(0);
     token.createdAt = Date::now();
     return token;
 }

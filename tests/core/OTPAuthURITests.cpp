@@ -44,6 +44,12 @@ TEST(OTPAuthURI, takesEveryFieldFromTheURI)
     EXPECT_FALSE(plain.id == token.id);
     const AuthToken defaults{plain.id, Kind::totp, "", "", "X", Algorithm::sha1, 6, 30, 0, plain.createdAt};
     EXPECT_EQ(plain, defaults);
+
+    const auto large = parseOTPAuthURI("otpauth://hotp/x?secret=X&digits=9223372036854775807&"
+                                       "period=-9223372036854775808&counter=18446744073709551615");
+    EXPECT_EQ(large.digits, std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(large.period, std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(large.counter, std::numeric_limits<std::uint64_t>::max());
 }
 
 TEST(OTPAuthURI, acceptsSchemeTypeAndNamesInAnyCase)
@@ -63,20 +69,13 @@ TEST(OTPAuthURI, splitsTheLabelAndPrefersTheIssuerParameter)
     // clang-format off
     const struct { std::string label, parameters, issuer, account; } table[] = {
         {"/Acme:alice", "", "Acme", "alice"}, {"/Old:bob", "&issuer=New", "New", "bob"},
-        {"/Old:bob", "&issuer=", "", "bob"}, {"/Old:bob", "&issuer", "", "bob"},
-        {"/Old:bob", "&ISSUER=%C2%A0New%20Co%E3%80%80%0A", "New Co", "bob"},
-        {"/bob", "&issuer=A+B%3Cb%3E%251", "A+B<b>%1", "bob"}, {"/carol", "", "", "carol"}, {"/", "", "", ""},
-        {"/:Acme:alice", "", "Acme", "alice"}, {"/:::Acme:alice", "", "Acme", "alice"},
-        {"/Acme:", "", "", "Acme:"}, {"/:Acme:", "", "", ":Acme:"}, {"/:alice", "", "", ":alice"},
-        {"/:", "", "", ":"}, {"/Acme::alice", "", "Acme", ":alice"}, {"/Acme::", "", "Acme", ":"},
-        {"/a:b:c", "&issuer=I", "I", "b:c"}, {"/Acme:", "&issuer=I", "I", "Acme:"},
-        {"/%20Acme%09:%E2%80%A8a%20%20b%C2%85", "", "Acme", "a  b"}, {"/%20:alice", "", "", "alice"},
-        {"/Acme:%20", "", "Acme", ""}, {"/Acme%3Aalice", "", "Acme", "alice"},
-        {"/Acme%253Aalice", "", "Acme", "alice"}, {"/Acme%25253Aalice", "", "", "Acme%3Aalice"},
-        {"/100%25", "", "", "100%"}, {"/%25FF:a", "", "%FF", "a"}, {"/%25C3%25A9", "", "", "é"},
-        {"/%D8%80:a:b", "", "\u0600:a", "b"}, {"/Acme:%CC%81b:alice", "", "Acme:\u0301b", "alice"}, {"/Acme%0D:%0Aalice", "", "Acme", "alice"},
-        {"//a/b//", "", "", "a/b"}, {"/%2Fa%2F", "", "", "a"}, {"/%252Fa", "", "", "/a"},
-        {"/a+b:c+d", "", "a+b", "c+d"},
+        {"/Old:bob", "&issuer=", "", "bob"}, {"/Old:bob", "&ISSUER=%C2%A0N%20Co%E3%80%80%0A", "N Co", "bob"},
+        {"/carol", "", "", "carol"}, {"/", "", "", ""}, {"/:::Acme:alice", "", "Acme", "alice"},
+        {"/Acme:", "", "", "Acme:"}, {"/:alice", "", "", ":alice"}, {"/Acme::alice", "", "Acme", ":alice"},
+        {"/a:b:c", "&issuer=I", "I", "b:c"}, {"/Acme:%20a%20b%20", "", "Acme", "a b"},
+        {"/Acme%253Aalice", "", "Acme", "alice"}, {"/100%25", "", "", "100%"}, {"/%25FF:a", "", "%FF", "a"},
+        {"/Acme:%CC%81b:alice", "", "Acme:\u0301b", "alice"}, {"/Acme%0D:%0Aalice", "", "Acme", "alice"},
+        {"//a/b//", "", "", "a/b"}, {"/%252Fa", "", "", "/a"}, {"/a+b:c+d", "", "a+b", "c+d"},
     };
     // clang-format on
     for (const auto& row : table) {
@@ -99,51 +98,6 @@ TEST(OTPAuthURI, upperCasesTheSecretAndRemovesPlainSpacesOnly)
     // clang-format on
     for (const auto& [written, secret] : table) {
         EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=" + written).secretBase32, secret) << written;
-    }
-}
-
-TEST(OTPAuthURI, readsTheAlgorithmOrFallsBack)
-{
-    const std::pair<const char*, Algorithm> table[] = {
-        {"=SHA1", Algorithm::sha1},      {"=sha256", Algorithm::sha256}, {"=Sha512", Algorithm::sha512},
-        {"=MD5", Algorithm::sha1},       {"=", Algorithm::sha1},         {"=%C5%BFha256", Algorithm::sha256},
-        {"=%20SHA256", Algorithm::sha1}, {"", Algorithm::sha1}};
-    for (const auto& [written, algorithm] : table) {
-        EXPECT_EQ(parseOTPAuthURI("otpauth://totp/x?secret=X&algorithm"s + written).algorithm, algorithm)
-            << written;
-    }
-}
-
-TEST(OTPAuthURI, readsNumbersOrFallsBack)
-{
-    constexpr auto smallest = std::numeric_limits<std::int64_t>::min();
-    constexpr auto largest = std::numeric_limits<std::int64_t>::max();
-    constexpr std::int64_t none = -424242;
-    const std::string zeros(100'000, '0');
-    // clang-format off
-    const std::pair<std::string, std::int64_t> signedTable[] = {
-        {"8", 8}, {"+8", 8}, {"-7", -7}, {zeros + "9", 9}, {"9223372036854775807", largest},
-        {"-9223372036854775808", smallest}, {"9223372036854775808", none}, {"-9223372036854775809", none},
-        {zeros.substr(0, 99) + "8" + zeros, none}, {"", none}, {"+", none}, {"-", none}, {"+-8", none},
-        {"%208", none}, {"8.0", none}, {"8%00", none}, {"%EF%BC%98", none},
-    };
-    // clang-format on
-    for (const auto& [written, value] : signedTable) {
-        SCOPED_TRACE(written.substr(0, 100));
-        const auto token =
-            parseOTPAuthURI("otpauth://totp/x?secret=X&digits=" + written + "&period=" + written);
-        EXPECT_EQ(token.digits, value == none ? 6 : value);
-        EXPECT_EQ(token.period, value == none ? 30 : value);
-    }
-    // clang-format off
-    const std::pair<std::string, std::uint64_t> counterTable[] = {
-        {"+5", 5}, {"-0", 0}, {"-3", 0}, {"-", 0}, {"", 0}, {"5x", 0}, {"+-5", 0}, {zeros + "7", 7},
-        {"18446744073709551615", 18446744073709551615U}, {"18446744073709551616", 0},
-    };
-    // clang-format on
-    for (const auto& [written, value] : counterTable) {
-        SCOPED_TRACE(written.substr(0, 100));
-        EXPECT_EQ(parseOTPAuthURI("otpauth://hotp/x?secret=X&counter=" + written).counter, value);
     }
 }
 

@@ -146,27 +146,20 @@ TEST(StoredForm, readsWhatAConformingWriterWrites)
 
 TEST(StoredForm, refusesAMemberThatIsNotAsItMustBe)
 {
-    const std::pair<std::string, std::vector<std::string>> table[] = {
-        {"id", {R"("00112233445566778899AABBCCDDEEFF")"}},
-        {"kind", {R"("TOTP")"}},
-        {"issuer", {R"(["Acme"])", R"("\ud800")", "\"\xff\""}},
-        {"account", {"true"}},
-        {"secretBase32", {"0"}},
-        {"algorithm", {R"("sha1")"}},
-        {"digits", {"6.5", "true", R"("6")", "9223372036854775808", "-9223372036854775809"}},
-        {"period", {"30.5", "9223372036854775808", "-9223372036854775809"}},
-        {"counter", {"-1", "0.5", "18446744073709551616"}},
-        {"createdAt", {R"("0")", "1e400"}}};
     ASSERT_FALSE(isRefused("[" + good + "]"));
-    for (const auto& [key, texts] : table) {
+    // clang-format off
+    for (const auto& [key, text] : {
+             std::pair("id", R"("00112233445566778899AABBCCDDEEFF")"), {"kind", R"("TOTP")"},
+             {"issuer", R"("\ud800")"}, {"account", "true"}, {"secretBase32", "0"}, {"algorithm", R"("sha1")"},
+             {"digits", "9223372036854775808"}, {"period", "-9223372036854775809"},
+             {"counter", "18446744073709551616"}, {"createdAt", "1e400"}}) {
+        // clang-format on
         EXPECT_TRUE(isRefused(listWith(key, "0", "extra"))) << key << " is missing";
         EXPECT_TRUE(isRefused(listWith(key, "null"))) << key << " is null";
         EXPECT_TRUE(isRefused(listWith(key, repeated("[", 100'000) + repeated("]", 100'000))))
             << key << " is deep";
         EXPECT_TRUE(isRefused(listWithExtra(memberOf(key)))) << key << " occurs twice";
-        for (const auto& text : texts) {
-            EXPECT_TRUE(isRefused(listWith(key, text))) << key << " is " << text;
-        }
+        EXPECT_TRUE(isRefused(listWith(key, text))) << key << " is " << text;
     }
 }
 
@@ -174,14 +167,10 @@ TEST(StoredForm, refusesATextThatIsNoListOfTokens)
 {
     const auto list = "[" + good + "]";
     const auto nested = listWith("id", "{" + memberOf("id") + "}", "extra");
-    // clang-format off
-    const std::string table[] = {
-        ""s, "null"s, "{}"s, good, "[]]"s, "[] x"s, "[]\0"s, "[1]"s, "[{}]"s, "[" + list + "]", list + list,
-        "[" + good + good + "]", list + "\xff", "[" + good + ",null]", listWithExtra("\"extra\":\"\xff\""), nested,
-        repeated("[", 1'000'000), repeated(R"({"a":)", 1'000'000),
-    };
-    // clang-format on
-    for (const auto& json : table) {
+    for (const auto& json :
+         {good, "[]\0"s, "[" + list + "]", list + list, listWithExtra("\"extra\":\"\xff\""),
+          listWithExtra("\"extra\":[tru]"), nested, repeated("[", 1'000'000),
+          listWithExtra("\"extra\":" + repeated(R"({"a":)", 1'000'000))}) {
         EXPECT_TRUE(isRefused(json)) << json.substr(0, 300);
     }
     for (std::size_t size = 0; size < list.size(); ++size) {
