@@ -9,7 +9,7 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
-constexpr int repeatDelay = 300; // milliseconds
+constexpr int repeatDelay = 500; // milliseconds; long enough for a slow press to end before it repeats
 constexpr int repeatInterval = 100;
 
 } // namespace
@@ -109,14 +109,29 @@ void ButtonItem::setDown(bool presses)
     emit downChanged();
 }
 
+void ButtonItem::beginPress()
+{
+    repeated = false;
+    setDown(true);
+}
+
+void ButtonItem::endPress(bool counts)
+{
+    const bool clicks = counts && down && !repeated;
+    setDown(false);
+    if (clicks) {
+        emit clicked();
+    }
+}
+
 void ButtonItem::mousePressEvent(QMouseEvent*)
 {
-    setDown(true);
+    beginPress();
 }
 
 void ButtonItem::mouseDoubleClickEvent(QMouseEvent*)
 {
-    setDown(true); // the second of two quick presses counts like the first
+    beginPress(); // the second of two quick presses counts like the first
 }
 
 void ButtonItem::mouseMoveEvent(QMouseEvent* event)
@@ -126,11 +141,7 @@ void ButtonItem::mouseMoveEvent(QMouseEvent* event)
 
 void ButtonItem::mouseReleaseEvent(QMouseEvent* event)
 {
-    const bool counts = down && contains(event->position());
-    setDown(false);
-    if (counts) {
-        emit clicked();
-    }
+    endPress(contains(event->position()));
 }
 
 void ButtonItem::mouseUngrabEvent()
@@ -148,7 +159,7 @@ void ButtonItem::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Space:
         if (!event->isAutoRepeat()) {
-            setDown(true);
+            beginPress();
         }
         break;
     case Qt::Key_Return:
@@ -166,9 +177,8 @@ void ButtonItem::keyReleaseEvent(QKeyEvent* event)
 {
     if (event->key() != Qt::Key_Space) {
         QQuickItem::keyReleaseEvent(event);
-    } else if (!event->isAutoRepeat() && down) {
-        setDown(false);
-        emit clicked();
+    } else if (!event->isAutoRepeat()) {
+        endPress(true);
     }
 }
 
@@ -185,6 +195,7 @@ void ButtonItem::timerEvent(QTimerEvent* event)
         return;
     }
     repetition.start(repeatInterval, this);
+    repeated = true;
     emit clicked();
 }
 

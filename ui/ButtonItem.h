@@ -52,7 +52,8 @@ signals:
     void topInsetChanged();
     void bottomInsetChanged();
 
-    /// A press has ended on the button; while one is held, again and again where `autoRepeat` is set.
+    /// A press has ended on the button. Where `autoRepeat` is set, a press that is held clicks again and
+    /// again instead, and its end no more.
     void clicked();
 
 protected:
@@ -71,12 +72,15 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    void beginPress();
+    void endPress(bool counts);
     void setDown(bool presses);
     void arrange();
 
     QString text;
     bool down = false;
     bool autoRepeat = false;
+    bool repeated = false; // the press under way has clicked while it was held
     QPointer<QQuickItem> content;
     QPointer<QQuickItem> ground;
     qreal leftPadding = 0;

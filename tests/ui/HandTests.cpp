@@ -420,16 +420,31 @@ TEST_F(HandTest, aPickersMenuGoesWithTheKeyboard)
     EXPECT_TRUE(sheetIsUp());
 }
 
-TEST_F(HandTest, aStepperRepeatsWhileItIsHeld)
+TEST_F(HandTest, aPressIsOneStepOrRepeatsWhileItIsHeld)
 {
     open("a");
     openSheet();
-    const QPoint plus = middle(*button(window->contentItem(), "Increment"));
-    const AddTokenView& form = *contentView.addTokenView();
-    press(plus);
-    EXPECT_TRUE(QTest::qWaitFor([&form] { return form.digits() == 8; }));
-    release(plus);
-    EXPECT_EQ(form.digits(), 8);
+    AddTokenView& form = *contentView.addTokenView();
+    QQuickItem* plus = shown(window->contentItem(), [](const QQuickItem& item) {
+                           return item.property("subject").toString().startsWith(QStringLiteral("Period"));
+                       }).constLast();
+    plus->forceActiveFocus(Qt::TabFocusReason);
+    const std::pair<std::function<void()>, std::function<void()>> presses[] = {
+        {[&] { press(middle(*plus)); }, [&] { release(middle(*plus)); }},
+        {[this] { QTest::keyPress(window.get(), Qt::Key_Space); },
+         [this] { QTest::keyRelease(window.get(), Qt::Key_Space); }},
+    };
+    for (const auto& [begin, end] : presses) {
+        form.setPeriod(15);
+        begin();
+        end();
+        EXPECT_EQ(form.period(), 20);
+        begin();
+        EXPECT_TRUE(QTest::qWaitFor([&form] { return form.period() >= 30; }));
+        const auto held = form.period();
+        end();
+        EXPECT_EQ(form.period(), held);
+    }
 }
 
 TEST_F(HandTest, scrollingClosesAnOpenRowAndKeepsTheAcknowledgement)
