@@ -19,9 +19,11 @@ class ListTest(WindowTest):
         xdotool("mousemove", row.left + 60, row.top + row.height - 30, "click", "--repeat", 2, "--delay", 40, 1)
         self.setClock(1111111109)
         self.row("Acme", "081 804")  # the selection stays through ticks
-        setClipboard("")
-        key("ctrl+c")
-        self.until(lambda: clipboard() == "081 804")
+        for keys, code in (("ctrl+c", "081 804"), ("ctrl+Insert", "081 804"), ("shift+Left ctrl+c", "081 80")):
+            setClipboard("")
+            key(*keys.split())
+            self.until(lambda: clipboard() == code)
+            self.assertEqual(clipboard("x-kde-passwordManagerHint"), "secret")
         self.setClock(59)
         for code in ("359 152", "969 429"):
             self.find("Next").click()

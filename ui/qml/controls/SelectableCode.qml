@@ -52,6 +52,13 @@ TextInput {
         event.accepted = selected
         clearSelection()
     }
+    Keys.onPressed: event => {
+        // The toolkit's own copy lacks the mark that keeps it out of clipboard histories.
+        event.accepted = event.matches(StandardKey.Copy)
+        if (event.accepted && selectedText.length > 0) {
+            Pasteboard.setString(selectedText)
+        }
+    }
 
     MouseArea {
         function start() {
