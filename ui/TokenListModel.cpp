@@ -28,8 +28,8 @@ QHash<int, QByteArray> TokenListModel::roleNames() const
 {
     return {
         {Issuer, "issuer"},         {Account, "account"},     {DisplayCode, "displayCode"},
-        {OffersNext, "offersNext"}, {Countdown, "countdown"}, {Urgent, "urgent"},
-        {Copied, "copied"},
+        {OffersNext, "offersNext"}, {Countdown, "countdown"}, {LongestCountdown, "longestCountdown"},
+        {Urgent, "urgent"},         {Copied, "copied"},
     };
 }
 
@@ -51,6 +51,8 @@ QVariant TokenListModel::data(const QModelIndex& index, int role) const
         return view.offersNext();
     case Countdown:
         return view.countdown();
+    case LongestCountdown:
+        return view.longestCountdown();
     case Urgent:
         return view.isUrgent();
     case Copied:

@@ -25,7 +25,16 @@ class TokenListModel : public QAbstractListModel {
     QML_UNCREATABLE("belongs to the list screen")
 
 public:
-    enum Role { Issuer = Qt::UserRole, Account, DisplayCode, OffersNext, Countdown, Urgent, Copied };
+    enum Role {
+        Issuer = Qt::UserRole,
+        Account,
+        DisplayCode,
+        OffersNext,
+        Countdown,
+        LongestCountdown,
+        Urgent,
+        Copied
+    };
 
     TokenListModel(TokenStore& store, Date now, QObject* parent = nullptr);
 

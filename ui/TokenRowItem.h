@@ -17,6 +17,7 @@ class TokenRowItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qual
     Q_PROPERTY(QString displayCode MEMBER displayCode NOTIFY displayCodeChanged FINAL)
     Q_PROPERTY(bool offersNext MEMBER offersNext NOTIFY offersNextChanged FINAL)
     Q_PROPERTY(QString countdown MEMBER countdown NOTIFY countdownChanged FINAL)
+    Q_PROPERTY(QString longestCountdown MEMBER longestCountdown NOTIFY longestCountdownChanged FINAL)
 
 public:
     /// Everything that stands in the row, for a voice to read: the code digit by digit, no digits in groups.
@@ -31,6 +32,7 @@ signals:
     void displayCodeChanged();
     void offersNextChanged();
     void countdownChanged();
+    void longestCountdownChanged();
 
     void copyRequested();
     void nextRequested();
@@ -46,6 +48,7 @@ private:
     QString displayCode;
     bool offersNext = false;
     QString countdown;
+    QString longestCountdown;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -50,6 +50,11 @@ QString TokenRowView::countdown() const
     return tr("%1s").arg(seconds());
 }
 
+QString TokenRowView::longestCountdown() const
+{
+    return tr("%1s").arg(token.period);
+}
+
 bool TokenRowView::isUrgent() const
 {
     return seconds() <= urgentSeconds;

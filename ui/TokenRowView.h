@@ -26,6 +26,7 @@ public:
     bool offersNext() const { return token.kind == AuthToken::Kind::hotp; } ///< otherwise the countdown shows
     std::int64_t seconds() const; ///< left in the current time step; 0 for a counter-based token
     QString countdown() const; ///< the seconds and their unit
+    QString longestCountdown() const; ///< as a time step begins
     bool isUrgent() const; ///< the countdown is about to end
     bool isCopied() const { return copied; }
 

@@ -4,17 +4,22 @@
 #include <QColor>
 #include <QFont>
 #include <QFontMetricsF>
+#include <QImage>
 #include <QTest>
 
 #include <cmath>
 #include <iomanip>
 #include <iostream>
+#include <set>
 #include <tuple>
 
 namespace MirrowvaleAuthenticator {
 namespace {
 
 class AppearanceTest : public SceneTest {
+public:
+    static void SetUpTestSuite() { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); }
+
 protected:
     void SetUp() override
     {
@@ -26,6 +31,7 @@ protected:
 
     void TearDown() override
     {
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
         set("org.freedesktop.appearance", "color-scheme", 0U);
         set("org.gnome.desktop.interface", "text-scaling-factor", 1.0);
     }
@@ -51,6 +57,18 @@ protected:
         const QVariant value = theme->property(role);
         EXPECT_TRUE(value.isValid()) << role;
         return value.value<QColor>();
+    }
+
+    QList<QQuickItem*> rows() const
+    {
+        return shown(window->contentItem(), "MirrowvaleAuthenticator::TokenRowItem");
+    }
+
+    /// What is drawn where an item stands.
+    QImage drawn(const QQuickItem& item) const
+    {
+        const QImage all = window->grabWindow(); // lays everything out first
+        return all.copy(item.mapRectToScene(item.boundingRect()).toAlignedRect());
     }
 
     SystemAppearance* appearance = nullptr;
@@ -101,10 +119,7 @@ TEST_F(AppearanceTest, aGrowingTextLeavesTheListAtItsTopAndAnOpenRowOpen)
 {
     list("ab");
     QQuickItem* row = nullptr;
-    ASSERT_TRUE(QTest::qWaitFor([&] {
-        const auto rows = shown(window->contentItem(), "MirrowvaleAuthenticator::TokenRowItem");
-        return rows.size() == 2 && (row = rows.constFirst());
-    }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rows().size() == 2 && (row = rows().constFirst()); }));
     const QQuickItem* view = shown(window->contentItem(), "QQuickListView").constFirst();
     ASSERT_TRUE(QMetaObject::invokeMethod(row, "reveal"));
     const auto isOpen = [row] {
@@ -137,9 +152,8 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
             EXPECT_GE(button->width(), 44) << button->metaObject()->className() << " at " << scale;
             EXPECT_GE(button->height(), 44) << button->metaObject()->className() << " at " << scale;
         }
-        const auto rows = shown(window->contentItem(), "MirrowvaleAuthenticator::TokenRowItem");
-        ASSERT_EQ(rows.size(), 2);
-        for (QQuickItem* row : rows) {
+        ASSERT_EQ(rows().size(), 2);
+        for (QQuickItem* row : rows()) {
             QQuickItem* code = shown(row, "QQuickTextInput").constFirst();
             QQuickItem* copy = shown(row, "MirrowvaleAuthenticator::ButtonItem").constLast();
             const double wanted = QFontMetricsF(code->property("font").value<QFont>())
@@ -151,6 +165,84 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
         }
     }
     std::cout << "smallest target: " << smallest << " points\n";
+}
+
+/// Tokens with names of many kinds that end in the same character, once for the issuer, once for the account.
+std::vector<AuthToken> tokensEndingIn(char end)
+{
+    const char* names[] = {
+        "firstname.lastname.department@a-very-long-subdomain.example-",
+        "A company of many words that has a name which is long and ends in a number: ",
+        "חשבון של חברה עם שם ארוך מאוד ועוד כמה מילים ",
+        "<b>two</b>\n&lt;lines&gt; <u>",
+    };
+    std::vector<AuthToken> tokens;
+    for (const char* name : names) {
+        const std::string text = std::string(name) + end;
+        for (const auto& [issuer, account] : {std::pair{text, std::string("ada")}, {"Bank", text}}) {
+            tokens.push_back(tokenNamed(issuer, account));
+            tokens.back().id.bytes.fill(static_cast<std::uint8_t>(tokens.size()));
+            tokens.back().kind = issuer == text ? AuthToken::Kind::hotp : AuthToken::Kind::totp;
+        }
+    }
+    return tokens;
+}
+
+double baseline(const QQuickItem& text)
+{
+    return text.mapToScene({0, text.baselineOffset()}).y();
+}
+
+TEST_F(AppearanceTest, namesThatDifferInTheirLastCharacterLookDifferent)
+{
+    window->resize(320, 3200);
+    for (const auto& [scale, direction] :
+         {std::pair{1.0, Qt::LeftToRight}, {2.0, Qt::LeftToRight}, {2.0, Qt::RightToLeft}}) {
+        set("org.gnome.desktop.interface", "text-scaling-factor", scale);
+        QGuiApplication::setLayoutDirection(direction);
+        QList<QImage> pictures;
+        for (const char end : {'1', '2'}) {
+            store.tokens = tokensEndingIn(end);
+            QCoreApplication::processEvents();
+            window->grabWindow(); // lays everything out
+            contentView.rows()->setNow(Date::fromSecondsSince1970(30));
+            for (const QQuickItem* row : rows()) {
+                pictures += drawn(*row);
+                const auto texts = shown(row, "QQuickText");
+                ASSERT_EQ(texts.size(), 3);
+                for (const QQuickItem* name : texts.first(2)) {
+                    EXPECT_EQ(name->property("textFormat").toInt(), Qt::PlainText);
+                    EXPECT_LE(name->property("contentWidth").toReal(), name->width() + 0.5);
+                }
+                EXPECT_NEAR(baseline(*texts[0]), baseline(*texts[2]), 0.5); // the countdown's, or "Next"
+            }
+        }
+        ASSERT_EQ(pictures.size(), 16);
+        for (qsizetype row = 0; row < 8; ++row) {
+            EXPECT_TRUE(pictures[row] != pictures[row + 8]) << "row " << row << " at " << scale;
+        }
+    }
+}
+
+TEST_F(AppearanceTest, theCountdownIsRedInItsLastFiveSecondsAndMovesNoName)
+{
+    list("a");
+    std::set<double> roomsForNames;
+    for (const uint scheme : {2U, 1U}) {
+        set("org.freedesktop.appearance", "color-scheme", scheme);
+        for (const auto& [second, isRed] : {std::pair{54, false}, {55, true}, {60, false}}) {
+            QCoreApplication::processEvents();
+            window->grabWindow();
+            contentView.rows()->setNow(Date::fromSecondsSince1970(second));
+            const auto texts = shown(rows().constFirst(), "QQuickText");
+            ASSERT_EQ(texts.size(), 3);
+            const QColor average =
+                drawn(*texts[2]).scaled(1, 1, {}, Qt::SmoothTransformation).pixelColor(0, 0);
+            EXPECT_EQ(average.red() > average.blue() + 5, isRed) << second;
+            roomsForNames.insert(texts[0]->width());
+        }
+    }
+    EXPECT_EQ(roomsForNames.size(), 1U);
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <tuple>
 #include <vector>
@@ -109,6 +110,23 @@ protected:
     static bool ringIsAt(const QQuickItem* item)
     {
         return item != nullptr && item->property("visualFocus").toBool();
+    }
+
+    /// Gives the rows names of many lengths: one line, some, and more than the view is high.
+    void nameAtLength()
+    {
+        store.tokens.modify([](std::vector<AuthToken>& tokens) {
+            for (std::size_t index = 0; index < tokens.size(); ++index) {
+                tokens[index].issuer = std::string(index == 7 ? 900 : 1 + 40 * (index % 4), 'w');
+            }
+        });
+        QCoreApplication::processEvents();
+    }
+
+    bool isInSight(const QQuickItem& item) const
+    {
+        const QRectF place = item.mapRectToItem(view, item.boundingRect());
+        return place.top() >= 0 && place.bottom() <= view->height();
     }
 
     double scrolled() const { return view->property("contentY").toDouble(); }
@@ -239,9 +257,37 @@ TEST_F(HandTest, theKeyboardStaysWhereItCanBeSeen)
     EXPECT_TRUE(ringIsAt(button(window->contentItem(), "Decrement"))) << "at a stepper's limit";
 }
 
+TEST_F(HandTest, keysLeadToAllOfEveryRowHoweverHighItIs)
+{
+    open("abcdefghijklmnopqrstuvwxyz");
+    nameAtLength();
+    QTest::keyClick(window.get(), Qt::Key_Home);
+    const auto current = [this] { return view->property("currentIndex").toInt(); };
+    for (const auto& [key, last] : {std::pair{Qt::Key_PageDown, 25}, {Qt::Key_PageUp, 0}}) {
+        for (int presses = 0; current() != last; ++presses) {
+            ASSERT_LT(presses, 20);
+            const double place = scrolled();
+            QTest::keyClick(window.get(), key);
+            EXPECT_LE(std::abs(scrolled() - place), view->height()) << "before row " << current();
+            EXPECT_TRUE(ringIsAt(row(current())));
+        }
+    }
+    while (current() <= 7) {
+        const double place = scrolled();
+        QTest::keyClick(window.get(), Qt::Key_Down);
+        EXPECT_LE(scrolled() - place, view->height()) << "before row " << current();
+    }
+    QTest::keyClick(window.get(), Qt::Key_Up);
+    QTest::keyClick(window.get(), Qt::Key_Tab);
+    const QQuickItem* copy = button(row(7), "Copy code");
+    EXPECT_TRUE(ringIsAt(copy));
+    EXPECT_TRUE(isInSight(*copy));
+}
+
 TEST_F(HandTest, rowsAreReadInTheirOrder)
 {
     open("abcdefghijklmnopqrstuvwxyz");
+    nameAtLength();
     auto* told = QAccessible::queryAccessibleInterface(view);
     for (const char* action : {"Scroll Down", "Scroll Down", "Scroll Up", "Scroll Up"}) {
         told->actionInterface()->doAction(QLatin1String(action));

@@ -57,6 +57,16 @@ QtObject {
     readonly property font barButton: Qt.font({ family: interfaceFamily, pixelSize: 17 * barScale })
     readonly property font code: Qt.font({ family: "JetBrains Mono", pixelSize: 32 * textScale, weight: Font.DemiBold, preferShaping: false })
 
+    readonly property FontMetrics countdownMetrics: FontMetrics {
+        font: root.caption
+    }
+
+    /// How much room a countdown takes in its text style.
+    function countdownWidth(countdown: string): real {
+        const width = countdownMetrics.advanceWidth(countdown)
+        return countdownMetrics.font.pixelSize > 0 ? Math.ceil(width) : 0 // asked for the font: to follow its size
+    }
+
     readonly property TextMetrics codeMetrics: TextMetrics {
         font: root.code
         text: "00000000"

@@ -43,15 +43,77 @@ ListView {
         selectedCode = null
     }
 
-    /// Moves the keyboard to a row. The first press shows where the keyboard is.
-    function moveTo(row: int): void {
-        const here = currentItem as TokenRow
-        if (here?.activeFocus && !here.visualFocus) {
+    /// Whether the focus has been where it was not seen; it is shown now, and a key does no more.
+    function showsFocusFirst(): bool {
+        const row = currentItem as TokenRow
+        const hidden = row !== null && row.activeFocus && !row.visualFocus
+        if (hidden) {
             showFocus()
-            return
         }
+        return hidden
+    }
+
+    /// Whether the current row is higher than the view and has more to show; that comes into sight now.
+    function showsRest(direction: int): bool {
+        const row = currentItem as TokenRow
+        if (!row || row.height <= height) {
+            return false
+        }
+        const rest = direction > 0 ? row.y + row.height - contentY - height : contentY - row.y
+        const partly = rest >= 1 && rest < row.height
+        if (partly) {
+            contentY += direction * Math.min(rest, height / 2)
+        }
+        return partly
+    }
+
+    /// Moves the focus to a row.
+    function moveTo(row: int): void {
+        if (!showsFocusFirst()) {
+            goTo(row)
+        }
+    }
+
+    /// Moves the focus to the next row, or the one before.
+    function step(direction: int): void {
+        if (!showsFocusFirst() && !showsRest(direction)) {
+            goOn(currentIndex + direction, direction)
+        }
+    }
+
+    /// Moves the focus by as many rows as the view holds.
+    function turnPage(direction: int): void {
+        if (!showsFocusFirst() && !showsRest(direction)) {
+            goOn(rowAPageFrom(currentIndex, direction), direction)
+        }
+    }
+
+    function goTo(row: int): void {
         currentIndex = Math.max(0, Math.min(count - 1, row))
         showFocus()
+    }
+
+    /// On the way up, the lower end of a row that is higher than the view comes first.
+    function goOn(row: int, direction: int): void {
+        const before = currentIndex
+        goTo(row)
+        if (direction < 0 && currentIndex !== before && currentItem.height > height) {
+            positionViewAtIndex(currentIndex, ListView.End)
+        }
+    }
+
+    /// Scrolls until a row stands at one edge of the view.
+    ///
+    /// @returns  the last row that is then in sight as a whole, or at least the next one
+    function rowAPageFrom(row: int, direction: int): int {
+        positionViewAtIndex(row, direction > 0 ? ListView.Beginning : ListView.End)
+        const edge = itemAt(width / 2, direction > 0 ? contentY + height - 1 : contentY) as TokenRow
+        if (!edge) {
+            return direction > 0 ? count - 1 : 0
+        }
+        const whole = direction > 0 ? edge.y + edge.height <= contentY + height + 1 : edge.y >= contentY - 1
+        const reached = whole ? edge.index : edge.index - direction
+        return direction > 0 ? Math.max(row + 1, reached) : Math.min(row - 1, reached)
     }
 
     /// Puts the keyboard on the current row, for the eye as well.
@@ -74,16 +136,18 @@ ListView {
         return item === null || item instanceof TokenRow ? item as TokenRow : rowAround(item.parent)
     }
 
-    /// Scrolls by so many views; a row of the last one stays in sight.
-    function scroll(views: int): void {
-        const rowHeight = currentItem?.height ?? 0
-        const end = originY + Math.max(0, contentHeight - height)
-        contentY = Math.max(originY, Math.min(end, contentY + views * Math.max(rowHeight, height - rowHeight)))
+    /// Scrolls on where a part of a row that has the focus would be out of sight.
+    function reveal(part: Item): void {
+        const top = part.mapToItem(contentItem, 0, 0).y
+        contentY = Math.min(top, Math.max(contentY, top + part.height - height))
     }
 
-    /// How many rows fit into the view.
-    function page(): int {
-        return Math.max(1, Math.floor(height / Math.max(1, currentItem?.height ?? 1)) - 1)
+    /// Scrolls by so many views; the row at the edge stays in sight, if only in part.
+    function scroll(views: int): void {
+        const edge = itemAt(width / 2, views > 0 ? contentY + height - 1 : contentY)
+        const kept = Math.min(edge?.height ?? 0, height / 2)
+        const end = originY + Math.max(0, contentHeight - height)
+        contentY = Math.max(originY, Math.min(end, contentY + views * (height - kept)))
     }
 
     model: contentView.rows
@@ -110,10 +174,13 @@ ListView {
         }
         if (shows) {
             bringIntoSight(row.index)
+            if (item !== row) {
+                reveal(item)
+            }
         }
     }
-    Keys.onUpPressed: moveTo(currentIndex - 1)
-    Keys.onDownPressed: moveTo(currentIndex + 1)
+    Keys.onUpPressed: step(-1)
+    Keys.onDownPressed: step(1)
     Keys.onPressed: event => {
         switch (event.key) {
         case Qt.Key_Home:
@@ -123,10 +190,10 @@ ListView {
             moveTo(count - 1)
             break
         case Qt.Key_PageUp:
-            moveTo(currentIndex - page())
+            turnPage(-1)
             break
         case Qt.Key_PageDown:
-            moveTo(currentIndex + page())
+            turnPage(1)
             break
         default:
             return

@@ -12,6 +12,7 @@ TokenRowItem {
     required displayCode
     required offersNext
     required countdown
+    required longestCountdown
     required property bool urgent
     required property bool copied
 
@@ -176,8 +177,7 @@ TokenRowItem {
                 textFormat: Text.PlainText
                 font: Theme.headline
                 color: Theme.primary
-                elide: Text.ElideRight
-                maximumLineCount: 1
+                wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignLeft
             }
 
@@ -189,8 +189,7 @@ TokenRowItem {
                 textFormat: Text.PlainText
                 font: Theme.subheadline
                 color: Theme.secondary
-                elide: Text.ElideRight
-                maximumLineCount: 1
+                wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignLeft
             }
 
@@ -198,12 +197,14 @@ TokenRowItem {
                 id: trailing
 
                 anchors { right: parent.right; baseline: issuer.baseline }
-                width: root.offersNext ? next.width : countdown.implicitWidth
+                // A countdown keeps the width of its longest: no tick lays the names out anew.
+                width: root.offersNext ? next.width : Theme.countdownWidth(root.longestCountdown)
                 baselineOffset: next.item ? (next.item as Item).baselineOffset : countdown.baselineOffset
 
                 Text {
                     id: countdown
 
+                    anchors.right: parent.right
                     visible: !root.offersNext
                     text: root.countdown
                     textFormat: Text.PlainText
