@@ -44,6 +44,15 @@ class AssistiveTest(WindowTest):
         Atspi.EditableText.set_text_contents(field.accessible, text)
         self.until(lambda: field.length() == len(text))
 
+    def outsideOfTheSheet(self):
+        """The roles of all that can be reached, shown or not, without the sheet and what is in it."""
+        def outside(accessible):
+            if accessible.get_role_name() != "dialog":
+                yield accessible.get_role_name()
+                for index in range(accessible.get_child_count()):
+                    yield from outside(accessible.get_child_at_index(index))
+        return list(outside(next(self.accessibles())))
+
     def testEverything(self):
         self.start()
         self.act(self.find("Add token"))
@@ -62,6 +71,10 @@ class AssistiveTest(WindowTest):
         self.announced("Copied")
 
         self.act(self.find("Add token"))
+        self.until(lambda: self.find("otpauth:// URI").focused)
+        self.assertEqual(self.outsideOfTheSheet(), ["application", "frame", "panel"])
+        self.listen(lambda heard: any(kind == "object:state-changed:showing" and role == "panel"
+                                      for kind, role, _, _ in heard))
         self.write("Issuer", "Acme, \u05d0")
         for field in ("Account", "Base32 secret"):
             self.write(field, secret)

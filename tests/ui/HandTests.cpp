@@ -93,12 +93,14 @@ protected:
         drag(from, from - QPoint(150, 0));
     }
 
-    bool sheetIsUp() const
+    QQuickItem* sheet() const
     {
-        const auto sheets = shown(window->contentItem(),
-                                  [](const QQuickItem& item) { return item.property("lowered").isValid(); });
-        return !sheets.isEmpty() && sheets.constFirst()->property("lowered") == 0.0;
+        return shown(window->contentItem(),
+                     [](const QQuickItem& item) { return item.property("lowered").isValid(); })
+            .value(0);
     }
+
+    bool sheetIsUp() const { return sheet() != nullptr && sheet()->property("lowered") == 0.0; }
 
     void openSheet()
     {
@@ -318,6 +320,9 @@ TEST_F(HandTest, theSheetStaysUpWhereTheWindowChangesItsSize)
 {
     open("a");
     openSheet();
+    const double presented = contentView.now().secondsSince1970();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return contentView.now().secondsSince1970() > presented; }))
+        << "ticks behind";
     for (const QSize size : {QSize(844, 390), QSize(390, 500), QSize(390, 845)}) {
         window->resize(size);
         ASSERT_TRUE(QTest::qWaitFor([&] { return window->contentItem()->size() == size; }));
@@ -532,6 +537,7 @@ TEST_F(HandTest, theFormShowsWhatTheKeyboardReaches)
     for (int press = 0; press < 12; ++press) {
         QTest::keyClick(window.get(), Qt::Key_Tab);
         const QQuickItem& item = *window->activeFocusItem();
+        EXPECT_TRUE(sheet()->isAncestorOf(&item)) << "Tab goes round in the sheet";
         if (form->isAncestorOf(&item) && &item != &uri) {
             EXPECT_TRUE(QTest::qWaitFor([&] { return isInSight(item, item.boundingRect()); }))
                 << item.metaObject()->className();

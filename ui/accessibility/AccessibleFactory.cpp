@@ -3,6 +3,7 @@
 #include "ui/TokenRowItem.h"
 #include "ui/accessibility/ButtonAccessible.h"
 #include "ui/accessibility/FieldAccessible.h"
+#include "ui/accessibility/ScreenAccessible.h"
 #include "ui/accessibility/TokenRowAccessible.h"
 
 #include <QAccessible>
@@ -19,6 +20,9 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
     }
     if (className == QLatin1String("MirrowvaleAuthenticator::ButtonItem")) {
         return new ButtonAccessible(static_cast<QQuickItem*>(object));
+    }
+    if (className == QLatin1String("MirrowvaleAuthenticator::ScreenItem")) {
+        return new ScreenAccessible(static_cast<QQuickItem*>(object));
     }
     if (className == QLatin1String("QQuickTextField") || className == QLatin1String("QQuickTextArea")) {
         return new FieldAccessible(static_cast<QQuickItem*>(object));

@@ -2,8 +2,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// Lets rows, buttons and fields meet assistive technology through this application's own interfaces.
-/// Does nothing until assistive technology asks.
+/// Lets screens, rows, buttons and fields meet assistive technology through this application's own
+/// interfaces. Does nothing until assistive technology asks.
 void installAccessibleFactory();
 
 } // namespace MirrowvaleAuthenticator

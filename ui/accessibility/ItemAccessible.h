@@ -31,8 +31,8 @@ protected:
     /// A rectangle of the item in the screen's pixels.
     QRect onScreen(const QRectF& rectangle) const;
 
-private:
-    QList<QAccessibleInterface*> children() const;
+    /// What lies in the item and is shown, in the order in which it is stacked.
+    virtual QList<QAccessibleInterface*> children() const;
 };
 
 } // namespace MirrowvaleAuthenticator

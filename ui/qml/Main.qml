@@ -56,11 +56,12 @@ Window {
         onActivated: root.contentView.showingAdd = true
     }
 
-    Item {
+    ScreenItem {
         id: page
 
         anchors.fill: parent
         enabled: !root.contentView.showingAdd
+        Accessible.role: Accessible.Pane
         onEnabledChanged: if (enabled) root.restoreFocus()
         LayoutMirroring.enabled: Theme.mirrored
         LayoutMirroring.childrenInherit: true

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QQuickItem>
+#include <QtQml/qqmlregistration.h>
+
+namespace MirrowvaleAuthenticator {
+
+/// A screen of the window. While it is disabled, because another one stands over it, assistive technology
+/// finds nothing in it, and is told so.
+class ScreenItem : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    using QQuickItem::QQuickItem;
+
+protected:
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+};
+
+} // namespace MirrowvaleAuthenticator
