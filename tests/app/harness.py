@@ -10,6 +10,7 @@ import sys
 import tempfile
 import time
 import unittest
+import xml.etree.ElementTree as ElementTree
 
 application = None  # the program under test
 pictures = None  # where a failed wait leaves what was on screen
@@ -204,6 +205,16 @@ def describe(accessible):
 class WindowTest(unittest.TestCase):
     """A test with one home, one clock and one application at a time."""
 
+    language = None  # of the interface, unless it is English
+
+    def said(self, text):
+        """A text of the interface in its language; any other as it is."""
+        if not self.language:
+            return text
+        translations = pathlib.Path(__file__).resolve().parents[2] / f"ui/translations/mirrowvale_{self.language}.ts"
+        messages = ElementTree.parse(translations).getroot().iter("message")
+        return next((m.findtext("translation") for m in messages if m.findtext("source") == text), text)
+
     def setUp(self):
         self.home = pathlib.Path(tempfile.mkdtemp(dir=os.environ["MIRROWVALE_TEST_HOME"]))
         self.addCleanup(shutil.rmtree, self.home)
@@ -224,7 +235,8 @@ class WindowTest(unittest.TestCase):
         library, = pathlib.Path("/usr/lib").glob("*/faketime/libfaketimeMT.so.1")
         libraries = subprocess.run(["ldd", application], capture_output=True, text=True).stdout.split()
         sanitizer = [path for path in libraries if path.startswith("/") and "libasan" in path]  # has to come first
-        return {**os.environ, "HOME": str(home), "XDG_DATA_HOME": str(home / "data"),
+        language = {"LANGUAGE": self.language} if self.language else {}
+        return {**os.environ, **language, "HOME": str(home), "XDG_DATA_HOME": str(home / "data"),
                 "XDG_STATE_HOME": str(home / "state"), "XDG_CACHE_HOME": str(home / "cache"),
                 "XDG_CONFIG_HOME": str(home / "config"), "XDG_RUNTIME_DIR": str(runtime),
                 "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_QPA_PLATFORM": "xcb", "QT_QUICK_BACKEND": "software",
@@ -292,6 +304,7 @@ class WindowTest(unittest.TestCase):
 
     def find(self, text, where=lambda element: True):
         """Waits for a text on screen; `where` may choose among several."""
+        text = self.said(text)
         return self.until(lambda: next((e for e in self.elements() if e.text == text and where(e)), None),
                           lambda: f"{text!r} is not among {self.texts()}")
 
@@ -311,7 +324,7 @@ class WindowTest(unittest.TestCase):
         return self.find(text, lambda element: row.top <= element.y <= row.top + row.height)
 
     def gone(self, text):
-        self.until(lambda: text not in self.texts(), lambda: f"{text!r} is still there")
+        self.until(lambda: self.said(text) not in self.texts(), lambda: f"{text!r} is still there")
 
     def still(self, text):
         """Waits for a text that has come to rest, after a slide or a swipe, and can be pressed."""

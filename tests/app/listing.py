@@ -33,6 +33,18 @@ class ListTest(WindowTest):
         self.row("Brim", "969 429")
 
     def testSwipes(self):
+        self.swipeInTurn()
+
+    def testSwipesFromRightToLeft(self):
+        self.language = "ar"
+        self.swipeInTurn()
+        row, copy = self.row("Acme", "081 804"), self.inRow("Acme", "Copy code")
+        self.assertLess(copy.x, row.x)
+        self.assertLess(self.find("Add token").x, row.x)
+        self.openSheet()
+        self.assertGreater(self.still("Cancel").x, self.find("Save").x)
+
+    def swipeInTurn(self):
         self.start()
         for issuer in ("Acme", "Brim", "Cole"):
             self.add(f"otpauth://totp/{issuer}:x?secret={secret}")
@@ -47,7 +59,7 @@ class ListTest(WindowTest):
 
         self.swipe("Brim", self.width - 32)  # all the way: opens, closes the other, deletes nothing
         self.inRow("Brim", "Delete")
-        self.until(lambda: self.texts().count("Delete") == 1)
+        self.until(lambda: self.texts().count(self.said("Delete")) == 1)
         self.assertEqual(self.issuers(), ["Acme", "Brim", "Cole"])
         self.still("Delete").click()
         self.until(lambda: self.issuers() == ["Acme", "Cole"])
@@ -64,8 +76,11 @@ class ListTest(WindowTest):
     def swipe(self, issuer, distance):
         """Swipes a row from its trailing edge, starting on the button beside its code."""
         row = self.row(issuer)
+        start, end = self.width - 30, self.width - 30 - distance
+        if self.language:
+            start, end = self.width - start, self.width - end
         y = row.top + row.height - 30
-        drag(self.width - 30, y, self.width - 30 - distance, y)
+        drag(start, y, end, y)
 
     def issuers(self):
         return [row.text.split(", ")[0] for row in self.rows()]
