@@ -18,6 +18,11 @@ class TokenRowItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qual
     Q_PROPERTY(bool offersNext MEMBER offersNext NOTIFY offersNextChanged FINAL)
     Q_PROPERTY(QString countdown MEMBER countdown NOTIFY countdownChanged FINAL)
     Q_PROPERTY(QString longestCountdown MEMBER longestCountdown NOTIFY longestCountdownChanged FINAL)
+    /// Whether the keyboard comes to this row, or has been here last.
+    Q_PROPERTY(bool current MEMBER current NOTIFY currentChanged FINAL)
+    /// Whether the row stands, or is about to stand, so far away from its trailing edge that "Delete" can be
+    /// seen.
+    Q_PROPERTY(bool open MEMBER open NOTIFY openChanged FINAL)
 
 public:
     /// Everything that stands in the row, for a voice to read: the code digit by digit, no digits in groups.
@@ -33,6 +38,8 @@ signals:
     void offersNextChanged();
     void countdownChanged();
     void longestCountdownChanged();
+    void currentChanged();
+    void openChanged();
 
     void copyRequested();
     void nextRequested();
@@ -49,6 +56,8 @@ private:
     bool offersNext = false;
     QString countdown;
     QString longestCountdown;
+    bool current = false;
+    bool open = false;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -1,6 +1,7 @@
 import QtQuick
+import MirrowvaleAuthenticator
 
 /// A part of a row that is made when it is needed; it finds its row here.
 Loader {
-    required property Item row
+    required property TokenRowItem row
 }

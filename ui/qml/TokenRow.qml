@@ -13,18 +13,15 @@ TokenRowItem {
     required offersNext
     required countdown
     required longestCountdown
+    required current
     required property bool urgent
     required property bool copied
-
-    /// Whether the keyboard comes to this row, or has been here last.
-    required property bool current
 
     /// The margin at both sides.
     required property real inset
     /// While a row of the list is open, a tap on any row closes that one and does nothing else.
     required property bool listHasOpenRow
 
-    property bool open: false
     readonly property alias code: code
 
     signal swiped
@@ -137,12 +134,12 @@ TokenRowItem {
         width: Math.max(root.deleteWidth, root.revealed)
         height: parent.height
         // Few rows are ever opened.
-        active: swipe.active || root.open || root.revealed > 0
+        active: swipe.active || visible
+        visible: root.open || root.revealed > 0
 
         sourceComponent: DeleteButton {
-            readonly property TokenRow row: (parent as RowLoader)?.row as TokenRow
+            readonly property TokenRowItem row: (parent as RowLoader)?.row ?? null
 
-            visible: row !== null && (row.open || row.revealed > 0)
             activeFocusOnTab: (row?.open ?? false) || activeFocus
             onClicked: row.deleteRequested()
         }
@@ -219,7 +216,7 @@ TokenRowItem {
                     active: root.offersNext
 
                     sourceComponent: BorderedButton {
-                        readonly property TokenRow row: (parent as RowLoader)?.row as TokenRow
+                        readonly property TokenRowItem row: (parent as RowLoader)?.row ?? null
 
                         text: qsTr("Next")
                         activeFocusOnTab: (row?.current ?? false) || activeFocus

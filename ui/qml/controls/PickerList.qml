@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import MirrowvaleAuthenticator
 
@@ -17,11 +19,9 @@ Column {
         model: root.options
 
         PickerOption {
-            readonly property PickerList list: parent as PickerList
-
-            width: list?.width ?? 0
-            checked: list?.choice === text
-            onClicked: list.chosen(text)
+            width: root.width
+            checked: root.choice === text
+            onClicked: root.chosen(text)
         }
     }
 }
