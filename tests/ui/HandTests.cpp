@@ -109,6 +109,12 @@ protected:
         ASSERT_TRUE(window->activeFocusItem()->inherits("QQuickTextEdit"));
     }
 
+    /// What scrolls a field.
+    static const QQuickItem* formAround(const QQuickItem* item)
+    {
+        return item->inherits("QQuickFlickable") ? item : formAround(item->parentItem());
+    }
+
     static bool ringIsAt(const QQuickItem* item)
     {
         return item != nullptr && item->property("visualFocus").toBool();
@@ -414,6 +420,7 @@ TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
     window->resize(390, 320);
     openSheet();
     QQuickItem* field = window->activeFocusItem();
+    const QQuickItem* form = formAround(field);
     auto* clipboard = QGuiApplication::clipboard();
     const auto paste = [this] { return button(window->contentItem(), "Paste"); };
     const std::tuple<const char*, const char*, std::function<void()>> changes[] = {
@@ -437,6 +444,7 @@ TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
     for (const auto& [name, text, change] : changes) {
         clipboard->setText(QStringLiteral("otpauth://totp/x"));
         ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        ASSERT_TRUE(QTest::qWaitFor([form] { return !form->property("moving").toBool(); }));
         contentView.addTokenView()->setImportURI(QLatin1String(text));
         QTest::keyClick(window.get(), Qt::Key_End);
         QTest::mouseClick(window.get(), Qt::RightButton, {}, middle(*field));
@@ -516,11 +524,8 @@ TEST_F(HandTest, theFormShowsWhatTheKeyboardReaches)
     open("a");
     window->resize(320, 320);
     openSheet();
-    QQuickItem* form = window->activeFocusItem();
-    while (!form->inherits("QQuickFlickable")) {
-        form = form->parentItem();
-    }
-    const auto isInSight = [&form](const QQuickItem& item, const QRectF& part) {
+    const QQuickItem* form = formAround(window->activeFocusItem());
+    const auto isInSight = [form](const QQuickItem& item, const QRectF& part) {
         const QRectF shown = item.mapRectToItem(form, part);
         return shown.top() >= 0 && shown.bottom() <= form->height();
     };

@@ -32,8 +32,6 @@ public:
 /// The window as narrow as any.
 class LanguageTest : public SceneTest {
 public:
-    static void SetUpTestSuite() { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); }
-
     ~LanguageTest() override
     {
         qDeleteAll(qGuiApp->findChildren<QTranslator*>());
@@ -190,10 +188,11 @@ TEST_F(LanguageTest, theInterfaceRunsInTheDirectionOfItsLanguageAndCodesFromLeft
     showList();
     int codes = 0;
     for (QQuickItem* item : drawnItems()) {
-        QRectF first;
-        QRectF last;
-        if (QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, first),
-                                      Q_ARG(int, 1))) {
+        if (item->inherits("QQuickTextInput")) {
+            QRectF first;
+            QRectF last;
+            QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, first),
+                                      Q_ARG(int, 1));
             QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, last), Q_ARG(int, 6));
             EXPECT_LT(first.x(), last.x());
             ++codes;
