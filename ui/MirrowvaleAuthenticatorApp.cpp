@@ -29,7 +29,6 @@ MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv, S
     : instance(singleInstance), application(argc, argv)
 {
     QGuiApplication::setApplicationName(QStringLiteral("mirrowvale-authenticator"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Mirrowvale Authenticator"));
     QGuiApplication::setOrganizationDomain(QStringLiteral("mirrowvale.app"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.mirrowvale.authenticator"));
     QGuiApplication::setFont(defaultFont());
