@@ -206,6 +206,8 @@ class WindowTest(unittest.TestCase):
     """A test with one home, one clock and one application at a time."""
 
     language = None  # of the interface, unless it is English
+    # Lines on standard error that the application is not to blame for: a reader asks for what has gone meanwhile.
+    othersSay = ("qt.accessibility.atspi: Could not find accessible on path",)
 
     def said(self, text):
         """A text of the interface in its language; any other as it is."""
@@ -219,6 +221,8 @@ class WindowTest(unittest.TestCase):
         self.home = pathlib.Path(tempfile.mkdtemp(dir=os.environ["MIRROWVALE_TEST_HOME"]))
         self.addCleanup(shutil.rmtree, self.home)
         self.process = self.window = None
+        self.said = []
+        self.addCleanup(self.assertNothingSaid)
         self.addCleanup(self.stop)
         self.setClock(59)
 
@@ -245,11 +249,23 @@ class WindowTest(unittest.TestCase):
                 "LD_PRELOAD": ":".join([*sanitizer, str(library)]), "FAKETIME_TIMESTAMP_FILE": str(self.home / "clock"),
                 "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1", "NO_FAKE_STAT": "1"}
 
+    def launch(self, environment):
+        """Starts the application. What it or its toolkit says on standard error fails the test."""
+        self.said.append(tempfile.TemporaryFile("w+"))
+        return subprocess.Popen([application], env=environment, stderr=self.said[-1])
+
+    def assertNothingSaid(self):
+        for said in self.said:
+            with said:
+                said.seek(0)
+                self.assertEqual([line for line in said if not line.startswith(self.othersSay)], [])
+
     def start(self):
         """Starts the application and waits until its window stands and has the keyboard."""
-        self.process = subprocess.Popen([application], env=self.environment(self.home))
+        self.process = self.launch(self.environment(self.home))
         self.find("Add token")
         self.window = self.until(lambda: self.windowOf(self.process))
+        self.assertEqual(xdotool("getwindowname", self.window), "Mirrowvale Auth")
         xdotool("windowfocus", "--sync", self.window)
 
     def windowOf(self, process):

@@ -17,8 +17,8 @@ class StartingTest(WindowTest):
         self.onBus = self.environment(self.home)
         self.withoutBus = {**self.onBus, "DBUS_SESSION_BUS_ADDRESS": ""}
 
-    def second(self, environment, **streams):
-        process = subprocess.Popen([harness.application], env=environment, **streams)
+    def second(self, environment):
+        process = self.launch(environment)
         self.addCleanup(harness.end, process)
         return process
 
@@ -73,11 +73,12 @@ class StartingTest(WindowTest):
         self.start()
         self.process.send_signal(signal.SIGSTOP)
         self.addCleanup(self.process.send_signal, signal.SIGCONT)
-        starts = [self.second(environment, stderr=subprocess.PIPE, text=True)
-                  for environment in (self.onBus, self.withoutBus) for _ in range(12)]
-        for start in starts:
-            self.assertRegex(start.communicate(timeout=harness.patience)[1], "does not answer.\n$")
-            self.assertNotEqual(start.returncode, 0)
+        for start in [self.second(environment) for environment in (self.onBus, self.withoutBus) for _ in range(12)]:
+            self.assertNotEqual(start.wait(harness.patience), 0)
+        for _ in range(24):
+            with self.said.pop() as said:
+                said.seek(0)
+                self.assertRegex(said.read(), "does not answer.\n$")
         self.process.send_signal(signal.SIGCONT)
         self.startAgain(self.onBus)
 

@@ -20,7 +20,7 @@ class WaylandTest(WindowTest):
                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(harness.end, compositor)
         self.until(lambda: os.path.exists(self.socket))
-        self.process = subprocess.Popen([harness.application], env=self.environment(self.home))
+        self.process = self.launch(self.environment(self.home))
         self.find("Add token")
         screen = self.until(lambda: harness.xdotool("search", "--onlyvisible", "--class", "weston").split()[-1])
         self.until(lambda: self.comesToFront(screen), lambda: "the window does not get the keyboard")
