@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Installs the Debian packages of the given lists that are missing here; does nothing when all are there.
+# Installs the Debian packages of the given lists that are missing here; does nothing when all are there. One of
+# another architecture than this machine's does not count: it may not run here, nor be linked with.
 #   tools/packages.sh LIST...
 set -euo pipefail
 
 wanted=$(sed -E 's/#.*//; s/[[:space:]]+//g; /^$/d' "$@" | sort -u)
-installed=$({ xargs dpkg-query -W -f '${Package} ${db:Status-Status}\n' <<<"$wanted" 2>/dev/null || true; } \
-    | sed -n 's/ installed$//p' | sort -u)
+installed=$({ xargs dpkg-query -W -f '${Package} ${Architecture} ${db:Status-Status}\n' <<<"$wanted" 2>/dev/null || true; } \
+    | awk -v here="$(dpkg --print-architecture)" '$3 == "installed" && ($2 == here || $2 == "all") {print $1}' | sort -u)
 mapfile -t missing < <(comm -23 <(echo "$wanted") <(echo "$installed"))
 [ ${#missing[@]} -eq 0 ] && exit 0
 
