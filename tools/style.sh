@@ -23,7 +23,13 @@ misformatted() {
         | xargs -0 -r clang-format --dry-run --Werror 2>&1 | sed -n 's/:[0-9]*:[0-9]*: error: .*//p' | sort -u
 }
 
-nothing 'Not as clang-format -i lays them out' misformatted
+# Another version lays out some lines differently.
+formatter=14
+if clang-format --version | grep -q "version $formatter\."; then
+    nothing 'Not as clang-format -i lays them out' misformatted
+else
+    echo "Layout not checked: that takes clang-format $formatter, as Debian 12 has it"
+fi
 nothing 'Blanks at the end of a line, or tabs' \
     grep -rnIP --exclude=rules --exclude-dir=corpus '[ \t]+$|\t' "${rooms[@]}" cmake packaging tools run check package README.md
 nothing 'Headers without #pragma once' \
