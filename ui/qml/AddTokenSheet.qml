@@ -10,6 +10,9 @@ FocusScope {
 
     readonly property bool presented: contentView.showingAdd
 
+    /// The panel's place. What an on-screen keyboard leaves of a phone held sideways is all its own.
+    readonly property real panelTop: height < 400 ? 0 : Theme.sheetTop
+
     /// How far the panel stands below its place.
     property real lowered: 0
 
@@ -72,9 +75,9 @@ FocusScope {
         id: panel
 
         anchors.horizontalCenter: parent.horizontalCenter
-        y: Theme.sheetTop + root.lowered
+        y: root.panelTop + root.lowered
         width: Math.min(parent.width, Theme.sheetWidth)
-        height: parent.height - Theme.sheetTop
+        height: parent.height - root.panelTop
 
         Rectangle {
             anchors.fill: parent

@@ -11,7 +11,7 @@ Window {
     width: 390
     height: 844
     minimumWidth: 320
-    minimumHeight: 320
+    minimumHeight: 120 // an on-screen keyboard over a phone held sideways leaves about that
     visible: true
     title: qsTr("Mirrowvale Auth")
     color: Theme.background
