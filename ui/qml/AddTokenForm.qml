@@ -112,7 +112,7 @@ Flickable {
                 width: parent.width
                 placeholder: qsTr("otpauth:// URI")
                 text: root.form.importURI
-                inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+                inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
                 onTextChanged: root.form.importURI = text
                 onCursorRectangleChanged: if (activeFocus) root.revealCaret()
             }
