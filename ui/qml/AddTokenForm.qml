@@ -15,6 +15,19 @@ Flickable {
         uri.forceActiveFocus(Qt.OtherFocusReason)
     }
 
+    /// Enter moves on as Tab does: from the last field to what is none, where an on-screen keyboard goes away.
+    function moveOn(): void {
+        focusItem.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    function importOrMoveOn(): void {
+        if (form.canImport) {
+            form.importFromURI()
+        } else {
+            moveOn()
+        }
+    }
+
     /// Brings an item of the form into sight.
     ///
     /// @param part  what of it to show
@@ -113,6 +126,8 @@ Flickable {
                 placeholder: qsTr("otpauth:// URI")
                 text: root.form.importURI
                 inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
+                Keys.onReturnPressed: root.importOrMoveOn()
+                Keys.onEnterPressed: root.importOrMoveOn()
                 onTextChanged: root.form.importURI = text
                 onCursorRectangleChanged: if (activeFocus) root.revealCaret()
             }
@@ -135,6 +150,7 @@ Flickable {
                 width: parent.width
                 placeholder: qsTr("Issuer")
                 text: root.form.issuer
+                onAccepted: root.moveOn()
                 onTextChanged: root.form.issuer = text
             }
 
@@ -143,12 +159,14 @@ Flickable {
                 placeholder: qsTr("Account")
                 text: root.form.account
                 inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+                onAccepted: root.moveOn()
                 onTextChanged: root.form.account = text
             }
 
             SecureField {
                 width: parent.width
                 placeholder: qsTr("Base32 secret")
+                onAccepted: root.moveOn()
                 onTextChanged: root.form.secret = text
             }
 
