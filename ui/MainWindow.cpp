@@ -1,5 +1,6 @@
 #include "ui/MainWindow.h"
 
+#include "ui/OnScreenKeyboard.h"
 #include "ui/SymbolProvider.h"
 
 #include <QDebug>
@@ -20,6 +21,9 @@ std::unique_ptr<QQuickWindow> makeMainWindow(QQmlEngine& engine, ContentView& co
         {{QStringLiteral("contentView"), QVariant::fromValue(&contentView)}})));
     for (const QQmlError& error : component.errors()) {
         qCritical() << error;
+    }
+    if (window && OnScreenKeyboard::isNeeded()) {
+        new OnScreenKeyboard(*window);
     }
     return window;
 }

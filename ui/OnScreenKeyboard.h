@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+#include <QQuickWindow>
+
+namespace MirrowvaleAuthenticator {
+
+/// Has a phone's shell show its on-screen keyboard while a field of the window has focus, for a toolkit that
+/// cannot ask by itself. The shell's own interface on the session bus is used, `sm.puri.OSK0`; where nobody
+/// owns that name, as on a desktop, nobody is asked and nothing is started. What the keyboard types comes as
+/// ordinary key events. Nothing waits for an answer.
+class OnScreenKeyboard : public QObject {
+    Q_OBJECT
+
+public:
+    /// @param window  becomes its parent
+    explicit OnScreenKeyboard(QQuickWindow& window);
+    ~OnScreenKeyboard() override;
+
+    /// Whether the toolkit leaves it to the application: its Wayland plugin speaks the protocol by which such
+    /// a shell is asked (text-input-v3) from 6.8 on at the latest. Elsewhere the window system takes care of
+    /// it.
+    static bool isNeeded();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void followFocus();
+    void show();
+    void hide();
+    static void setVisible(bool visible);
+
+    bool wanted = false; ///< a field has focus
+    bool asked = false; ///< it was asked to show, and not to hide since
+};
+
+} // namespace MirrowvaleAuthenticator
