@@ -24,6 +24,7 @@ class ListTest(WindowTest):
             key(*keys.split())
             self.until(lambda: clipboard() == code)
             self.assertEqual(clipboard("x-kde-passwordManagerHint"), "secret")
+        self.assertEqual(clipboard(selection="primary"), "")
         self.setClock(59)
         for code in ("359 152", "969 429"):
             self.find("Next").click()
