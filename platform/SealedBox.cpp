@@ -19,21 +19,22 @@ constexpr std::size_t headerSize = magic.size() + nonceSize;
 
 using Tag = std::array<std::uint8_t, tagSize>;
 
-const std::uint8_t* bytes(const char* text)
+const std::uint8_t* bytes(std::string_view text)
 {
-    return reinterpret_cast<const std::uint8_t*>(text);
+    return reinterpret_cast<const std::uint8_t*>(text.data());
 }
 
 /// One use of the cipher, wiped when it goes.
 class Cipher {
 public:
-    Cipher(SealingKey key, const char* nonce, std::string_view context)
+    /// @param box  with its header, which holds the nonce
+    Cipher(SealingKey key, std::string_view box, std::string_view context)
     {
         chacha_poly1305_set_key(&state, key.data());
-        chacha_poly1305_set_nonce(&state, bytes(nonce));
+        chacha_poly1305_set_nonce(&state, bytes(box.substr(magic.size())));
         // One run: the library takes associated data in blocks of 16, only the last of which may be short.
         const auto associated = std::string(magic).append(context);
-        chacha_poly1305_update(&state, associated.size(), bytes(associated.data()));
+        chacha_poly1305_update(&state, associated.size(), bytes(associated));
     }
     ~Cipher() { wipe(&state, sizeof state); }
     Cipher(const Cipher&) = delete;
@@ -41,11 +42,11 @@ public:
 
     void encrypt(std::string_view from, char* to)
     {
-        chacha_poly1305_encrypt(&state, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from.data()));
+        chacha_poly1305_encrypt(&state, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from));
     }
     void decrypt(std::string_view from, char* to)
     {
-        chacha_poly1305_decrypt(&state, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from.data()));
+        chacha_poly1305_decrypt(&state, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from));
     }
     Tag tag()
     {
@@ -84,7 +85,7 @@ SecretString seal(SealingKey key, std::string_view context, std::string_view pla
     box.reserve(headerSize + plaintext.size() + tagSize);
     box.append(magic).append(nonce.begin(), nonce.end());
     box.resize(headerSize + plaintext.size());
-    Cipher cipher(key, box.data() + magic.size(), context);
+    Cipher cipher(key, box, context);
     cipher.encrypt(plaintext, box.data() + headerSize);
     const auto tag = cipher.tag();
     box.append(tag.begin(), tag.end());
@@ -97,7 +98,7 @@ std::optional<SecretString> unseal(SealingKey key, std::string_view context, Sec
     if (!ciphertext) {
         return std::nullopt;
     }
-    Cipher cipher(key, box.data() + magic.size(), context);
+    Cipher cipher(key, box, context);
     cipher.decrypt(*ciphertext, box.data() + headerSize);
     if (!cipher.hasTagOf(box)) {
         return std::nullopt;
@@ -118,7 +119,7 @@ bool opens(SealingKey key, std::string_view context, std::string_view box)
     if (!ciphertext) {
         return false;
     }
-    Cipher cipher(key, box.data() + magic.size(), context);
+    Cipher cipher(key, box, context);
     std::array<char, 4096> piece{}; // whole blocks of the cipher
     for (; !ciphertext->empty(); ciphertext->remove_prefix(std::min(piece.size(), ciphertext->size()))) {
         cipher.decrypt(ciphertext->substr(0, piece.size()), piece.data());

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace MirrowvaleAuthenticator {
 
@@ -97,7 +98,7 @@ public:
             g_set_error_literal(error, SECRET_ERROR, SECRET_ERROR_PROTOCOL,
                                 "The prompt has no proper result.");
         } else {
-            return g_steal_pointer(&result);
+            return std::exchange(result, nullptr);
         }
         return nullptr;
     }

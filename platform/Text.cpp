@@ -128,6 +128,7 @@ std::string_view trimmed(std::string_view text)
     std::size_t end = text.size();
     for (std::size_t position = 0, next = 0; next < text.size(); position = next) {
         UChar32 scalar = 0;
+        // NOLINTNEXTLINE(bugprone-inc-dec-in-conditions): the library's macro
         U8_NEXT_OR_FFFD(bytes, next, text.size(), scalar);
         if (!isSpace(scalar)) {
             begin = std::min(begin, position);
@@ -177,6 +178,7 @@ bool isValidUTF8(std::string_view text)
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
     for (std::size_t next = 0; next < text.size();) {
         UChar32 scalar = 0;
+        // NOLINTNEXTLINE(bugprone-inc-dec-in-conditions): the library's macro
         U8_NEXT(bytes, next, text.size(), scalar);
         if (scalar < 0) {
             return false;
