@@ -31,6 +31,7 @@ tools/packages.sh packaging/elsewhere-packages.txt
 # All mounts and processes below end with this one, however it ends.
 [ -n "${OWN_NAMESPACE:-}" ] || exec unshare --mount --pid --fork --kill-child --mount-proc \
     env OWN_NAMESPACE=yes tools/elsewhere.sh ${again:+--again} $([ $user = root ] || echo --user) "$@"
+trap 'exit 143' INT TERM HUP
 release=$1
 shift
 [ $# -gt 0 ] || set -- ./check
