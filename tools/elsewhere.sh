@@ -112,6 +112,18 @@ copyTree() {
     inside chown -R "$user:" "$home/mirrowvale"
 }
 
+# The last step in one piece: this file may be changed while it runs.
+runInside() {
+    local verdict=passed status=0
+    chroot --userspec="$user" "$system" \
+        env -i PATH=/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 HOME="$home" \
+        sh -c 'cd ~/mirrowvale && exec "$@"' sh "$@" </dev/null || status=$?
+    [ $status -eq 0 ] || verdict="FAILED with status $status"
+    printf 'Debian %s (%s, %s), as %s: %s: %s\n' "$(cat "$system/etc/debian_version")" "$release" \
+        "$(inside dpkg --print-architecture)" "$user" "$*" "$verdict"
+    exit $status
+}
+
 [ -n "$again" ] && [ -d "$system" ] || makeSystem
 mountWhatRuns
 home=$(inside getent passwd "$user" | cut -d: -f6 || true)
@@ -120,10 +132,4 @@ if [ -z "$home" ]; then
     home=/home/$user
 fi
 copyTree
-
-verdict=passed status=0
-chroot --userspec="$user" "$system" env -i PATH=/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 HOME="$home" \
-    sh -c 'cd ~/mirrowvale && exec "$@"' sh "$@" </dev/null || status=$? verdict="FAILED with status $status"
-printf 'Debian %s (%s, %s), as %s: %s: %s\n' "$(cat "$system/etc/debian_version")" "$release" \
-    "$(inside dpkg --print-architecture)" "$user" "$*" "$verdict"
-exit $status
+runInside "$@"
