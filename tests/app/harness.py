@@ -209,7 +209,7 @@ class WindowTest(unittest.TestCase):
     # Lines on standard error that the application is not to blame for: a reader asks for what has gone meanwhile.
     othersSay = ("qt.accessibility.atspi: Could not find accessible on path",)
 
-    def said(self, text):
+    def title(self, text):
         """A text of the interface in its language; any other as it is."""
         if not self.language:
             return text
@@ -320,7 +320,7 @@ class WindowTest(unittest.TestCase):
 
     def find(self, text, where=lambda element: True):
         """Waits for a text on screen; `where` may choose among several."""
-        text = self.said(text)
+        text = self.title(text)
         return self.until(lambda: next((e for e in self.elements() if e.text == text and where(e)), None),
                           lambda: f"{text!r} is not among {self.texts()}")
 
@@ -340,7 +340,7 @@ class WindowTest(unittest.TestCase):
         return self.find(text, lambda element: row.top <= element.y <= row.top + row.height)
 
     def gone(self, text):
-        self.until(lambda: self.said(text) not in self.texts(), lambda: f"{text!r} is still there")
+        self.until(lambda: self.title(text) not in self.texts(), lambda: f"{text!r} is still there")
 
     def still(self, text):
         """Waits for a text that has come to rest, after a slide or a swipe, and can be pressed."""

@@ -60,7 +60,7 @@ class ListTest(WindowTest):
 
         self.swipe("Brim", self.width - 32)  # all the way: opens, closes the other, deletes nothing
         self.inRow("Brim", "Delete")
-        self.until(lambda: self.texts().count(self.said("Delete")) == 1)
+        self.until(lambda: self.texts().count(self.title("Delete")) == 1)
         self.assertEqual(self.issuers(), ["Acme", "Brim", "Cole"])
         self.still("Delete").click()
         self.until(lambda: self.issuers() == ["Acme", "Cole"])
