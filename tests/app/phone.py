@@ -24,7 +24,7 @@ class PhoneTest(WindowTest):
         del environment["DISPLAY"]
         return environment
 
-    def launch(self, *command, **variables):
+    def serve(self, *command, **variables):
         environment = {**self.environment(self.home), "LD_PRELOAD": "", "NO_AT_BRIDGE": "1", **variables}
         self.addCleanup(harness.end, subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
                                                        stderr=subprocess.DEVNULL))
@@ -38,13 +38,13 @@ class PhoneTest(WindowTest):
         layout = self.home / "layout"
         layout.write_text("[core]\nxwayland=false\n"
                           f"[output:X11-1]\nmode = {width * scale}x{height * scale}\nscale = {scale}\n")
-        self.launch("phoc", "-C", layout, DISPLAY=os.environ["DISPLAY"], WLR_BACKENDS="x11", WLR_RENDERER="pixman")
+        self.serve("phoc", "-C", layout, DISPLAY=os.environ["DISPLAY"], WLR_BACKENDS="x11", WLR_RENDERER="pixman")
         self.until((self.home / "runtime" / "wayland-0").exists)
         for program in programs:
-            self.launch(program, GSETTINGS_BACKEND="keyfile")
+            self.serve(program, GSETTINGS_BACKEND="keyfile")
             self.until(lambda: self.isUp() is False)
         self.addCleanup(self.stop)  # before its compositor
-        self.process = subprocess.Popen([harness.application], env=self.environment(self.home))
+        self.process = self.launch(self.environment(self.home))
         window = self.find("Mirrowvale Auth", lambda element: element.role == "frame" and element.active)
         border = (width - window.width) // 2  # of the toolkit's frame, which is higher above
         self.left, self.top = border, height - border - window.height

@@ -40,7 +40,7 @@ within() {
 }
 
 within '/^Build-Depends:/,/^$/' 'What building depends on' \
-    < <(names packaging/build-packages.txt 'g\+\+|libg(test|mock)-dev')
+    < <(names packaging/build-packages.txt 'g\+\+|libg(test|mock)-dev|nlohmann-json3-dev')
 within '/^Package:/,$' 'What the package depends on' < <(names packaging/run-packages.txt 'qml6-.*')
 # The modules QtQuick and QtQml are whole within the libraries; the others are loaded from packages of their own.
 within '/^Package:/,$' 'What the package depends on' < <(
