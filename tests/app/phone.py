@@ -45,7 +45,8 @@ class PhoneTest(WindowTest):
             self.until(lambda: self.isUp() is False)
         self.addCleanup(self.stop)  # before its compositor
         self.process = self.launch(self.environment(self.home))
-        window = self.find("Mirrowvale Auth", lambda element: element.role == "frame" and element.active)
+        window = self.find("Mirrowvale Auth", lambda element: element.role == "frame" and element.active
+                           and 0 <= width - element.width < 10)  # as wide as the screen
         border = (width - window.width) // 2  # of the toolkit's frame, which is higher above
         self.left, self.top = border, height - border - window.height
 
@@ -106,7 +107,7 @@ class PhoneTest(WindowTest):
         mark = self.home / "started"
         (services / f"{keyboard}.service").write_text(f"[D-BUS Service]\nName={keyboard}\nExec=/bin/touch {mark}\n")
         call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig")
-        self.startShell(390, 844, 1)
+        self.startShell(480, 844, 1)
         self.tap("Add token")
         self.until(lambda: self.find(fields[0]).focused)
         typeText(f"otpauth://totp/Acme:alice?secret={secret}")
