@@ -344,6 +344,7 @@ TEST_F(HandTest, aCopiedURIIsPastedByTouch)
     for (const auto key : {Qt::Key_A, Qt::Key_Left}) {
         QTest::keyClick(window.get(), key);
     }
+    EXPECT_TRUE(window->activeFocusItem()->property("inputMethodHints").toInt() & Qt::ImhSensitiveData);
     const QPoint field = middle(*window->activeFocusItem());
     press(field);
     QQuickItem* paste = nullptr;
