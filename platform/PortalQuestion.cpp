@@ -97,7 +97,9 @@ void askAndWrite(int pipe)
     if (const auto bus = connectToSessionBus(patienceOfProcess)) {
         if (const auto reply = askPortal(bus.get())) {
             const auto lines = linesOf(reply.get());
-            static_cast<void>(write(pipe, lines.data(), lines.size()));
+            if (write(pipe, lines.data(), lines.size()) < 0) {
+                return; // nobody waits for it any more
+            }
         }
     }
 }
