@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Runs a command on a copy of this tree in a clean Debian system of its own, and says whether it passed.
-#   tools/elsewhere.sh [--again] [--user] RELEASE [COMMAND...]
-#     RELEASE  a name such as bookworm or trixie
+# Runs a command on a copy of this tree in a clean Debian system of its own, and says whether it passed. Packages that
+# it leaves in build/ come to build/RELEASE/.
+#   tools/elsewhere.sh [--again] [--user] RELEASE[/ARCHITECTURE] [COMMAND...]
+#     RELEASE  a name such as bookworm or trixie; an architecture such as i386, or arm64, which is emulated
 #     COMMAND  ./check where none is given
 #     --again  goes on in the system of the last time, with its packages and its build/, instead of a clean one
 #     --user   runs the command as an ordinary user who may use sudo, not as root
@@ -19,8 +20,8 @@ while [[ ${1:-} == --* ]]; do
     esac
     shift
 done
-[[ ${1:-} =~ ^[a-z]+$ ]] || {
-    echo 'usage: tools/elsewhere.sh [--again] [--user] RELEASE [COMMAND...]' >&2
+[[ ${1:-} =~ ^[a-z]+(/[a-z0-9]+)?$ ]] || {
+    echo 'usage: tools/elsewhere.sh [--again] [--user] RELEASE[/ARCHITECTURE] [COMMAND...]' >&2
     exit 2
 }
 [ "$(id -u)" -eq 0 ] || {
@@ -32,11 +33,13 @@ tools/packages.sh packaging/elsewhere-packages.txt
 [ -n "${OWN_NAMESPACE:-}" ] || exec unshare --mount --pid --fork --kill-child --mount-proc \
     env OWN_NAMESPACE=yes tools/elsewhere.sh ${again:+--again} $([ $user = root ] || echo --user) "$@"
 trap 'exit 143' INT TERM HUP
-release=$1
+IFS=/ read -r release architecture <<<"$1"
+here=$(dpkg --print-architecture)
+folder=${MIRROWVALE_SYSTEMS:-/var/cache/mirrowvale-systems}/$release${architecture:+-$architecture}
+architecture=${architecture:-$here}
 shift
 [ $# -gt 0 ] || set -- ./check
 
-folder=${MIRROWVALE_SYSTEMS:-/var/cache/mirrowvale-systems}/$release
 system=$folder/system
 mkdir -p "$folder"/{archives,partial}
 exec 9>"$folder/lock"
@@ -56,11 +59,11 @@ quietly() {
 
 # Where this machine's packages come from, as sources of the other release.
 sources() {
-    local here
-    here=$(. /etc/os-release && echo "$VERSION_CODENAME")
+    local codename
+    codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
     apt-get indextargets --format '$(SITE) $(CODENAME) $(COMPONENT) $(ORIGIN)' 'Created-By: Packages' \
         | awk '$NF == "Debian" && $3 == "main" {print "deb", $1, $2, $3}' | sort -u \
-        | sed -E "s/ $here(-[a-z]+)? / $release\1 /"
+        | sed -E "s/ $codename(-[a-z]+)? / $release\1 /"
 }
 
 # Makes the least system that there is of the release. The later ones are copies of it.
@@ -68,7 +71,7 @@ makeBase() {
     local base=$folder/partial/base proxy=
     eval "$(apt-config shell proxy Acquire::http::Proxy)"
     rm -rf --one-file-system "$base"
-    http_proxy=$proxy quietly debootstrap --variant=minbase "$release" "$base" \
+    http_proxy=$proxy quietly debootstrap --variant=minbase --arch="$architecture" "$release" "$base" \
         "$(sources | awk -v release="$release" '$3 == release {print $2; exit}')"
     sources >"$base/etc/apt/sources.list"
     apt-config dump | grep -E '^Acquire::(http|https|Check)' >"$base/etc/apt/apt.conf.d/01machine" || true
@@ -82,6 +85,7 @@ makeSystem() {
     rm -rf --one-file-system "$system"
     cp -a --reflink=auto "$folder/base" "$system"
     cp /etc/resolv.conf "$system/etc/"
+    echo "127.0.0.1 localhost $(hostname)" >"$system/etc/hosts"
 }
 
 # What a system has beyond its files.
@@ -114,16 +118,38 @@ copyTree() {
 
 # The last step in one piece: this file may be changed while it runs.
 runInside() {
-    local verdict=passed status=0
+    local verdict=passed status=0 package
     chroot --userspec="$user" "$system" \
         env -i PATH=/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 HOME="$home" \
+        ${emulated:+MIRROWVALE_EMULATED=yes} \
         sh -c 'cd ~/mirrowvale && exec "$@"' sh "$@" </dev/null || status=$?
+    for package in "$system$home"/mirrowvale/build/*.deb; do
+        [ ! -e "$package" ] || install -D -t "build/$release" "$package"
+    done
     [ $status -eq 0 ] || verdict="FAILED with status $status"
-    printf 'Debian %s (%s, %s), as %s: %s: %s\n' "$(cat "$system/etc/debian_version")" "$release" \
-        "$(inside dpkg --print-architecture)" "$user" "$*" "$verdict"
+    printf 'Debian %s (%s, %s), as %s: %s: %s\n' \
+        "$(cat "$system/etc/debian_version")" "$release" "$architecture" "$user" "$*" "$verdict"
     exit $status
 }
 
+# Has the kernel run the programs of a processor that this machine has not, until this namespace ends.
+emulated=
+emulate() {
+    local processor
+    case $here/$architecture in
+        "$architecture/$here" | amd64/i386) return ;; # its own, or one that it can be
+        */arm64) processor=aarch64 ;;
+        */armhf | */armel) processor=arm ;;
+        *) processor=$architecture ;;
+    esac
+    emulated=yes
+    tools/packages.sh packaging/emulator-packages.txt
+    mount -t binfmt_misc binfmt_misc /proc/sys/fs/binfmt_misc
+    [ -e "/proc/sys/fs/binfmt_misc/qemu-$processor" ] \
+        || cat "/usr/lib/binfmt.d/qemu-$processor.conf" >/proc/sys/fs/binfmt_misc/register
+}
+
+emulate
 [ -n "$again" ] && [ -d "$system" ] || makeSystem
 mountWhatRuns
 home=$(inside getent passwd "$user" | cut -d: -f6 || true)
