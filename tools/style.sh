@@ -1,10 +1,19 @@
 #!/usr/bin/env bash
 # Checks what no compiler checks: layout of the code, line ends, and where literals may stand.
+#   tools/style.sh [--formats]    --formats only says whether this machine's clang-format is the one that counts
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 rooms=(platform core storage ui tests fuzz bench)
 status=0
+
+# Another version lays out some lines differently.
+formatter=14
+formats() { clang-format --version 2>/dev/null | grep -q "version $formatter\."; }
+if [ "${1:-}" = --formats ]; then
+    formats
+    exit
+fi
 
 # Runs a search that must find nothing.
 #   nothing MESSAGE COMMAND...
@@ -23,15 +32,13 @@ misformatted() {
         | xargs -0 -r clang-format --dry-run --Werror 2>&1 | sed -n 's/:[0-9]*:[0-9]*: error: .*//p' | sort -u
 }
 
-# Another version lays out some lines differently.
-formatter=14
-if clang-format --version | grep -q "version $formatter\."; then
+if formats; then
     nothing 'Not as clang-format -i lays them out' misformatted
 else
     echo "Layout not checked: that takes clang-format $formatter, as Debian 12 has it"
 fi
 nothing 'Blanks at the end of a line, or tabs' \
-    grep -rnIP --exclude=rules --exclude-dir=corpus '[ \t]+$|\t' "${rooms[@]}" cmake packaging tools run check package README.md
+    grep -rnIP --exclude=rules --exclude=*.png --exclude-dir=corpus '[ \t]+$|\t' "${rooms[@]}" cmake docs packaging tools run check package README.md SECURITY.md CONTRIBUTING.md CHANGELOG.md .editorconfig
 nothing 'Headers without #pragma once' \
     grep -rL --include='*.h' '^#pragma once$' "${rooms[@]}"
 nothing 'Own headers included from elsewhere than the root' \
