@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-rooms=(platform core storage ui tests fuzz bench)
+modules=(platform core storage ui tests fuzz bench)
 status=0
 
 # Another version lays out some lines differently.
@@ -28,7 +28,7 @@ nothing() {
 }
 
 misformatted() {
-    find "${rooms[@]}" \( -name '*.h' -o -name '*.cpp' \) -print0 \
+    find "${modules[@]}" \( -name '*.h' -o -name '*.cpp' \) -print0 \
         | xargs -0 -r clang-format --dry-run --Werror 2>&1 | sed -n 's/:[0-9]*:[0-9]*: error: .*//p' | sort -u
 }
 
@@ -38,11 +38,11 @@ else
     echo "Layout not checked: that takes clang-format $formatter, as Debian 12 has it"
 fi
 nothing 'Blanks at the end of a line, or tabs' \
-    grep -rnIP --exclude=rules --exclude=*.png --exclude-dir=corpus '[ \t]+$|\t' "${rooms[@]}" cmake docs packaging tools run check package README.md SECURITY.md CONTRIBUTING.md CHANGELOG.md .editorconfig
+    grep -rnIP --exclude=rules --exclude=*.png --exclude-dir=corpus '[ \t]+$|\t' "${modules[@]}" cmake docs packaging tools run check package README.md SECURITY.md CONTRIBUTING.md CHANGELOG.md .editorconfig
 nothing 'Headers without #pragma once' \
-    grep -rL --include='*.h' '^#pragma once$' "${rooms[@]}"
+    grep -rL --include='*.h' '^#pragma once$' "${modules[@]}"
 nothing 'Own headers included from elsewhere than the root' \
-    grep -rnP --include='*.h' --include='*.cpp' '^#include "(?!(platform|core|storage|ui|tests|fuzz|bench)/|[\w/]+\.moc")' "${rooms[@]}"
+    grep -rnP --include='*.h' --include='*.cpp' '^#include "(?!(platform|core|storage|ui|tests|fuzz|bench)/|[\w/]+\.moc")' "${modules[@]}"
 nothing 'Colours and text sizes outside the theme' \
     grep -rnP --include='*.qml' --exclude='Theme.qml' '"#[0-9a-fA-F]{3,8}"|\b(pixelSize|pointSize): *[0-9]' ui
 nothing 'User data must be drawn verbatim: not as markup' \

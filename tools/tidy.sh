@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
-# Analyses the rooms' sources with clang-tidy. What passed is remembered in the build folder, and looked at
+# Analyses the modules' sources with clang-tidy. What passed is remembered in the build folder, and looked at
 # again only when it, a header of ours or the rules have changed.
 #   tools/tidy.sh BUILD-FOLDER
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 build=$1
-rooms=(platform core storage ui)
+modules=(platform core storage ui)
 stamps=$build/tidy
 mkdir -p "$stamps"
 
-shared=$({ clang-tidy --version; cat .clang-tidy; find "${rooms[@]}" -name '*.h' -print0 | sort -z | xargs -0 cat; } | sha256sum)
+shared=$({ clang-tidy --version; cat .clang-tidy; find "${modules[@]}" -name '*.h' -print0 | sort -z | xargs -0 cat; } | sha256sum)
 
 # Analyses one source; its stamp is named after everything that its result depends on.
 analyse() {
@@ -21,5 +21,5 @@ analyse() {
 }
 export -f analyse
 
-find "${rooms[@]}" -name '*.cpp' -print0 \
+find "${modules[@]}" -name '*.cpp' -print0 \
     | xargs -0 -r -n 1 -P "$(nproc)" bash -c 'analyse "$2" "$0" "$1"' "$build" "$shared"

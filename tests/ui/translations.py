@@ -9,16 +9,16 @@ import sys
 import tempfile
 import xml.etree.ElementTree as ElementTree
 
-room = pathlib.Path(__file__).resolve().parents[2] / "ui"
+module = pathlib.Path(__file__).resolve().parents[2] / "ui"
 placeholder = re.compile("%L?[0-9n]+")
 faults = []
 
 with tempfile.TemporaryDirectory() as folder:
-    copies = [shutil.copy(file, folder) for file in sorted(room.glob("translations/*.ts"))]
-    subprocess.run([sys.argv[1], "-silent", "-no-obsolete", "-locations", "none", "-I", room.parent, room,
+    copies = [shutil.copy(file, folder) for file in sorted(module.glob("translations/*.ts"))]
+    subprocess.run([sys.argv[1], "-silent", "-no-obsolete", "-locations", "none", "-I", module.parent, module,
                     "-ts", *copies], check=True)
     for copy in map(pathlib.Path, copies):
-        if copy.read_bytes() != (room / "translations" / copy.name).read_bytes():
+        if copy.read_bytes() != (module / "translations" / copy.name).read_bytes():
             faults.append(f"{copy.name} is not in step with the sources: build the target update_translations")
         messages = ElementTree.parse(copy).getroot().findall(".//message")
         for message in messages:
