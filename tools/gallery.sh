@@ -4,6 +4,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tools/packages.sh packaging/{build,run,headless,check}-packages.txt
+tools/packages.sh packaging/{build,run,headless,fast,check}-packages.txt
 tools/build.sh release mirrowvale-authenticator
 exec /usr/bin/python3 -B tools/gallery.py build/release/mirrowvale-authenticator "${1:-build/gallery}"
