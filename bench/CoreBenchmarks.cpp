@@ -1,4 +1,4 @@
-// The core's hot roads, each beside its yardstick.
+// The core's hot paths, each beside its yardstick.
 
 #include "bench/AllocationCount.h"
 #include "core/Base32.h"

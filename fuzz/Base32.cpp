@@ -19,11 +19,11 @@ struct Outcome {
 /// Character by character, with the bits written out one by one.
 Outcome slowlyDecoded(std::string_view text)
 {
-    auto cleaned = UnicodeRoad::uppercased(text);
+    auto cleaned = UnicodePath::uppercased(text);
     std::erase_if(cleaned, [](char byte) { return byte == ' ' || byte == '='; });
     std::string bits;
-    for (const auto character : UnicodeRoad::characters(cleaned)) {
-        const auto composed = UnicodeRoad::canonicalComposition(character);
+    for (const auto character : UnicodePath::characters(cleaned)) {
+        const auto composed = UnicodePath::canonicalComposition(character);
         const auto found = std::ranges::find_if(
             base32Alphabet, [&](char entry) { return composed == std::string_view(&entry, 1); });
         if (found == base32Alphabet.end()) {
@@ -54,6 +54,6 @@ Outcome decoded(std::string_view text)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const auto text = Fuzzing::text(data, size);
-    Fuzzing::require(decoded(text) == slowlyDecoded(text), "both roads agree");
+    Fuzzing::require(decoded(text) == slowlyDecoded(text), "both paths agree");
     return 0;
 }

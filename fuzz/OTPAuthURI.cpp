@@ -63,7 +63,7 @@ void readLabel(const std::string& path, AuthToken& token)
     std::string first;
     std::string second;
     bool isSecond = false;
-    for (const auto character : UnicodeRoad::characters(label)) {
+    for (const auto character : UnicodePath::characters(label)) {
         if (character == ":" && !isSecond) {
             isSecond = !first.empty();
         } else {
@@ -107,10 +107,10 @@ AuthToken naivelyParsed(std::string_view uri)
     if (query["secret"].empty()) {
         throw OTPAuthParserError(Case::missingSecret);
     }
-    token.issuer = UnicodeRoad::trimmed(query.contains("issuer") ? query["issuer"] : token.issuer);
-    token.account = UnicodeRoad::trimmed(token.account);
-    token.secretBase32 = UnicodeRoad::uppercased(removingSpaces(query["secret"]));
-    token.algorithm = algorithmFromRawValue(UnicodeRoad::uppercased(query["algorithm"]))
+    token.issuer = UnicodePath::trimmed(query.contains("issuer") ? query["issuer"] : token.issuer);
+    token.account = UnicodePath::trimmed(token.account);
+    token.secretBase32 = UnicodePath::uppercased(removingSpaces(query["secret"]));
+    token.algorithm = algorithmFromRawValue(UnicodePath::uppercased(query["algorithm"]))
                           .value_or(AuthToken::Algorithm::sha1);
     token.digits = number<long>(query["digits"], std::strtol, 6);
     token.period = number<long>(query["period"], std::strtol, 30);
@@ -161,7 +161,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const Outcome noURI = OTPAuthParserError(Case::invalidURL).errorDescription();
     // Which texts are URIs is the grammar's to know, unless there is no doubt.
     if (outcome != noURI || isPlainURI(text)) {
-        require(outcome == outcomeOf(naivelyParsed, text), "both roads agree");
+        require(outcome == outcomeOf(naivelyParsed, text), "both paths agree");
     }
     if (outcome.index() == 0) {
         checkUse(parseOTPAuthURI(text));

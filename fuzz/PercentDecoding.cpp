@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const auto text = Fuzzing::text(data, size);
     Fuzzing::require(removingPercentEncoding(text) == Fuzzing::naivelyDecoded(std::string(text)),
-                     "both roads agree");
+                     "both paths agree");
     const auto expected = Fuzzing::isWellFormedUTF8(text) ? std::optional(std::string(text)) : std::nullopt;
     Fuzzing::require(removingPercentEncoding(escaped(text)) == expected, "what was escaped comes back");
     return 0;

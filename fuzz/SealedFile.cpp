@@ -16,11 +16,11 @@ std::array<std::uint8_t, sealingKeySize> makeKey()
     return key;
 }
 
-/// What a box holds, which the road that only looks whether it opens sees alike.
+/// What a box holds; the path that only checks whether it opens must agree.
 std::optional<SecretString> unsealed(SealingKey key, std::string_view context, const SecretString& box)
 {
     auto opened = unseal(key, context, box);
-    require(opens(key, context, box) == opened.has_value(), "both roads agree");
+    require(opens(key, context, box) == opened.has_value(), "both paths agree");
     return opened;
 }
 

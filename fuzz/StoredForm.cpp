@@ -117,7 +117,7 @@ void checkReading(std::string_view text)
     } catch (const StoredFormError&) {
         Fuzzing::require(!list, "what was read can be written and read again");
     }
-    Fuzzing::require(list == readByDocument(text), "both roads agree");
+    Fuzzing::require(list == readByDocument(text), "both paths agree");
 }
 
 void checkWriting(FuzzedDataProvider input)

@@ -17,14 +17,14 @@ const LocalizedCaseInsensitiveOrder& order()
 
 void compareRoads(std::string_view text)
 {
-    require(uppercased(text) == UnicodeRoad::uppercased(text), "both roads upper-case alike");
-    require(lowercased(text) == UnicodeRoad::lowercased(text), "both roads lower-case alike");
-    require(trimmed(text) == UnicodeRoad::trimmed(text), "both roads trim alike");
-    require(characters(text) == UnicodeRoad::characters(text), "both roads see the same characters");
-    require(positions(text, ':') == UnicodeRoad::positions(text, ':'), "both roads find the same colons");
-    require(canonicalComposition(text) == UnicodeRoad::canonicalComposition(text),
-            "both roads compose alike");
-    require(isValidUTF8(text) == UnicodeRoad::isValidUTF8(text), "both roads tell UTF-8 alike");
+    require(uppercased(text) == UnicodePath::uppercased(text), "both paths upper-case alike");
+    require(lowercased(text) == UnicodePath::lowercased(text), "both paths lower-case alike");
+    require(trimmed(text) == UnicodePath::trimmed(text), "both paths trim alike");
+    require(characters(text) == UnicodePath::characters(text), "both paths see the same characters");
+    require(positions(text, ':') == UnicodePath::positions(text, ':'), "both paths find the same colons");
+    require(canonicalComposition(text) == UnicodePath::canonicalComposition(text),
+            "both paths compose alike");
+    require(isValidUTF8(text) == UnicodePath::isValidUTF8(text), "both paths tell UTF-8 alike");
 }
 
 void checkWhatHoldsBeyondASCII(std::string_view text)

@@ -80,7 +80,7 @@ void TokenStore::load()
     }
 }
 
-/// Whoever takes the list into `tokens` then calls it known.
+/// A caller that takes the list into `tokens` sets `item` to known.
 std::vector<AuthToken> TokenStore::loadItem()
 {
     item = Item::unreached;

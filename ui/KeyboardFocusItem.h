@@ -5,7 +5,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// An item that knows whether it has the focus and shows it, being reached by the keyboard.
+/// An item that knows whether it has focus and shows it, having got it by a key.
 class KeyboardFocusItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

@@ -52,7 +52,7 @@ bool OnScreenKeyboard::isNeeded()
 
 bool OnScreenKeyboard::eventFilter(QObject* watched, QEvent* event)
 {
-    // The user may have put the keyboard away meanwhile.
+    // The user may have hidden the on-screen keyboard meanwhile.
     if (wanted && pressesFocus(*qobject_cast<QQuickWindow*>(watched), *event)) {
         show();
     }

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-/// The way between Qt's text (UTF-16) and that of the rooms below (UTF-8).
+/// Conversion between Qt's text (UTF-16) and that of the modules below (UTF-8).
 namespace MirrowvaleAuthenticator {
 
 /// `text` as UTF-8; a surrogate without its other half becomes U+FFFD.

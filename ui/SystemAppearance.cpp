@@ -60,7 +60,7 @@ SystemAppearance::SystemAppearance(QObject* parent) : QObject(parent)
     QCoreApplication::instance()->installEventFilter(this);
     followPortal();
     if (awaited != nullptr) {
-        hear(*awaited);
+        receive(*awaited);
     }
 }
 
@@ -71,7 +71,7 @@ bool SystemAppearance::isDark() const
                                > palette.color(QPalette::Window).lightness());
 }
 
-void SystemAppearance::hear(PortalQuestion& question)
+void SystemAppearance::receive(PortalQuestion& question)
 {
     if (const auto settings = question.takeAnswer(longestWait)) {
         for (const DesktopSetting& setting : *settings) {
@@ -83,7 +83,7 @@ void SystemAppearance::hear(PortalQuestion& question)
     connect(notifier, &QSocketNotifier::activated, this, [this, notifier, &question] {
         notifier->setEnabled(false);
         notifier->deleteLater();
-        hear(question);
+        receive(question);
     });
 }
 

@@ -46,7 +46,7 @@ private slots:
     void settingChanged(const QDBusMessage& signal);
 
 private:
-    void hear(PortalQuestion& question);
+    void receive(PortalQuestion& question);
     void followPortal();
 
     static PortalQuestion* awaited;

@@ -70,7 +70,7 @@ void TokenListModel::render()
     if (stayed > 0) {
         emit dataChanged(index(0), index(stayed - 1));
     }
-    forgetCopiedStatesOfLeavers();
+    forgetCopiedStatesOfRemovedTokens();
 }
 
 std::vector<bool> TokenListModel::rowsToKeep() const
@@ -117,7 +117,7 @@ void TokenListModel::appendMissingRows()
     endInsertRows();
 }
 
-void TokenListModel::forgetCopiedStatesOfLeavers()
+void TokenListModel::forgetCopiedStatesOfRemovedTokens()
 {
     std::erase_if(copiedStates,
                   [this](const auto& entry) { return std::ranges::find(ids, entry.first) == ids.end(); });

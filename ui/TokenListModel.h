@@ -48,7 +48,8 @@ public:
     /// Brings the instant to the rows.
     void setNow(Date instant);
 
-    /// The listed token that a row shows; none for a row that does not exist or whose token has just left.
+    /// The listed token that a row shows; none for a row that does not exist or whose token has just been
+    /// removed.
     const AuthToken* tokenAt(int row) const;
 
     /// Copies a row's code and shows the acknowledgement for 1.5 seconds.
@@ -61,7 +62,7 @@ private:
     std::vector<bool> rowsToKeep() const;
     void removeRowsExcept(const std::vector<bool>& kept);
     void appendMissingRows();
-    void forgetCopiedStatesOfLeavers();
+    void forgetCopiedStatesOfRemovedTokens();
     void setCopied(const UUID& id, bool& state, bool copied);
     TokenRowView rowView(const AuthToken& token) const;
 

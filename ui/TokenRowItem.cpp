@@ -7,7 +7,8 @@ namespace MirrowvaleAuthenticator {
 void TokenRowItem::componentComplete()
 {
     KeyboardFocusItem::componentComplete();
-    // A list appends what it makes, but a voice reads the rows in the order in which they are stacked.
+    // A list appends what it makes, but a screen reader reads the rows in the order in which they are
+    // stacked.
     for (QQuickItem* sibling : parentItem() != nullptr ? parentItem()->childItems() : QList<QQuickItem*>()) {
         const auto* row = qobject_cast<TokenRowItem*>(sibling);
         if (row != nullptr && row->index > index) {

@@ -18,14 +18,14 @@ class TokenRowItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qual
     Q_PROPERTY(bool offersNext MEMBER offersNext NOTIFY offersNextChanged FINAL)
     Q_PROPERTY(QString countdown MEMBER countdown NOTIFY countdownChanged FINAL)
     Q_PROPERTY(QString longestCountdown MEMBER longestCountdown NOTIFY longestCountdownChanged FINAL)
-    /// Whether the keyboard comes to this row, or has been here last.
+    /// Whether Tab moves focus to this row, or it had focus last.
     Q_PROPERTY(bool current MEMBER current NOTIFY currentChanged FINAL)
     /// Whether the row stands, or is about to stand, so far away from its trailing edge that "Delete" can be
     /// seen.
     Q_PROPERTY(bool open MEMBER open NOTIFY openChanged FINAL)
 
 public:
-    /// Everything that stands in the row, for a voice to read: the code digit by digit, no digits in groups.
+    /// Everything that stands in the row, for a screen reader: the code digit by digit, no digits in groups.
     QString spokenText() const;
 
     bool doesOfferNext() const { return offersNext; }

@@ -120,10 +120,10 @@ def drag(x, y, toX, toY, steps=12):
 
 
 class ClientMessage(ctypes.Structure):
-    """XClientMessageEvent, in the room that an XEvent takes."""
+    """XClientMessageEvent, padded to the size of an XEvent."""
     _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("sendEvent", ctypes.c_int),
                 ("display", ctypes.c_void_p), ("window", ctypes.c_ulong), ("messageType", ctypes.c_ulong),
-                ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("room", ctypes.c_long * 12)]
+                ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("padding", ctypes.c_long * 12)]
 
 
 def closeWindow(window):
@@ -175,7 +175,7 @@ class Element:
         self.accessible, self.role = accessible, accessible.get_role_name()
         self.text = accessible.get_name() or self.role  # what tells no name is known by its role
         self.focused, self.enabled = states.contains(Atspi.StateType.FOCUSED), states.contains(Atspi.StateType.ENABLED)
-        self.active = states.contains(Atspi.StateType.ACTIVE)  # a window that has the keyboard
+        self.active = states.contains(Atspi.StateType.ACTIVE)  # a window that has focus
         box = accessible.get_extents(Atspi.CoordType.SCREEN)
         self.left, self.top, self.width, self.height = box.x, box.y, box.width, box.height
         self.x, self.y = self.left + self.width // 2, self.top + self.height // 2
@@ -261,7 +261,7 @@ class WindowTest(unittest.TestCase):
                 self.assertEqual([line for line in said if not line.startswith(self.othersSay)], [])
 
     def start(self):
-        """Starts the application and waits until its window stands and has the keyboard."""
+        """Starts the application and waits until its window is shown and has focus."""
         self.process = self.launch(self.environment(self.home))
         self.find("Add token")
         self.window = self.until(lambda: self.windowOf(self.process))

@@ -165,7 +165,7 @@ TEST_F(HandTest, theListStaysWhereItWasScrolledTo)
     EXPECT_EQ(scrolled(), place) << "back from the sheet";
 
     QTest::keyClick(window.get(), Qt::Key_Down);
-    EXPECT_TRUE(ringIsAt(row(0))) << "the keyboard shows where it is";
+    EXPECT_TRUE(ringIsAt(row(0))) << "the focus ring shows";
     EXPECT_LT(scrolled(), place);
 }
 

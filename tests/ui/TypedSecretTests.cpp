@@ -76,7 +76,7 @@ TEST_F(TypedSecretTest, noCopyOfAFieldOutlivesTheSheet)
 {
     build();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    for (const int tabs : {0, 3}) { // the URI's field has the keyboard; the secret's lies further down
+    for (const int tabs : {0, 3}) { // the URI's field has focus; the secret's lies further down
         contentView.setShowingAdd(true);
         ASSERT_TRUE(QTest::qWaitFor([this] { return window->activeFocusItem() != nullptr; }));
         for (int press = 0; press < tabs; ++press) {

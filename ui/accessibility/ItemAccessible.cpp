@@ -109,7 +109,7 @@ QStringList ItemAccessible::actionNames() const
 void ItemAccessible::doAction(const QString& name)
 {
     if (name == setFocusAction() && state().focusable) {
-        item()->forceActiveFocus(Qt::TabFocusReason); // so that the place shows, as after the keyboard
+        item()->forceActiveFocus(Qt::TabFocusReason); // so that the focus ring shows, as after Tab
     }
 }
 

@@ -10,7 +10,7 @@ Flickable {
     signal pulled(real distance)
     signal letGo(real velocity)
 
-    /// Puts the keyboard where a copied URI goes.
+    /// Gives focus to the field that a copied URI goes into.
     function start(): void {
         uri.forceActiveFocus(Qt.OtherFocusReason)
     }
@@ -43,7 +43,7 @@ Flickable {
         }
     }
 
-    /// Brings the row of the form that has the keyboard into sight.
+    /// Scrolls the row of the form that has focus into view.
     function revealFocus(): void {
         for (const section of [importing, manual]) {
             const row = section.rowAround(focusItem)

@@ -16,7 +16,7 @@ Window {
     title: qsTr("Mirrowvale Auth")
     color: Theme.background
 
-    /// Where the keyboard was when the sheet came up, and whether that showed.
+    /// What had focus when the sheet came up, and whether its ring showed.
     property Item opener: null
     property bool openerShowed: false
 
@@ -25,7 +25,7 @@ Window {
         openerShowed = (opener as KeyboardFocusItem)?.visualFocus ?? false
     }
 
-    /// Gives the keyboard back once the list screen can be used again.
+    /// Gives focus back once the list screen can be used again.
     function restoreFocus(): void {
         const reason = openerShowed ? Qt.ShortcutFocusReason : Qt.OtherFocusReason
         if (opener) {

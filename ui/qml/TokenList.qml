@@ -12,13 +12,13 @@ ListView {
     property SelectableCode selectedCode: null
 
     /// The last token has been deleted.
-    /// @param byKeyboard  whether the keyboard showed where it was
+    /// @param byKeyboard  whether the focus ring was shown
     signal emptied(bool byKeyboard)
 
     /// 0 while the large title is in sight, 1 when it has gone under the bar.
     readonly property real titleScrolledAway: Math.max(0, Math.min(1, (contentY - originY - 28) / 16))
 
-    /// Gives the keyboard to a row or to something in it.
+    /// Gives focus to a row or to something in it.
     function giveKeyboard(item: Item, shows: bool): void {
         item.forceActiveFocus(shows ? Qt.TabFocusReason : Qt.OtherFocusReason)
     }
@@ -116,14 +116,14 @@ ListView {
         return direction > 0 ? Math.max(row + 1, reached) : Math.min(row - 1, reached)
     }
 
-    /// Puts the keyboard on the current row, for the eye as well.
+    /// Gives focus to the current row, and shows it.
     function showFocus(): void {
         const row = currentItem as TokenRow
-        bringIntoSight(currentIndex)
+        scrollIntoView(currentIndex)
         row?.takeKeyboard()
     }
 
-    function bringIntoSight(row: int): void {
+    function scrollIntoView(row: int): void {
         if (row === 0) {
             positionViewAtBeginning()
         } else {
@@ -169,11 +169,11 @@ ListView {
         }
         const shows = (item as KeyboardFocusItem)?.visualFocus ?? false
         if (currentIndex !== row.index) {
-            currentIndex = row.index // which gives the row the keyboard
+            currentIndex = row.index // which gives the row focus
             giveKeyboard(item, shows)
         }
         if (shows) {
-            bringIntoSight(row.index)
+            scrollIntoView(row.index)
             if (item !== row) {
                 reveal(item)
             }

@@ -34,7 +34,7 @@ TokenRowItem {
         settling.restart()
     }
 
-    /// Opens the row and puts the keyboard on "Delete".
+    /// Opens the row and gives focus to "Delete".
     function reveal(): void {
         swiped()
         settle(true)
@@ -67,7 +67,7 @@ TokenRowItem {
 
     onDeleteWidthChanged: if (revealed > 0 && open && !settling.running) revealed = deleteWidth
     implicitHeight: content.height
-    activeFocusOnTab: current || activeFocus // an item that has the keyboard may not leave its round
+    activeFocusOnTab: current || activeFocus // an item that has focus stays in the order of Tab
     Accessible.role: Accessible.ListItem
     Keys.onReturnPressed: event => copyOnce(event)
     Keys.onEnterPressed: event => copyOnce(event)

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// A text that a voice reads out as soon as it becomes visible. It draws nothing.
+/// A text that a screen reader reads out as soon as it becomes visible. It draws nothing.
 Item {
     required property string text
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import MirrowvaleAuthenticator
 
-/// What can be done with a field's text without a keyboard. It leaves the keyboard in the field.
+/// What can be done with a field's text without a keyboard. It leaves focus in the field.
 PopupMenu {
     id: root
 

@@ -5,7 +5,7 @@ import MirrowvaleAuthenticator
 Text {
     id: root
 
-    /// Has a voice read the message out, also where it is the same again.
+    /// Has a screen reader read the message out, also where it is the same again.
     function announce(): void {
         announcement.visible = false
         announcement.visible = text.length > 0

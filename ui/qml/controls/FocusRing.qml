@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// Shows where the keyboard is.
+/// Shows what has focus.
 Rectangle {
     anchors.fill: parent
     anchors.margins: -2

@@ -9,7 +9,7 @@ PlainButton {
     required property var options
     required property string choice
 
-    /// Whether the keyboard showed here when the menu came up, and is to show again after it.
+    /// Whether the focus ring showed here when the menu came up, and is to show again after it.
     property bool hadKeyboard: false
 
     signal chosen(string option)

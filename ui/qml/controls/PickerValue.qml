@@ -11,7 +11,7 @@ Item {
 
     readonly property real besideLabel: value.implicitWidth + 4 + chevrons.width + Theme.spacing
 
-    /// Whether the choice stands below the label, having no room beside it.
+    /// Whether the choice stands below the label, having no space beside it.
     readonly property bool stacked: label.implicitWidth + besideLabel > width
 
     implicitHeight: label.height + (stacked ? 4 + value.height : 0)

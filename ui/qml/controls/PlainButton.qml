@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// What all buttons share: their least size, how a voice reads them, and that they show the keyboard's focus.
+/// What all buttons share: their least size, how a screen reader reads them, and the focus ring.
 ButtonItem {
     id: root
 
@@ -10,7 +10,7 @@ ButtonItem {
 
     property bool opensMenu: false
 
-    /// Whether assistive technology may give it the keyboard.
+    /// Whether assistive technology may give it focus.
     property bool focusable: true
 
     property alias focusRing: ring

@@ -13,10 +13,10 @@ FocusScope {
 
     signal stepped(int value)
 
-    /// Whether the buttons stand below the label, having no room beside it.
+    /// Whether the buttons stand below the label, having no space beside it.
     readonly property bool stacked: labelText.implicitWidth + Theme.spacing + buttons.width + 2 * Theme.padding > width
 
-    /// A button that comes to its limit leaves the keyboard to the other one.
+    /// A button that comes to its limit passes focus to the other one.
     function step(by: int, button: StepperButton, other: StepperButton): void {
         const showed = button.visualFocus
         stepped(value + by)
