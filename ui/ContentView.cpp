@@ -25,8 +25,21 @@ ContentView::ContentView(TokenStore& shownStore, QObject* parent)
       subscription(shownStore.objectWillChange([this] { renderSoon(); }))
 {
     ticker.setTimerType(Qt::PreciseTimer);
+    ticker.setInterval(tickInterval);
     connect(&ticker, &QTimer::timeout, this, &ContentView::tick);
-    ticker.start(tickInterval);
+}
+
+void ContentView::setSeen(bool seen)
+{
+    if (seen == ticker.isActive()) {
+        return;
+    }
+    if (seen) {
+        tick();
+        ticker.start();
+    } else {
+        ticker.stop();
+    }
 }
 
 void ContentView::tick()

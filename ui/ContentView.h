@@ -30,6 +30,10 @@ public:
     TokenListModel* rows() { return &model; }
     Date now() const { return instant; }
 
+    /// Says whether the screen can be seen. Its clock runs only while it can, and is right from the first
+    /// instant on.
+    void setSeen(bool seen);
+
     /// Whether the empty state stands in place of the list, as of the last rendering.
     bool isEmpty() const { return empty; }
 

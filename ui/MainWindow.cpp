@@ -2,6 +2,7 @@
 
 #include "ui/OnScreenKeyboard.h"
 #include "ui/SymbolProvider.h"
+#include "ui/WindowSight.h"
 
 #include <QDebug>
 #include <QQmlComponent>
@@ -21,6 +22,9 @@ std::unique_ptr<QQuickWindow> makeMainWindow(QQmlEngine& engine, ContentView& co
         {{QStringLiteral("contentView"), QVariant::fromValue(&contentView)}})));
     for (const QQmlError& error : component.errors()) {
         qCritical() << error;
+    }
+    if (window) {
+        new WindowSight(*window, contentView);
     }
     if (window && OnScreenKeyboard::isNeeded()) {
         new OnScreenKeyboard(*window);

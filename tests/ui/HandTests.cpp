@@ -1,4 +1,5 @@
 #include "tests/ui/SceneFixture.h"
+#include "ui/WindowSight.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -107,6 +108,28 @@ protected:
         contentView.setShowingAdd(true);
         ASSERT_TRUE(QTest::qWaitFor([this] { return sheetIsUp(); }));
         ASSERT_TRUE(window->activeFocusItem()->inherits("QQuickTextEdit"));
+    }
+
+    /// Takes the window out of sight and back: meanwhile its clock stands, and then the first frame is of
+    /// that instant.
+    void expectStandsStill(const std::function<void()>& leave, const std::function<void()>& comeBack)
+    {
+        leave();
+        QTest::qWait(50);
+        const double left = contentView.now().secondsSince1970();
+        QTest::qWait(2200);
+        EXPECT_EQ(contentView.now().secondsSince1970(), left);
+        QVariant drawn;
+        const auto frames = QObject::connect(window.get(), &QQuickWindow::beforeSynchronizing, [&] {
+            drawn = drawn.isValid() ? drawn : row(0)->property("countdown");
+        });
+        const TokenRowView before(store.tokens->front(), Date::now(), false);
+        comeBack();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return drawn.isValid(); }));
+        const TokenRowView after(store.tokens->front(), Date::now(), false);
+        EXPECT_TRUE(drawn == before.countdown() || drawn == after.countdown())
+            << qPrintable(drawn.toString());
+        QObject::disconnect(frames);
     }
 
     /// What scrolls a field.
@@ -334,6 +357,21 @@ TEST_F(HandTest, theSheetStaysUpWhereTheWindowChangesItsSize)
         ASSERT_TRUE(QTest::qWaitFor([&] { return window->contentItem()->size() == size; }));
         EXPECT_TRUE(sheetIsUp()) << size.height();
     }
+}
+
+TEST_F(HandTest, theClockStandsWhileNobodyCanSeeTheWindow)
+{
+    open("a");
+    openSheet();
+    expectStandsStill([this] { window->hide(); }, [this] { window->show(); });
+    expectStandsStill([this] { window->showMinimized(); }, [this] { window->showNormal(); });
+    const auto saver = [this](bool active) {
+        QMetaObject::invokeMethod(window->findChild<WindowSight*>(), "screenSaverChanged",
+                                  Q_ARG(bool, active));
+    };
+    expectStandsStill([&] { saver(true); }, [&] { saver(false); });
+    const double back = contentView.now().secondsSince1970();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return contentView.now().secondsSince1970() > back; })) << "stays";
 }
 
 TEST_F(HandTest, aCopiedURIIsPastedByTouch)
