@@ -1,5 +1,7 @@
 // A bare Qt Quick window, drawn by the same renderer as the application's.
-//   bench_window [ROWS]      one text, or a list of one text per row
+//   bench_window              one text
+//   bench_window ROWS         a list of one text per row
+//   bench_window seconds      seven texts that change each second
 
 #include "platform/RenderDevice.h"
 
@@ -20,12 +22,14 @@ int main(int argc, char* argv[])
     const QGuiApplication application(argc, argv);
     QQmlEngine engine;
     engine.addImportPath(QStringLiteral(":/qt/qml"));
-    const bool isList = argc > 1;
+    const std::string choice = argc > 1 ? argv[1] : "";
+    const auto* const name = choice.empty() ? "OneText" : choice == "seconds" ? "Seconds" : "TextList";
     QQmlComponent component(&engine,
-                            QUrl(QStringLiteral("qrc:/qt/qml/BareWindow/%1.qml")
-                                     .arg(isList ? QStringLiteral("TextList") : QStringLiteral("OneText"))));
-    const QVariantMap properties =
-        isList ? QVariantMap{{QStringLiteral("count"), std::stoi(argv[1])}} : QVariantMap();
+                            QUrl(QStringLiteral("qrc:/qt/qml/BareWindow/%1.qml").arg(QLatin1String(name))));
+    QVariantMap properties;
+    if (component.url().fileName() == QLatin1String("TextList.qml")) {
+        properties.insert(QStringLiteral("count"), std::stoi(choice));
+    }
     const std::unique_ptr<QObject> window(component.createWithInitialProperties(properties));
     return window ? QGuiApplication::exec() : EXIT_FAILURE;
 }
