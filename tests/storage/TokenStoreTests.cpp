@@ -160,7 +160,7 @@ TEST_F(TokenStoreTest, advancesTheFirstTokenWithTheId)
     store.advanceCounter(twin);
     const auto& tokens = *store.tokens;
     EXPECT_EQ((std::array{tokens[0].counter, tokens[1].counter, tokens[2].counter}),
-              (std::array{7UL, 5UL, 1UL}));
+              (std::array<std::uint64_t, 3>{7, 5, 1}));
     EXPECT_EQ(storedTokens(), tokens);
 }
 
