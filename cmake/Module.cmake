@@ -1,8 +1,9 @@
 # What every target of the project is compiled with.
 function(mirrowvale_compile_options target)
     target_compile_options(${target} PRIVATE
-        -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
         $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>) # GCC 12 sees overlaps in std::string's operator+ that cannot be
+    set_target_properties(${target} PROPERTIES COMPILE_WARNING_AS_ERROR ON)
     if(MIRROWVALE_SANITIZE)
         target_compile_options(${target} PUBLIC
             -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
