@@ -41,9 +41,9 @@ within() {
 
 within '/^Build-Depends:/,/^$/' 'What building depends on' \
     < <(names packaging/build-packages.txt 'g\+\+|libg(test|mock)-dev|nlohmann-json3-dev')
-within '/^Package:/,$' 'What the package depends on' < <(names packaging/run-packages.txt 'qml6-.*')
+within '/^Package:/,$' 'What the package depends on or recommends' < <(names packaging/run-packages.txt 'qml6-.*')
 # The modules QtQuick and QtQml are whole within the libraries; the others are loaded from packages of their own.
-within '/^Package:/,$' 'What the package depends on' < <(
+within '/^Depends:/,/^Recommends:/' 'What the package depends on' < <(
     grep -rhoE '^import Qt[A-Za-z.]*' ui/qml | sort -u | grep -vxE 'import (QtQuick|QtQml)' \
         | sed 's/^import /qml6-module-/' | tr 'A-Z.' 'a-z-'
 )
