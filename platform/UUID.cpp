@@ -4,7 +4,6 @@
 #include "platform/RandomBytes.h"
 
 #include <cstring>
-#include <span>
 
 namespace MirrowvaleAuthenticator {
 
@@ -15,26 +14,12 @@ constexpr bool hyphenStandsBefore(std::size_t byteIndex)
     return byteIndex == 4 || byteIndex == 6 || byteIndex == 8 || byteIndex == 10;
 }
 
-/// Random bytes for one identifier. They are fetched for several at a time: asking the kernel takes longer
-/// than all that is done with them. An identifier is no secret.
-void takeRandomBytes(std::span<std::uint8_t, 16> bytes)
-{
-    thread_local std::array<std::uint8_t, 64 * bytes.size()> fetched;
-    thread_local std::size_t left = 0;
-    if (left == 0) {
-        fillWithRandomBytes(fetched);
-        left = fetched.size();
-    }
-    left -= bytes.size();
-    std::memcpy(bytes.data(), fetched.data() + left, bytes.size());
-}
-
 } // namespace
 
 UUID UUID::random()
 {
     UUID id;
-    takeRandomBytes(id.bytes);
+    fillWithRandomBytes(id.bytes);
     id.bytes[6] = static_cast<std::uint8_t>((id.bytes[6] & 0x0f) | 0x40); // version 4
     id.bytes[8] = static_cast<std::uint8_t>((id.bytes[8] & 0x3f) | 0x80); // RFC 4122 variant
     return id;
