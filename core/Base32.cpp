@@ -34,25 +34,25 @@ constexpr auto byteValues = makeByteValues();
 /// Collects 5-bit values into bytes.
 class BitBuffer {
 public:
-    explicit BitBuffer(std::span<std::uint8_t> memory) : output(memory) { }
+    explicit BitBuffer(std::span<std::uint8_t> memory) : output_(memory) { }
 
     void append(std::uint8_t value)
     {
-        bits = bits << 5 | value;
-        pending += 5;
-        if (pending >= 8) {
-            pending -= 8;
-            output[written++] = static_cast<std::uint8_t>(bits >> pending);
+        bits_ = bits_ << 5 | value;
+        pending_ += 5;
+        if (pending_ >= 8) {
+            pending_ -= 8;
+            output_[written_++] = static_cast<std::uint8_t>(bits_ >> pending_);
         }
     }
 
-    std::size_t count() const { return written; }
+    std::size_t count() const { return written_; }
 
 private:
-    std::span<std::uint8_t> output;
-    std::size_t written = 0;
-    std::uint64_t bits = 0;
-    unsigned pending = 0;
+    std::span<std::uint8_t> output_;
+    std::size_t written_ = 0;
+    std::uint64_t bits_ = 0;
+    unsigned pending_ = 0;
 };
 
 std::uint8_t valueOf(std::string_view character)
@@ -84,7 +84,8 @@ std::size_t decodeByCharacters(std::string_view text, std::span<std::uint8_t> ou
 } // namespace
 
 Base32Error::Base32Error(std::string invalidCharacter)
-    : LocalizedError("Invalid Base32 character: " + invalidCharacter), character(std::move(invalidCharacter))
+    : LocalizedError("Invalid Base32 character: " + invalidCharacter),
+      invalidCharacter_(std::move(invalidCharacter))
 {
 }
 

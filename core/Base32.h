@@ -20,10 +20,10 @@ public:
     /// @param character  the whole user-perceived character, upper-cased
     explicit Base32Error(std::string character);
 
-    const std::string& invalidCharacter() const { return character; }
+    const std::string& invalidCharacter() const { return invalidCharacter_; }
 
 private:
-    std::string character;
+    std::string invalidCharacter_;
 };
 
 /// The bytes that a Base32 text (RFC 4648, section 6) stands for: in either case, blanks (U+0020) and "="

@@ -33,30 +33,30 @@ public:
     explicit Key(std::string_view secretBase32)
     {
         const auto capacity = base32DecodedCapacity(secretBase32);
-        if (capacity > small.size()) {
-            large = decodeBase32(secretBase32);
+        if (capacity > small_.size()) {
+            large_ = decodeBase32(secretBase32);
             return;
         }
         try {
-            size = decodeBase32(secretBase32, small);
+            size_ = decodeBase32(secretBase32, small_);
         } catch (...) {
-            wipe(small.data(), small.size());
+            wipe(small_.data(), small_.size());
             throw;
         }
     }
-    ~Key() { wipe(small.data(), small.size()); }
+    ~Key() { wipe(small_.data(), small_.size()); }
     Key(const Key&) = delete;
     Key& operator=(const Key&) = delete;
 
     std::span<const std::uint8_t> bytes() const
     {
-        return large.empty() ? std::span<const std::uint8_t>(small.data(), size) : large;
+        return large_.empty() ? std::span<const std::uint8_t>(small_.data(), size_) : large_;
     }
 
 private:
-    std::array<std::uint8_t, 128> small;
-    std::size_t size = 0;
-    SecretBytes large;
+    std::array<std::uint8_t, 128> small_;
+    std::size_t size_ = 0;
+    SecretBytes large_;
 };
 
 HashFunction hashFunction(AuthToken::Algorithm algorithm)
@@ -126,7 +126,7 @@ std::optional<std::int64_t> wholeSeconds(Date instant)
 
 } // namespace
 
-OTPError::OTPError(Case failure) : LocalizedError(sentence(failure)), which(failure)
+OTPError::OTPError(Case which) : LocalizedError(sentence(which)), which_(which)
 {
 }
 

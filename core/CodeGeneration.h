@@ -21,10 +21,13 @@ public:
 
     explicit OTPError(Case which);
 
-    friend bool operator==(const OTPError& left, const OTPError& right) { return left.which == right.which; }
+    friend bool operator==(const OTPError& left, const OTPError& right)
+    {
+        return left.which_ == right.which_;
+    }
 
 private:
-    Case which;
+    Case which_;
 };
 
 /// The HOTP value of RFC 4226 for one moving factor.

@@ -94,10 +94,10 @@ void appendUTF8(std::uint32_t scalar, std::string& text)
 
 } // namespace
 
-JSONReader::JSONReader(std::string_view text) : rest(text)
+JSONReader::JSONReader(std::string_view text) : rest_(text)
 {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    rest.remove_prefix(rest.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+    rest_.remove_prefix(rest_.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
 }
 
 bool JSONReader::takeIf(char mark)
@@ -117,25 +117,25 @@ std::string_view JSONReader::takeString()
     unsigned seen = 0;
     std::size_t size = 0;
     for (;;) {
-        require(size < rest.size());
-        const auto byte = static_cast<unsigned char>(rest[size]);
+        require(size < rest_.size());
+        const auto byte = static_cast<unsigned char>(rest_[size]);
         if (byte == '"') {
             break;
         }
         require(byte >= ' ');
         seen |= byte;
-        size += byte == '\\' ? escapeSize(rest.substr(size)) : 1;
+        size += byte == '\\' ? escapeSize(rest_.substr(size)) : 1;
     }
-    const auto written = rest.substr(0, size);
+    const auto written = rest_.substr(0, size);
     require(seen < 0x80 || isValidUTF8(written));
-    rest.remove_prefix(size + 1);
+    rest_.remove_prefix(size + 1);
     return written;
 }
 
 std::string_view JSONReader::takeNumber()
 {
     skipSpace();
-    const auto start = rest;
+    const auto start = rest_;
     takeByteIf('-');
     if (!takeByteIf('0')) {
         takeDigits();
@@ -147,7 +147,7 @@ std::string_view JSONReader::takeNumber()
         takeByteIf('+') || takeByteIf('-');
         takeDigits();
     }
-    return start.substr(0, start.size() - rest.size());
+    return start.substr(0, start.size() - rest_.size());
 }
 
 void JSONReader::skipValue()
@@ -178,20 +178,20 @@ void JSONReader::skipValue()
 void JSONReader::takeEnd()
 {
     skipSpace();
-    require(rest.empty());
+    require(rest_.empty());
 }
 
 bool JSONReader::takeByteIf(char byte)
 {
-    const bool isNext = rest.starts_with(byte);
-    rest.remove_prefix(isNext ? 1 : 0);
+    const bool isNext = rest_.starts_with(byte);
+    rest_.remove_prefix(isNext ? 1 : 0);
     return isNext;
 }
 
 void JSONReader::takeDigits()
 {
-    require(!rest.empty() && isDigit(rest.front()));
-    rest.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(rest, isDigit) - rest.begin()));
+    require(!rest_.empty() && isDigit(rest_.front()));
+    rest_.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(rest_, isDigit) - rest_.begin()));
 }
 
 void JSONReader::skipSpace()
@@ -204,12 +204,12 @@ void JSONReader::skipLiteral()
 {
     skipSpace();
     for (const std::string_view word : {"true", "false", "null"}) {
-        if (rest.starts_with(word)) {
-            rest.remove_prefix(word.size());
+        if (rest_.starts_with(word)) {
+            rest_.remove_prefix(word.size());
             return;
         }
     }
-    if (rest.starts_with('"')) {
+    if (rest_.starts_with('"')) {
         takeString();
     } else {
         takeNumber();

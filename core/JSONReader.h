@@ -42,7 +42,7 @@ private:
     void skipSpace();
     void skipLiteral();
 
-    std::string_view rest;
+    std::string_view rest_;
 };
 
 /// What a string stands for (UTF-8), from what `JSONReader::takeString` gives; nothing where an escape is

@@ -54,8 +54,8 @@ public:
     {
         for (const auto& item : items) {
             const auto parameter = std::ranges::find_if(
-                parameters, [&](const auto& known) { return isSame(known.name, item.name); });
-            if (parameter == parameters.end()) {
+                parameters_, [&](const auto& known) { return isSame(known.name, item.name); });
+            if (parameter == parameters_.end()) {
                 continue;
             }
             if (parameter->value || !item.value) {
@@ -67,7 +67,7 @@ public:
 
     std::optional<std::string_view> operator[](std::string_view name) const
     {
-        return std::ranges::find(parameters, name, &Parameter::name)->value;
+        return std::ranges::find(parameters_, name, &Parameter::name)->value;
     }
 
 private:
@@ -84,7 +84,7 @@ private:
         });
     }
 
-    std::array<Parameter, 6> parameters{
+    std::array<Parameter, 6> parameters_{
         {{"secret", {}}, {"issuer", {}}, {"algorithm", {}}, {"digits", {}}, {"period", {}}, {"counter", {}}}};
 };
 
@@ -136,7 +136,7 @@ std::optional<Number> decimal(std::string_view text)
 
 } // namespace
 
-OTPAuthParserError::OTPAuthParserError(Case failure) : LocalizedError(sentence(failure)), which(failure)
+OTPAuthParserError::OTPAuthParserError(Case which) : LocalizedError(sentence(which)), which_(which)
 {
 }
 

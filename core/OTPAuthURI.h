@@ -16,11 +16,11 @@ public:
 
     friend bool operator==(const OTPAuthParserError& left, const OTPAuthParserError& right)
     {
-        return left.which == right.which;
+        return left.which_ == right.which_;
     }
 
 private:
-    Case which;
+    Case which_;
 };
 
 /// Reads an `otpauth://` provisioning URI into a new token with a fresh `id` and the current instant.

@@ -195,11 +195,11 @@ std::vector<AuthToken> takeTokens(std::string_view text)
 /// Writes members one after the other.
 class TokenWriter {
 public:
-    explicit TokenWriter(SecretString& text) : json(text) { }
+    explicit TokenWriter(SecretString& text) : json_(text) { }
 
     void write(const AuthToken& token)
     {
-        json += '{';
+        json_ += '{';
         appendText(CodingKey::id, token.id.string());
         appendText(CodingKey::kind, rawValue(token.kind));
         appendText(CodingKey::issuer, token.issuer);
@@ -210,15 +210,15 @@ public:
         appendNumber(CodingKey::period, token.period);
         appendNumber(CodingKey::counter, token.counter);
         appendSeconds(CodingKey::createdAt, token.createdAt.secondsSinceReferenceDate());
-        json += '}';
+        json_ += '}';
     }
 
 private:
     void appendKey(CodingKey key)
     {
-        json += key == CodingKey::id ? "\"" : ",\"";
-        json += codingKeys[static_cast<std::size_t>(key)];
-        json += "\":";
+        json_ += key == CodingKey::id ? "\"" : ",\"";
+        json_ += codingKeys[static_cast<std::size_t>(key)];
+        json_ += "\":";
     }
 
     void appendText(CodingKey key, std::string_view text)
@@ -227,10 +227,10 @@ private:
             throw StoredFormError(StoredFormError::Case::unwritable);
         }
         appendKey(key);
-        json += '"';
+        json_ += '"';
         for (;;) {
             const auto plain = std::string_view(text.begin(), std::ranges::find_if(text, mustBeEscaped));
-            json += plain;
+            json_ += plain;
             text.remove_prefix(plain.size());
             if (text.empty()) {
                 break;
@@ -238,7 +238,7 @@ private:
             appendEscape(text.front());
             text.remove_prefix(1);
         }
-        json += '"';
+        json_ += '"';
     }
 
     static bool mustBeEscaped(char character)
@@ -248,15 +248,15 @@ private:
 
     void appendEscape(char character)
     {
-        json += '\\';
+        json_ += '\\';
         if (character == '"' || character == '\\') {
-            json += character;
+            json_ += character;
             return;
         }
         constexpr std::string_view digits = "0123456789abcdef";
-        json += "u00";
-        json += digits[static_cast<unsigned char>(character) >> 4];
-        json += digits[static_cast<unsigned char>(character) & 0xfU];
+        json_ += "u00";
+        json_ += digits[static_cast<unsigned char>(character) >> 4];
+        json_ += digits[static_cast<unsigned char>(character) & 0xfU];
     }
 
     template <typename Number>
@@ -265,11 +265,11 @@ private:
         appendKey(key);
         std::array<char, 32> digits{};
         const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-        json.append(digits.data(), end);
+        json_.append(digits.data(), end);
         const bool isInteger =
             std::none_of(digits.data(), end, [](char byte) { return byte == '.' || byte == 'e'; });
         if (std::is_floating_point_v<Number> && isInteger) {
-            json += ".0"; // readers that take it for an integer would lose the sign of a zero
+            json_ += ".0"; // readers that take it for an integer would lose the sign of a zero
         }
     }
 
@@ -282,12 +282,12 @@ private:
         appendNumber(key, seconds);
     }
 
-    SecretString& json;
+    SecretString& json_;
 };
 
 } // namespace
 
-StoredFormError::StoredFormError(Case failure) : LocalizedError(sentence(failure))
+StoredFormError::StoredFormError(Case which) : LocalizedError(sentence(which))
 {
 }
 

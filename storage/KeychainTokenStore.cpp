@@ -47,21 +47,21 @@ OSStatus addItem(SecDictionary query, SecDictionary attributes)
 
 KeychainTokenStoreError::KeychainTokenStoreError(OSStatus unexpectedStatus)
     : LocalizedError("Keychain operation failed with status " + std::to_string(unexpectedStatus) + "."),
-      status(unexpectedStatus)
+      unexpectedStatus_(unexpectedStatus)
 {
 }
 
-KeychainTokenStore::KeychainTokenStore(std::string serviceName, std::string accountName, Place itemPlace)
-    : service(std::move(serviceName)), account(std::move(accountName)), place(itemPlace)
+KeychainTokenStore::KeychainTokenStore(std::string service, std::string account, Place place)
+    : service_(std::move(service)), account_(std::move(account)), place_(place)
 {
 }
 
 SecDictionary KeychainTokenStore::query(std::string_view accountName) const
 {
     SecDictionary entries{{kSecClass, value(kSecClassGenericPassword)},
-                          {kSecAttrService, value(service)},
+                          {kSecAttrService, value(service_)},
                           {kSecAttrAccount, value(accountName)}};
-    if (place == Place::reserve) {
+    if (place_ == Place::reserve) {
         entries.emplace(kSecUseReserve, true);
     }
     return entries;
@@ -69,14 +69,14 @@ SecDictionary KeychainTokenStore::query(std::string_view accountName) const
 
 std::vector<AuthToken> KeychainTokenStore::load() const
 {
-    const auto data = copyData(query(account));
+    const auto data = copyData(query(account_));
     return data ? decodeTokens(*data) : std::vector<AuthToken>();
 }
 
 void KeychainTokenStore::save(const std::vector<AuthToken>& tokens) const
 {
     auto attributes = itemAttributes(encodeTokens(tokens));
-    auto item = query(account);
+    auto item = query(account_);
     auto status = SecItemUpdate(item, attributes);
     if (status == errSecItemNotFound) {
         status = addItem(std::move(item), std::move(attributes));
@@ -88,7 +88,7 @@ void KeychainTokenStore::save(const std::vector<AuthToken>& tokens) const
 
 void KeychainTokenStore::remove() const
 {
-    const auto status = SecItemDelete(query(account));
+    const auto status = SecItemDelete(query(account_));
     if (status != errSecSuccess && status != errSecItemNotFound) {
         throw KeychainTokenStoreError(status);
     }
@@ -96,12 +96,12 @@ void KeychainTokenStore::remove() const
 
 void KeychainTokenStore::setAside() const
 {
-    const auto data = copyData(query(account));
+    const auto data = copyData(query(account_));
     if (!data) {
         return;
     }
     for (int number = 1;; ++number) {
-        auto copy = query(account + ".unreadable-" + std::to_string(number));
+        auto copy = query(account_ + ".unreadable-" + std::to_string(number));
         const auto status = addItem(copy, itemAttributes(*data));
         if (status == errSecSuccess) {
             return;

@@ -14,13 +14,16 @@ class KeychainTokenStoreError : public LocalizedError {
 public:
     explicit KeychainTokenStoreError(OSStatus unexpectedStatus);
 
-    OSStatus unexpectedStatus() const { return status; }
+    OSStatus unexpectedStatus() const { return unexpectedStatus_; }
 
     /// Whether another process has changed or made the item since it was read.
-    bool saysChanged() const { return status == errSecInvalidItemRef || status == errSecDuplicateItem; }
+    bool saysChanged() const
+    {
+        return unexpectedStatus_ == errSecInvalidItemRef || unexpectedStatus_ == errSecDuplicateItem;
+    }
 
 private:
-    OSStatus status;
+    OSStatus unexpectedStatus_;
 };
 
 /// The token list as one generic-password item of the credential store; keeps no copy of it.
@@ -53,9 +56,9 @@ public:
 private:
     SecDictionary query(std::string_view accountName) const;
 
-    std::string service;
-    std::string account;
-    Place place;
+    std::string service_;
+    std::string account_;
+    Place place_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -9,7 +9,7 @@
 namespace MirrowvaleAuthenticator {
 
 TokenReserve::TokenReserve(std::string service, std::string account)
-    : storage(std::move(service), std::move(account), KeychainTokenStore::Place::reserve)
+    : storage_(std::move(service), std::move(account), KeychainTokenStore::Place::reserve)
 {
 }
 
@@ -17,9 +17,9 @@ std::vector<AuthToken> TokenReserve::take()
 {
     leave();
     try {
-        auto kept = storage.load();
-        inUse = !kept.empty();
-        apart.emplace();
+        auto kept = storage_.load();
+        inUse_ = !kept.empty();
+        apart_.emplace();
         return kept;
     } catch (const std::exception&) {
         return {};
@@ -28,18 +28,18 @@ std::vector<AuthToken> TokenReserve::take()
 
 void TokenReserve::leave()
 {
-    apart.reset();
-    inUse = false;
+    apart_.reset();
+    inUse_ = false;
 }
 
 bool TokenReserve::keep(const std::vector<AuthToken>& tokens)
 {
     try {
-        if (!apart) {
+        if (!apart_) {
             readApart();
         }
         save(tokens);
-        inUse = true;
+        inUse_ = true;
         return true;
     } catch (const std::exception&) {
         return false; // the failure to show is that of the list's own place
@@ -48,16 +48,16 @@ bool TokenReserve::keep(const std::vector<AuthToken>& tokens)
 
 void TokenReserve::release()
 {
-    if (!inUse) {
+    if (!inUse_) {
         return;
     }
     try {
-        if (apart->empty()) {
-            storage.remove();
+        if (apart_->empty()) {
+            storage_.remove();
         } else {
-            storage.save(*apart);
+            storage_.save(*apart_);
         }
-        inUse = false;
+        inUse_ = false;
     } catch (const std::exception&) {
         return; // the next save tries again
     }
@@ -67,13 +67,13 @@ void TokenReserve::release()
 void TokenReserve::save(const std::vector<AuthToken>& tokens)
 {
     try {
-        storage.save(united(tokens, *apart));
+        storage_.save(united(tokens, *apart_));
     } catch (const KeychainTokenStoreError& error) {
         if (!error.saysChanged()) {
             throw;
         }
         readApart();
-        storage.save(united(tokens, *apart));
+        storage_.save(united(tokens, *apart_));
     }
 }
 
@@ -81,15 +81,15 @@ void TokenReserve::save(const std::vector<AuthToken>& tokens)
 void TokenReserve::readApart()
 {
     try {
-        apart = storage.load();
+        apart_ = storage_.load();
     } catch (const StoredFormError&) {
-        storage.setAside();
-        apart.emplace();
+        storage_.setAside();
+        apart_.emplace();
     } catch (const KeychainTokenStoreError& error) {
         if (error.unexpectedStatus() != errSecDecode) {
             throw;
         }
-        apart.emplace(); // the credential store itself sets aside what it cannot open
+        apart_.emplace(); // the credential store itself sets aside what it cannot open
     }
 }
 

@@ -30,15 +30,15 @@ public:
     void release();
 
     /// Whether anything is kept that is part of the list.
-    bool isInUse() const { return inUse; }
+    bool isInUse() const { return inUse_; }
 
 private:
     void readApart();
     void save(const std::vector<AuthToken>& tokens);
 
-    KeychainTokenStore storage;
-    std::optional<std::vector<AuthToken>> apart; ///< what is kept and no part of the list, once it was read
-    bool inUse = false;
+    KeychainTokenStore storage_;
+    std::optional<std::vector<AuthToken>> apart_; ///< what is kept and no part of the list, once it was read
+    bool inUse_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -48,7 +48,7 @@ void sortByIssuer(std::vector<AuthToken>& tokens)
 
 } // namespace
 
-TokenStore::TokenStore() : storage(service, account), reserve(service, account)
+TokenStore::TokenStore() : storage_(service, account), reserve_(service, account)
 {
     load();
 }
@@ -57,16 +57,16 @@ void TokenStore::load()
 {
     std::vector<AuthToken> loaded;
     std::optional<std::string> failure;
-    saved.clear();
+    saved_.clear();
     try {
         loaded = loadItem();
         noteSaved(loaded);
-        loaded = united(std::move(loaded), reserve.take());
+        loaded = united(std::move(loaded), reserve_.take());
         sortByIssuer(loaded);
-        item = Item::known;
+        item_ = Item::known;
     } catch (const std::exception& error) {
         failure = localizedDescription(error);
-        reserve.leave();
+        reserve_.leave();
     }
     if (failure) {
         lastError = std::move(failure);
@@ -75,7 +75,7 @@ void TokenStore::load()
     }
     tokens = std::move(loaded);
     lastError = std::nullopt;
-    if (reserve.isInUse()) {
+    if (reserve_.isInUse()) {
         persist(); // what lies in two places is in its own before anything else can happen to it
     }
 }
@@ -83,15 +83,15 @@ void TokenStore::load()
 /// A caller that takes the list into `tokens` sets `item` to known.
 std::vector<AuthToken> TokenStore::loadItem()
 {
-    item = Item::unreached;
+    item_ = Item::unreached;
     try {
-        return storage.load();
+        return storage_.load();
     } catch (const StoredFormError&) {
-        item = Item::unreadable;
+        item_ = Item::unreadable;
         throw;
     } catch (const KeychainTokenStoreError& error) {
         if (error.unexpectedStatus() == errSecDecode) {
-            item = Item::known; // the credential store itself sets aside what it cannot open
+            item_ = Item::known; // the credential store itself sets aside what it cannot open
         }
         throw;
     }
@@ -100,19 +100,19 @@ std::vector<AuthToken> TokenStore::loadItem()
 void TokenStore::persist()
 {
     std::optional<std::string> failure;
-    if (item == Item::unreached) {
+    if (item_ == Item::unreached) {
         failure = *lastError;
-        if (!reserve.keep(*tokens) && saveUnseen()) {
+        if (!reserve_.keep(*tokens) && saveUnseen()) {
             failure = std::nullopt;
         }
     } else {
         try {
             saveItem();
             noteSaved(*tokens);
-            reserve.release();
+            reserve_.release();
         } catch (const std::exception& error) {
             failure = localizedDescription(error);
-            reserve.keep(unsaved());
+            reserve_.keep(unsaved());
         }
     }
     lastError = std::move(failure);
@@ -120,18 +120,18 @@ void TokenStore::persist()
 
 void TokenStore::saveItem()
 {
-    if (item == Item::unreadable) {
-        storage.setAside();
-        item = Item::known;
+    if (item_ == Item::unreadable) {
+        storage_.setAside();
+        item_ = Item::known;
     }
     try {
-        storage.save(*tokens);
+        storage_.save(*tokens);
     } catch (const KeychainTokenStoreError& error) {
         if (!error.saysChanged()) {
             throw;
         }
         uniteWithItem();
-        storage.save(*tokens);
+        storage_.save(*tokens);
     }
 }
 
@@ -140,9 +140,9 @@ void TokenStore::uniteWithItem()
 {
     try {
         tokens = united(*tokens, loadItem());
-        item = Item::known;
+        item_ = Item::known;
     } catch (const std::exception&) {
-        item = item == Item::unreached ? Item::known : item; // the next save comes here again
+        item_ = item_ == Item::unreached ? Item::known : item_; // the next save comes here again
         throw;
     }
 }
@@ -152,7 +152,7 @@ void TokenStore::uniteWithItem()
 bool TokenStore::saveUnseen()
 {
     try {
-        storage.save(united(*tokens, storage.load()));
+        storage_.save(united(*tokens, storage_.load()));
         return true;
     } catch (const std::exception&) {
         return false;
@@ -161,17 +161,17 @@ bool TokenStore::saveUnseen()
 
 void TokenStore::noteSaved(const std::vector<AuthToken>& list)
 {
-    saved.clear();
-    saved.reserve(list.size());
+    saved_.clear();
+    saved_.reserve(list.size());
     for (const auto& token : list) {
-        saved.emplace_back(token.id.bytes, token.counter);
+        saved_.emplace_back(token.id.bytes, token.counter);
     }
 }
 
 /// The tokens that the item lacks, or has with another counter.
 std::vector<AuthToken> TokenStore::unsaved() const
 {
-    auto stored = saved;
+    auto stored = saved_;
     std::ranges::sort(stored);
     std::vector<AuthToken> missing;
     std::ranges::copy_if(*tokens, std::back_inserter(missing), [&](const auto& token) {

@@ -52,11 +52,11 @@ private:
     std::vector<AuthToken> unsaved() const;
     void noteSaved(const std::vector<AuthToken>& list);
 
-    KeychainTokenStore storage;
-    TokenReserve reserve;
-    Item item = Item::known;
+    KeychainTokenStore storage_;
+    TokenReserve reserve_;
+    Item item_ = Item::known;
     /// `id` and counter of each token in the item: nothing else of a token ever changes.
-    std::vector<std::pair<decltype(UUID::bytes), std::uint64_t>> saved;
+    std::vector<std::pair<decltype(UUID::bytes), std::uint64_t>> saved_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -13,48 +13,48 @@
 
 namespace MirrowvaleAuthenticator {
 
-AddTokenView::AddTokenView(TokenStore& receivingStore, std::function<void()> endPresentation, QObject* parent)
-    : QObject(parent), store(receivingStore), dismiss(std::move(endPresentation))
+AddTokenView::AddTokenView(TokenStore& store, std::function<void()> dismiss, QObject* parent)
+    : QObject(parent), store_(store), dismiss_(std::move(dismiss))
 {
 }
 
 void AddTokenView::setImportURI(const QString& text)
 {
-    if (std::exchange(uriText, text) != text) {
+    if (std::exchange(importURI_, text) != text) {
         emit importURIChanged();
     }
 }
 
 void AddTokenView::setIssuer(const QString& text)
 {
-    if (std::exchange(issuerText, text) != text) {
+    if (std::exchange(issuer_, text) != text) {
         emit issuerChanged();
     }
 }
 
 void AddTokenView::setAccount(const QString& text)
 {
-    if (std::exchange(accountText, text) != text) {
+    if (std::exchange(account_, text) != text) {
         emit accountChanged();
     }
 }
 
 void AddTokenView::setSecret(const QString& text)
 {
-    if (std::exchange(secretText, text) != text) {
+    if (std::exchange(secret_, text) != text) {
         emit secretChanged();
     }
 }
 
 QString AddTokenView::algorithm() const
 {
-    return qtFromUTF8(rawValue(choice));
+    return qtFromUTF8(rawValue(algorithm_));
 }
 
 void AddTokenView::setAlgorithm(const QString& rawValue)
 {
     const auto chosen = algorithmFromRawValue(utf8FromQt(rawValue));
-    if (chosen && std::exchange(choice, *chosen) != *chosen) {
+    if (chosen && std::exchange(algorithm_, *chosen) != *chosen) {
         emit algorithmChanged();
     }
 }
@@ -70,38 +70,38 @@ QStringList AddTokenView::algorithms() const
 
 void AddTokenView::setDigits(int value)
 {
-    if (std::exchange(digitCount, digitsRange().clamped(value)) != digitCount) {
+    if (std::exchange(digits_, digitsRange().clamped(value)) != digits_) {
         emit digitsChanged();
     }
 }
 
 void AddTokenView::setPeriod(int value)
 {
-    if (std::exchange(seconds, periodRange().clamped(value)) != seconds) {
+    if (std::exchange(period_, periodRange().clamped(value)) != period_) {
         emit periodChanged();
     }
 }
 
 void AddTokenView::setError(const QString& message)
 {
-    errorText = message;
+    error_ = message;
     emit errorChanged(); // also for the same message again: it is a new answer
 }
 
 bool AddTokenView::canImport() const
 {
-    return !trimmed(utf8FromQt(uriText)).empty();
+    return !trimmed(utf8FromQt(importURI_)).empty();
 }
 
 bool AddTokenView::canSave() const
 {
-    return !trimmed(utf8FromQt(secretText)).empty();
+    return !trimmed(utf8FromQt(secret_)).empty();
 }
 
 void AddTokenView::importFromURI()
 {
     add([this] {
-        const std::string text = utf8FromQt(uriText);
+        const std::string text = utf8FromQt(importURI_);
         return parseOTPAuthURI(trimmed(text));
     });
 }
@@ -115,37 +115,37 @@ AuthToken AddTokenView::manualToken() const
 {
     return {.id = UUID::random(),
             .kind = AuthToken::Kind::totp,
-            .issuer = std::string(trimmed(utf8FromQt(issuerText))),
-            .account = std::string(trimmed(utf8FromQt(accountText))),
-            .secretBase32 = uppercased(removingSpaces(utf8FromQt(secretText))),
-            .algorithm = choice,
-            .digits = digitCount,
-            .period = seconds,
+            .issuer = std::string(trimmed(utf8FromQt(issuer_))),
+            .account = std::string(trimmed(utf8FromQt(account_))),
+            .secretBase32 = uppercased(removingSpaces(utf8FromQt(secret_))),
+            .algorithm = algorithm_,
+            .digits = digits_,
+            .period = period_,
             .counter = 0,
             .createdAt = Date::now()};
 }
 
 void AddTokenView::add(const std::function<AuthToken()>& makeToken)
 {
-    if (!dismiss) {
+    if (!dismiss_) {
         return; // a second press while the sheet slides away adds no second token
     }
     try {
         AuthToken token = makeToken();
         static_cast<void>(currentCode(token, Date::now()));
-        store.tokens.modify([&](std::vector<AuthToken>& tokens) { tokens.push_back(std::move(token)); });
+        store_.tokens.modify([&](std::vector<AuthToken>& tokens) { tokens.push_back(std::move(token)); });
     } catch (const std::exception& failure) {
         setError(qtFromUTF8(localizedDescription(failure)));
         return;
     }
-    store.persist();
+    store_.persist();
     cancel();
 }
 
 void AddTokenView::cancel()
 {
-    if (const auto endPresentation = std::exchange(dismiss, nullptr)) {
-        endPresentation();
+    if (const auto dismiss = std::exchange(dismiss_, nullptr)) {
+        dismiss();
     }
 }
 

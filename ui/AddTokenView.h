@@ -52,13 +52,13 @@ public:
     /// @param dismiss  ends the presentation; called once at most
     AddTokenView(TokenStore& store, std::function<void()> dismiss, QObject* parent = nullptr);
 
-    QString importURI() const { return uriText; }
+    QString importURI() const { return importURI_; }
     void setImportURI(const QString& text);
-    QString issuer() const { return issuerText; }
+    QString issuer() const { return issuer_; }
     void setIssuer(const QString& text);
-    QString account() const { return accountText; }
+    QString account() const { return account_; }
     void setAccount(const QString& text);
-    QString secret() const { return secretText; }
+    QString secret() const { return secret_; }
     void setSecret(const QString& text);
 
     /// The chosen algorithm by its raw value; an unknown one leaves the choice as it is.
@@ -66,14 +66,14 @@ public:
     void setAlgorithm(const QString& rawValue);
     QStringList algorithms() const;
 
-    int digits() const { return digitCount; }
+    int digits() const { return digits_; }
     void setDigits(int value);
     StepperRange digitsRange() const { return {6, 8, 1}; }
-    int period() const { return seconds; }
+    int period() const { return period_; }
     void setPeriod(int value);
     StepperRange periodRange() const { return {15, 90, 5}; }
 
-    QString error() const { return errorText; } ///< why the last attempt failed; empty before the first
+    QString error() const { return error_; } ///< why the last attempt failed; empty before the first
 
     bool canImport() const;
     bool canSave() const;
@@ -97,16 +97,16 @@ private:
     void add(const std::function<AuthToken()>& makeToken);
     void setError(const QString& message);
 
-    TokenStore& store;
-    std::function<void()> dismiss;
-    QString uriText;
-    QString issuerText;
-    QString accountText;
-    QString secretText;
-    AuthToken::Algorithm choice = AuthToken::Algorithm::sha1;
-    int digitCount = 6;
-    int seconds = 30;
-    QString errorText;
+    TokenStore& store_;
+    std::function<void()> dismiss_;
+    QString importURI_;
+    QString issuer_;
+    QString account_;
+    QString secret_;
+    AuthToken::Algorithm algorithm_ = AuthToken::Algorithm::sha1;
+    int digits_ = 6;
+    int period_ = 30;
+    QString error_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -25,7 +25,7 @@ ButtonItem::ButtonItem(QQuickItem* parent) : KeyboardFocusItem(parent)
 
 void ButtonItem::setContentItem(QQuickItem* item)
 {
-    content = item;
+    contentItem_ = item;
     if (item != nullptr) {
         item->setParentItem(this);
         connect(item, &QQuickItem::implicitWidthChanged, this, &ButtonItem::implicitContentWidthChanged);
@@ -40,7 +40,7 @@ void ButtonItem::setContentItem(QQuickItem* item)
 
 void ButtonItem::setBackground(QQuickItem* item)
 {
-    ground = item;
+    background_ = item;
     if (item != nullptr) {
         item->setParentItem(this);
         item->setZ(-1);
@@ -51,12 +51,12 @@ void ButtonItem::setBackground(QQuickItem* item)
 
 qreal ButtonItem::implicitContentWidth() const
 {
-    return content ? content->implicitWidth() : 0;
+    return contentItem_ ? contentItem_->implicitWidth() : 0;
 }
 
 qreal ButtonItem::implicitContentHeight() const
 {
-    return content ? content->implicitHeight() : 0;
+    return contentItem_ ? contentItem_->implicitHeight() : 0;
 }
 
 /// Puts the content between the paddings, and the background between the insets.
@@ -65,14 +65,14 @@ void ButtonItem::arrange()
     if (!isComponentComplete()) {
         return;
     }
-    if (ground) {
-        ground->setY(topInset);
-        ground->setSize({width(), height() - topInset - bottomInset});
+    if (background_) {
+        background_->setY(topInset_);
+        background_->setSize({width(), height() - topInset_ - bottomInset_});
     }
-    if (content) {
-        content->setX(leftPadding);
-        content->setSize({width() - leftPadding - rightPadding, height()});
-        setBaselineOffset(content->baselineOffset());
+    if (contentItem_) {
+        contentItem_->setX(leftPadding_);
+        contentItem_->setSize({width() - leftPadding_ - rightPadding_, height()});
+        setBaselineOffset(contentItem_->baselineOffset());
     }
 }
 
@@ -98,26 +98,26 @@ void ButtonItem::itemChange(ItemChange change, const ItemChangeData& data)
 
 void ButtonItem::setDown(bool presses)
 {
-    if (std::exchange(down, presses) == presses) {
+    if (std::exchange(down_, presses) == presses) {
         return;
     }
-    if (down && autoRepeat) {
-        repetition.start(repeatDelay, this);
+    if (down_ && autoRepeat_) {
+        repetition_.start(repeatDelay, this);
     } else {
-        repetition.stop();
+        repetition_.stop();
     }
     emit downChanged();
 }
 
 void ButtonItem::beginPress()
 {
-    repeated = false;
+    repeated_ = false;
     setDown(true);
 }
 
 void ButtonItem::endPress(bool counts)
 {
-    const bool clicks = counts && down && !repeated;
+    const bool clicks = counts && down_ && !repeated_;
     setDown(false);
     if (clicks) {
         emit clicked();
@@ -164,7 +164,7 @@ void ButtonItem::keyPressEvent(QKeyEvent* event)
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (!event->isAutoRepeat() || autoRepeat) {
+        if (!event->isAutoRepeat() || autoRepeat_) {
             emit clicked();
         }
         break;
@@ -190,12 +190,12 @@ void ButtonItem::focusOutEvent(QFocusEvent* event)
 
 void ButtonItem::timerEvent(QTimerEvent* event)
 {
-    if (event->timerId() != repetition.timerId()) {
+    if (event->timerId() != repetition_.timerId()) {
         QQuickItem::timerEvent(event);
         return;
     }
-    repetition.start(repeatInterval, this);
-    repeated = true;
+    repetition_.start(repeatInterval, this);
+    repeated_ = true;
     emit clicked();
 }
 

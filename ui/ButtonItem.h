@@ -16,23 +16,24 @@ namespace MirrowvaleAuthenticator {
 class ButtonItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualified for the QML type system
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString text MEMBER text NOTIFY textChanged FINAL)
+    Q_PROPERTY(QString text MEMBER text_ NOTIFY textChanged FINAL)
     Q_PROPERTY(bool down READ isDown NOTIFY downChanged FINAL)
-    Q_PROPERTY(bool autoRepeat MEMBER autoRepeat NOTIFY autoRepeatChanged FINAL)
-    Q_PROPERTY(QQuickItem* contentItem MEMBER content WRITE setContentItem NOTIFY contentItemChanged FINAL)
-    Q_PROPERTY(QQuickItem* background MEMBER ground WRITE setBackground NOTIFY backgroundChanged FINAL)
+    Q_PROPERTY(bool autoRepeat MEMBER autoRepeat_ NOTIFY autoRepeatChanged FINAL)
+    Q_PROPERTY(
+        QQuickItem* contentItem MEMBER contentItem_ WRITE setContentItem NOTIFY contentItemChanged FINAL)
+    Q_PROPERTY(QQuickItem* background MEMBER background_ WRITE setBackground NOTIFY backgroundChanged FINAL)
     Q_PROPERTY(qreal implicitContentWidth READ implicitContentWidth NOTIFY implicitContentWidthChanged FINAL)
     Q_PROPERTY(
         qreal implicitContentHeight READ implicitContentHeight NOTIFY implicitContentHeightChanged FINAL)
-    Q_PROPERTY(qreal leftPadding MEMBER leftPadding NOTIFY leftPaddingChanged FINAL)
-    Q_PROPERTY(qreal rightPadding MEMBER rightPadding NOTIFY rightPaddingChanged FINAL)
-    Q_PROPERTY(qreal topInset MEMBER topInset NOTIFY topInsetChanged FINAL)
-    Q_PROPERTY(qreal bottomInset MEMBER bottomInset NOTIFY bottomInsetChanged FINAL)
+    Q_PROPERTY(qreal leftPadding MEMBER leftPadding_ NOTIFY leftPaddingChanged FINAL)
+    Q_PROPERTY(qreal rightPadding MEMBER rightPadding_ NOTIFY rightPaddingChanged FINAL)
+    Q_PROPERTY(qreal topInset MEMBER topInset_ NOTIFY topInsetChanged FINAL)
+    Q_PROPERTY(qreal bottomInset MEMBER bottomInset_ NOTIFY bottomInsetChanged FINAL)
 
 public:
     explicit ButtonItem(QQuickItem* parent = nullptr);
 
-    bool isDown() const { return down; } ///< a press that would count if it ended now
+    bool isDown() const { return down_; } ///< a press that would count if it ended now
 
     void setContentItem(QQuickItem* item);
     void setBackground(QQuickItem* item);
@@ -77,17 +78,17 @@ private:
     void setDown(bool presses);
     void arrange();
 
-    QString text;
-    bool down = false;
-    bool autoRepeat = false;
-    bool repeated = false; // the press under way has clicked while it was held
-    QPointer<QQuickItem> content;
-    QPointer<QQuickItem> ground;
-    qreal leftPadding = 0;
-    qreal rightPadding = 0;
-    qreal topInset = 0;
-    qreal bottomInset = 0;
-    QBasicTimer repetition;
+    QString text_;
+    bool down_ = false;
+    bool autoRepeat_ = false;
+    bool repeated_ = false; // the press under way has clicked while it was held
+    QPointer<QQuickItem> contentItem_;
+    QPointer<QQuickItem> background_;
+    qreal leftPadding_ = 0;
+    qreal rightPadding_ = 0;
+    qreal topInset_ = 0;
+    qreal bottomInset_ = 0;
+    QBasicTimer repetition_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -17,68 +17,68 @@ constexpr std::chrono::milliseconds tickInterval{1000};
 
 } // namespace
 
-ContentView::ContentView(TokenStore& shownStore, QObject* parent)
+ContentView::ContentView(TokenStore& store, QObject* parent)
     : QObject(parent),
-      store(shownStore),
-      model(shownStore, instant),
-      empty(shownStore.tokens->empty()),
-      subscription(shownStore.objectWillChange([this] { renderSoon(); }))
+      store_(store),
+      rows_(store, now_),
+      empty_(store.tokens->empty()),
+      subscription_(store.objectWillChange([this] { renderSoon(); }))
 {
-    ticker.setTimerType(Qt::PreciseTimer);
-    ticker.setInterval(tickInterval);
-    connect(&ticker, &QTimer::timeout, this, &ContentView::tick);
+    ticker_.setTimerType(Qt::PreciseTimer);
+    ticker_.setInterval(tickInterval);
+    connect(&ticker_, &QTimer::timeout, this, &ContentView::tick);
 }
 
 void ContentView::setSeen(bool seen)
 {
-    if (seen == ticker.isActive()) {
+    if (seen == ticker_.isActive()) {
         return;
     }
     if (seen) {
         tick();
-        ticker.start();
+        ticker_.start();
     } else {
-        ticker.stop();
+        ticker_.stop();
     }
 }
 
 void ContentView::tick()
 {
-    instant = Date::now();
-    model.setNow(instant);
+    now_ = Date::now();
+    rows_.setNow(now_);
 }
 
 void ContentView::renderSoon()
 {
     // The announcement comes before the change, so the rendering has to wait for it.
-    if (!std::exchange(changed, true)) {
+    if (!std::exchange(changed_, true)) {
         QMetaObject::invokeMethod(this, &ContentView::renderIfChanged, Qt::QueuedConnection);
     }
 }
 
 void ContentView::renderIfChanged()
 {
-    if (!std::exchange(changed, false)) {
+    if (!std::exchange(changed_, false)) {
         return;
     }
-    model.render();
-    if (std::exchange(empty, store.tokens->empty()) != empty) {
+    rows_.render();
+    if (std::exchange(empty_, store_.tokens->empty()) != empty_) {
         emit emptyChanged();
     }
 }
 
 void ContentView::setShowingAdd(bool showing)
 {
-    if (presenting == showing) {
+    if (showingAdd_ == showing) {
         return;
     }
-    presenting = showing;
-    if (presenting) {
+    showingAdd_ = showing;
+    if (showingAdd_) {
         replaceForm(nullptr);
         replaceForm(new AddTokenView(
-            store, [this] { setShowingAdd(false); }, this));
+            store_, [this] { setShowingAdd(false); }, this));
         // What is selected in the form may be a secret, which is nobody else's to paste.
-        connect(QGuiApplication::clipboard(), &QClipboard::selectionChanged, form,
+        connect(QGuiApplication::clipboard(), &QClipboard::selectionChanged, addTokenView_,
                 &Pasteboard::withdrawSelection, Qt::QueuedConnection);
     }
     emit showingAddChanged();
@@ -86,14 +86,14 @@ void ContentView::setShowingAdd(bool showing)
 
 void ContentView::discardAddTokenView()
 {
-    if (!presenting) {
+    if (!showingAdd_) {
         replaceForm(nullptr);
     }
 }
 
 void ContentView::replaceForm(AddTokenView* next)
 {
-    AddTokenView* previous = std::exchange(form, next);
+    AddTokenView* previous = std::exchange(addTokenView_, next);
     if (previous == next) {
         return;
     }
@@ -106,27 +106,27 @@ void ContentView::replaceForm(AddTokenView* next)
 
 void ContentView::copyCode(int row)
 {
-    model.copyCode(row);
+    rows_.copyCode(row);
 }
 
 void ContentView::advanceCounter(int row)
 {
-    if (const AuthToken* token = model.tokenAt(row)) {
-        store.advanceCounter(AuthToken(*token));
+    if (const AuthToken* token = rows_.tokenAt(row)) {
+        store_.advanceCounter(AuthToken(*token));
         renderIfChanged();
     }
 }
 
 void ContentView::deleteToken(int row)
 {
-    const AuthToken* token = model.tokenAt(row);
+    const AuthToken* token = rows_.tokenAt(row);
     if (token == nullptr) {
         return;
     }
-    store.tokens.modify([id = token->id](std::vector<AuthToken>& tokens) {
+    store_.tokens.modify([id = token->id](std::vector<AuthToken>& tokens) {
         std::erase_if(tokens, [&id](const AuthToken& listed) { return listed.id == id; });
     });
-    store.persist();
+    store_.persist();
     renderIfChanged();
 }
 

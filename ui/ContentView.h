@@ -27,21 +27,21 @@ public:
     /// @param store  the application's; must outlive the screen
     explicit ContentView(TokenStore& store, QObject* parent = nullptr);
 
-    TokenListModel* rows() { return &model; }
-    Date now() const { return instant; }
+    TokenListModel* rows() { return &rows_; }
+    Date now() const { return now_; }
 
     /// Says whether the screen can be seen. Its clock runs only while it can, and is right from the first
     /// instant on.
     void setSeen(bool seen);
 
     /// Whether the empty state stands in place of the list, as of the last rendering.
-    bool isEmpty() const { return empty; }
+    bool isEmpty() const { return empty_; }
 
-    bool showingAdd() const { return presenting; }
+    bool showingAdd() const { return showingAdd_; }
     void setShowingAdd(bool showing);
 
     /// The form of the current presentation; it stays until its sheet has gone, then there is none.
-    AddTokenView* addTokenView() const { return form; }
+    AddTokenView* addTokenView() const { return addTokenView_; }
 
     /// Drops the form, and with it what was typed, once its sheet is out of sight.
     Q_INVOKABLE void discardAddTokenView();
@@ -61,16 +61,16 @@ private:
     void renderIfChanged();
     void replaceForm(AddTokenView* next);
 
-    TokenStore& store;
-    bool presenting = false;
-    Date instant = Date::now();
-    QTimer ticker;
+    TokenStore& store_;
+    bool showingAdd_ = false;
+    Date now_ = Date::now();
+    QTimer ticker_;
 
-    TokenListModel model;
-    bool empty;
-    bool changed = false;
-    AddTokenView* form = nullptr;
-    ObservableObject::Subscription subscription;
+    TokenListModel rows_;
+    bool empty_;
+    bool changed_ = false;
+    AddTokenView* addTokenView_ = nullptr;
+    ObservableObject::Subscription subscription_;
 };
 
 } // namespace MirrowvaleAuthenticator

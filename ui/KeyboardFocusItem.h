@@ -14,7 +14,7 @@ class KeyboardFocusItem : public QQuickItem {
 public:
     using QQuickItem::QQuickItem;
 
-    bool hasVisualFocus() const { return focusShown; }
+    bool hasVisualFocus() const { return focusShown_; }
     void setVisualFocus(bool shows);
 
 signals:
@@ -25,7 +25,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    bool focusShown = false;
+    bool focusShown_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -25,14 +25,14 @@ QFont defaultFont()
 
 } // namespace
 
-MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv, SingleInstance& singleInstance)
-    : instance(singleInstance), application(argc, argv)
+MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv, SingleInstance& instance)
+    : instance_(instance), application_(argc, argv)
 {
     QGuiApplication::setApplicationName(QStringLiteral("mirrowvale-authenticator"));
     QGuiApplication::setOrganizationDomain(QStringLiteral("mirrowvale.app"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.mirrowvale.authenticator"));
     QGuiApplication::setFont(defaultFont());
-    useTranslation(application, bestTranslation(QLocale::system().uiLanguages()));
+    useTranslation(application_, bestTranslation(QLocale::system().uiLanguages()));
 }
 
 MirrowvaleAuthenticatorApp::~MirrowvaleAuthenticatorApp() = default;
@@ -48,31 +48,31 @@ int MirrowvaleAuthenticatorApp::run()
 
 TokenStore& MirrowvaleAuthenticatorApp::tokenStore()
 {
-    return store ? *store : store.emplace();
+    return store_ ? *store_ : store_.emplace();
 }
 
 bool MirrowvaleAuthenticatorApp::buildScene()
 {
-    contentView.emplace(tokenStore());
+    contentView_.emplace(tokenStore());
     installAccessibleFactory();
-    window = makeMainWindow(engine, *contentView);
-    return window != nullptr;
+    window_ = makeMainWindow(engine_, *contentView_);
+    return window_ != nullptr;
 }
 
 void MirrowvaleAuthenticatorApp::listenForOtherStarts()
 {
-    if (instance.activationDescriptor() < 0) {
+    if (instance_.activationDescriptor() < 0) {
         return;
     }
     auto* notifier =
-        new QSocketNotifier(instance.activationDescriptor(), QSocketNotifier::Read, &application);
-    QObject::connect(notifier, &QSocketNotifier::activated, &application, [this] { answerOtherStarts(); });
+        new QSocketNotifier(instance_.activationDescriptor(), QSocketNotifier::Read, &application_);
+    QObject::connect(notifier, &QSocketNotifier::activated, &application_, [this] { answerOtherStarts(); });
     answerOtherStarts(); // what the bus started this process for
 }
 
 void MirrowvaleAuthenticatorApp::answerOtherStarts()
 {
-    if (const auto token = instance.takeActivation()) {
+    if (const auto token = instance_.takeActivation()) {
         bringToFront(*token);
     }
 }
@@ -83,10 +83,10 @@ void MirrowvaleAuthenticatorApp::bringToFront(const std::string& activationToken
         // Where the compositor asks for it, the window system's plugin hands it over with the request below.
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
     }
-    window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
-    window->show();
-    window->raise();
-    window->requestActivate();
+    window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
+    window_->show();
+    window_->raise();
+    window_->requestActivate();
 }
 
 } // namespace MirrowvaleAuthenticator

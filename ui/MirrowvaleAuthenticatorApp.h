@@ -30,12 +30,12 @@ private:
     void answerOtherStarts();
     void bringToFront(const std::string& activationToken);
 
-    SingleInstance& instance;
-    QGuiApplication application;
-    std::optional<TokenStore> store;
-    std::optional<ContentView> contentView;
-    QQmlEngine engine;
-    std::unique_ptr<QQuickWindow> window;
+    SingleInstance& instance_;
+    QGuiApplication application_;
+    std::optional<TokenStore> store_;
+    std::optional<ContentView> contentView_;
+    QQmlEngine engine_;
+    std::unique_ptr<QQuickWindow> window_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -53,7 +53,7 @@ bool OnScreenKeyboard::isNeeded()
 bool OnScreenKeyboard::eventFilter(QObject* watched, QEvent* event)
 {
     // The user may have hidden the on-screen keyboard meanwhile.
-    if (wanted && pressesFocus(*qobject_cast<QQuickWindow*>(watched), *event)) {
+    if (wanted_ && pressesFocus(*qobject_cast<QQuickWindow*>(watched), *event)) {
         show();
     }
     return QObject::eventFilter(watched, event);
@@ -61,8 +61,8 @@ bool OnScreenKeyboard::eventFilter(QObject* watched, QEvent* event)
 
 void OnScreenKeyboard::followFocus()
 {
-    wanted = QInputMethod::queryFocusObject(Qt::ImEnabled, {}).toBool();
-    if (wanted) {
+    wanted_ = QInputMethod::queryFocusObject(Qt::ImEnabled, {}).toBool();
+    if (wanted_) {
         show();
     } else {
         hide();
@@ -78,8 +78,8 @@ void OnScreenKeyboard::show()
     const auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
         finished->deleteLater();
-        if (wanted && finished->reply().arguments().value(0) == QVariant(true)) {
-            asked = true;
+        if (wanted_ && finished->reply().arguments().value(0) == QVariant(true)) {
+            asked_ = true;
             setVisible(true);
         }
     });
@@ -87,8 +87,8 @@ void OnScreenKeyboard::show()
 
 void OnScreenKeyboard::hide()
 {
-    if (asked) {
-        asked = false;
+    if (asked_) {
+        asked_ = false;
         setVisible(false);
     }
 }

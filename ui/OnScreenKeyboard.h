@@ -30,8 +30,8 @@ private:
     void hide();
     static void setVisible(bool visible);
 
-    bool wanted = false; ///< a field has focus
-    bool asked = false; ///< it was asked to show, and not to hide since
+    bool wanted_ = false; ///< a field has focus
+    bool asked_ = false; ///< it was asked to show, and not to hide since
 };
 
 } // namespace MirrowvaleAuthenticator

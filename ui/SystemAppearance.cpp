@@ -67,8 +67,8 @@ SystemAppearance::SystemAppearance(QObject* parent) : QObject(parent)
 bool SystemAppearance::isDark() const
 {
     const QPalette palette = QGuiApplication::palette();
-    return darkWanted.value_or(palette.color(QPalette::WindowText).lightness()
-                               > palette.color(QPalette::Window).lightness());
+    return darkWanted_.value_or(palette.color(QPalette::WindowText).lightness()
+                                > palette.color(QPalette::Window).lightness());
 }
 
 void SystemAppearance::receive(PortalQuestion& question)
@@ -108,14 +108,14 @@ void SystemAppearance::apply(const QString& group, const QString& key, const QVa
 {
     if (group == common() && key == QLatin1String("color-scheme")) {
         const uint scheme = value.toUInt(); // 0 is no preference
-        darkWanted = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
+        darkWanted_ = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
     } else if (group == common() && key == QLatin1String("reduced-motion")) {
-        still = value.toUInt() == 1;
+        reducedMotion_ = value.toUInt() == 1;
     } else if (group == ofGNOME() && key == QLatin1String("enable-animations")) {
-        still = !value.toBool();
+        reducedMotion_ = !value.toBool();
     } else if (group == ofGNOME() && key == QLatin1String("text-scaling-factor")) {
         const qreal factor = value.toDouble();
-        scale = factor > 0 && !isScaledByDisplay() ? qBound(0.8, factor, 2.0) : 1;
+        textScale_ = factor > 0 && !isScaledByDisplay() ? qBound(0.8, factor, 2.0) : 1;
     } else {
         return;
     }

@@ -31,8 +31,8 @@ public:
     static void await(PortalQuestion& question) { awaited = &question; }
 
     bool isDark() const;
-    qreal textScale() const { return scale; } ///< factor on every text size, from 0.8 to 2
-    bool reducedMotion() const { return still; } ///< whether animations are unwanted
+    qreal textScale() const { return textScale_; } ///< factor on every text size, from 0.8 to 2
+    bool reducedMotion() const { return reducedMotion_; } ///< whether animations are unwanted
 
     /// Takes over one setting of the portal; one that means nothing here is left alone.
     void apply(const QString& group, const QString& key, const QVariant& value);
@@ -51,9 +51,9 @@ private:
 
     static PortalQuestion* awaited;
 
-    std::optional<bool> darkWanted;
-    qreal scale = 1;
-    bool still = false;
+    std::optional<bool> darkWanted_;
+    qreal textScale_ = 1;
+    bool reducedMotion_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -13,15 +13,15 @@ constexpr std::chrono::milliseconds acknowledgementTime{1500};
 
 } // namespace
 
-TokenListModel::TokenListModel(TokenStore& shownStore, Date instant, QObject* parent)
-    : QAbstractListModel(parent), store(shownStore), now(instant)
+TokenListModel::TokenListModel(TokenStore& store, Date now, QObject* parent)
+    : QAbstractListModel(parent), store_(store), now_(now)
 {
     render();
 }
 
 int TokenListModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(ids.size());
+    return parent.isValid() ? 0 : static_cast<int>(ids_.size());
 }
 
 QHash<int, QByteArray> TokenListModel::roleNames() const
@@ -77,10 +77,10 @@ std::vector<bool> TokenListModel::rowsToKeep() const
 {
     // The rows that stay spell out the beginning of the store's list; whatever the change was, removing the
     // others and appending the rest of the list gives the list.
-    std::vector<bool> kept(ids.size());
-    auto next = store.tokens->begin();
-    for (std::size_t row = 0; row < ids.size() && next != store.tokens->end(); ++row) {
-        if (ids[row] == next->id) {
+    std::vector<bool> kept(ids_.size());
+    auto next = store_.tokens->begin();
+    for (std::size_t row = 0; row < ids_.size() && next != store_.tokens->end(); ++row) {
+        if (ids_[row] == next->id) {
             kept[row] = true;
             ++next;
         }
@@ -97,7 +97,7 @@ void TokenListModel::removeRowsExcept(const std::vector<bool>& kept)
         }
         if (first < end) {
             beginRemoveRows({}, first, end - 1);
-            ids.erase(ids.begin() + first, ids.begin() + end);
+            ids_.erase(ids_.begin() + first, ids_.begin() + end);
             endRemoveRows();
         }
         end = first - 1;
@@ -106,27 +106,27 @@ void TokenListModel::removeRowsExcept(const std::vector<bool>& kept)
 
 void TokenListModel::appendMissingRows()
 {
-    const auto& tokens = *store.tokens;
-    if (ids.size() == tokens.size()) {
+    const auto& tokens = *store_.tokens;
+    if (ids_.size() == tokens.size()) {
         return;
     }
     beginInsertRows({}, rowCount(), static_cast<int>(tokens.size()) - 1);
-    for (std::size_t row = ids.size(); row < tokens.size(); ++row) {
-        ids.push_back(tokens[row].id);
+    for (std::size_t row = ids_.size(); row < tokens.size(); ++row) {
+        ids_.push_back(tokens[row].id);
     }
     endInsertRows();
 }
 
 void TokenListModel::forgetCopiedStatesOfRemovedTokens()
 {
-    std::erase_if(copiedStates,
-                  [this](const auto& entry) { return std::ranges::find(ids, entry.first) == ids.end(); });
+    std::erase_if(copiedStates_,
+                  [this](const auto& entry) { return std::ranges::find(ids_, entry.first) == ids_.end(); });
 }
 
 void TokenListModel::setNow(Date instant)
 {
-    now = instant;
-    if (!ids.empty()) {
+    now_ = instant;
+    if (!ids_.empty()) {
         emit dataChanged(index(0), index(rowCount() - 1), {DisplayCode, Countdown, Urgent});
     }
 }
@@ -137,12 +137,12 @@ const AuthToken* TokenListModel::tokenAt(int row) const
         return nullptr;
     }
     const auto position = static_cast<std::size_t>(row);
-    const auto& tokens = *store.tokens;
-    if (position < tokens.size() && tokens[position].id == ids[position]) {
+    const auto& tokens = *store_.tokens;
+    if (position < tokens.size() && tokens[position].id == ids_[position]) {
         return &tokens[position];
     }
     // The store has changed and the rows have not followed yet.
-    const auto found = std::ranges::find(tokens, ids[position], &AuthToken::id);
+    const auto found = std::ranges::find(tokens, ids_[position], &AuthToken::id);
     return found == tokens.end() ? nullptr : &*found;
 }
 
@@ -154,7 +154,7 @@ void TokenListModel::copyCode(int row)
     }
     const UUID id = token->id;
     rowView(*token).copyCode();
-    auto& state = copiedStates[id];
+    auto& state = copiedStates_[id];
     if (!state) {
         state = std::make_shared<bool>(false);
     }
@@ -173,7 +173,7 @@ void TokenListModel::setCopied(const UUID& id, bool& state, bool copied)
     }
     state = copied;
     for (int row = 0; row < rowCount(); ++row) {
-        if (ids[static_cast<std::size_t>(row)] == id) {
+        if (ids_[static_cast<std::size_t>(row)] == id) {
             emit dataChanged(index(row), index(row), {Copied});
         }
     }
@@ -181,8 +181,8 @@ void TokenListModel::setCopied(const UUID& id, bool& state, bool copied)
 
 TokenRowView TokenListModel::rowView(const AuthToken& token) const
 {
-    const auto state = copiedStates.find(token.id);
-    return {token, now, state != copiedStates.end() && *state->second};
+    const auto state = copiedStates_.find(token.id);
+    return {token, now_, state != copiedStates_.end() && *state->second};
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -66,10 +66,10 @@ private:
     void setCopied(const UUID& id, bool& state, bool copied);
     TokenRowView rowView(const AuthToken& token) const;
 
-    TokenStore& store;
-    Date now;
-    std::vector<UUID> ids;
-    std::unordered_map<UUID, CopiedState, UUIDHash> copiedStates;
+    TokenStore& store_;
+    Date now_;
+    std::vector<UUID> ids_;
+    std::unordered_map<UUID, CopiedState, UUIDHash> copiedStates_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -11,7 +11,7 @@ void TokenRowItem::componentComplete()
     // stacked.
     for (QQuickItem* sibling : parentItem() != nullptr ? parentItem()->childItems() : QList<QQuickItem*>()) {
         const auto* row = qobject_cast<TokenRowItem*>(sibling);
-        if (row != nullptr && row->index > index) {
+        if (row != nullptr && row->index_ > index_) {
             stackBefore(row);
             return;
         }
@@ -21,14 +21,14 @@ void TokenRowItem::componentComplete()
 QString TokenRowItem::spokenText() const
 {
     QString digits;
-    for (const QChar digit : displayCode) {
+    for (const QChar digit : displayCode_) {
         if (!digit.isSpace()) {
             digits += digits.isEmpty() ? QString(digit) : QLatin1Char(' ') + digit;
         }
     }
-    QStringList parts{issuer, account, digits};
-    if (!offersNext) {
-        parts += countdown;
+    QStringList parts{issuer_, account_, digits};
+    if (!offersNext_) {
+        parts += countdown_;
     }
     return parts.join(QStringLiteral(", "));
 }

@@ -11,24 +11,24 @@ namespace MirrowvaleAuthenticator {
 class TokenRowItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualified for the QML type system
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(int index MEMBER index NOTIFY indexChanged FINAL)
-    Q_PROPERTY(QString issuer MEMBER issuer NOTIFY issuerChanged FINAL)
-    Q_PROPERTY(QString account MEMBER account NOTIFY accountChanged FINAL)
-    Q_PROPERTY(QString displayCode MEMBER displayCode NOTIFY displayCodeChanged FINAL)
-    Q_PROPERTY(bool offersNext MEMBER offersNext NOTIFY offersNextChanged FINAL)
-    Q_PROPERTY(QString countdown MEMBER countdown NOTIFY countdownChanged FINAL)
-    Q_PROPERTY(QString longestCountdown MEMBER longestCountdown NOTIFY longestCountdownChanged FINAL)
+    Q_PROPERTY(int index MEMBER index_ NOTIFY indexChanged FINAL)
+    Q_PROPERTY(QString issuer MEMBER issuer_ NOTIFY issuerChanged FINAL)
+    Q_PROPERTY(QString account MEMBER account_ NOTIFY accountChanged FINAL)
+    Q_PROPERTY(QString displayCode MEMBER displayCode_ NOTIFY displayCodeChanged FINAL)
+    Q_PROPERTY(bool offersNext MEMBER offersNext_ NOTIFY offersNextChanged FINAL)
+    Q_PROPERTY(QString countdown MEMBER countdown_ NOTIFY countdownChanged FINAL)
+    Q_PROPERTY(QString longestCountdown MEMBER longestCountdown_ NOTIFY longestCountdownChanged FINAL)
     /// Whether Tab moves focus to this row, or it had focus last.
-    Q_PROPERTY(bool current MEMBER current NOTIFY currentChanged FINAL)
+    Q_PROPERTY(bool current MEMBER current_ NOTIFY currentChanged FINAL)
     /// Whether the row stands, or is about to stand, so far away from its trailing edge that "Delete" can be
     /// seen.
-    Q_PROPERTY(bool open MEMBER open NOTIFY openChanged FINAL)
+    Q_PROPERTY(bool open MEMBER open_ NOTIFY openChanged FINAL)
 
 public:
     /// Everything that stands in the row, for a screen reader: the code digit by digit, no digits in groups.
     QString spokenText() const;
 
-    bool doesOfferNext() const { return offersNext; }
+    bool doesOfferNext() const { return offersNext_; }
 
 signals:
     void indexChanged();
@@ -49,15 +49,15 @@ protected:
     void componentComplete() override;
 
 private:
-    int index = 0;
-    QString issuer;
-    QString account;
-    QString displayCode;
-    bool offersNext = false;
-    QString countdown;
-    QString longestCountdown;
-    bool current = false;
-    bool open = false;
+    int index_ = 0;
+    QString issuer_;
+    QString account_;
+    QString displayCode_;
+    bool offersNext_ = false;
+    QString countdown_;
+    QString longestCountdown_;
+    bool current_ = false;
+    bool open_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator

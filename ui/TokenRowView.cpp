@@ -16,25 +16,25 @@ constexpr std::int64_t urgentSeconds = 5;
 
 } // namespace
 
-TokenRowView::TokenRowView(const AuthToken& shown, Date instant, bool acknowledged)
-    : token(shown), now(instant), copied(acknowledged)
+TokenRowView::TokenRowView(const AuthToken& token, Date now, bool copied)
+    : token_(token), now_(now), copied_(copied)
 {
 }
 
 QString TokenRowView::issuer() const
 {
-    return token.issuer.empty() ? QStringLiteral("Token") : qtFromUTF8(token.issuer);
+    return token_.issuer.empty() ? QStringLiteral("Token") : qtFromUTF8(token_.issuer);
 }
 
 QString TokenRowView::account() const
 {
-    return token.account.empty() ? QStringLiteral("Account") : qtFromUTF8(token.account);
+    return token_.account.empty() ? QStringLiteral("Account") : qtFromUTF8(token_.account);
 }
 
 QString TokenRowView::code() const
 {
     try {
-        return qtFromUTF8(currentCode(token, now));
+        return qtFromUTF8(currentCode(token_, now_));
     } catch (const std::exception&) {
         return QStringLiteral("------");
     }
@@ -42,7 +42,7 @@ QString TokenRowView::code() const
 
 std::int64_t TokenRowView::seconds() const
 {
-    return secondsRemaining(token, now);
+    return secondsRemaining(token_, now_);
 }
 
 QString TokenRowView::countdown() const
@@ -52,7 +52,7 @@ QString TokenRowView::countdown() const
 
 QString TokenRowView::longestCountdown() const
 {
-    return tr("%1s").arg(token.period);
+    return tr("%1s").arg(token_.period);
 }
 
 bool TokenRowView::isUrgent() const

@@ -23,12 +23,15 @@ public:
     QString account() const; ///< the token's own, or "Account"
     QString code() const; ///< the digits, or "------" where there is no code
     QString displayCode() const { return displayCode(code()); }
-    bool offersNext() const { return token.kind == AuthToken::Kind::hotp; } ///< otherwise the countdown shows
+    bool offersNext() const
+    {
+        return token_.kind == AuthToken::Kind::hotp;
+    } ///< otherwise the countdown shows
     std::int64_t seconds() const; ///< left in the current time step; 0 for a counter-based token
     QString countdown() const; ///< the seconds and their unit
     QString longestCountdown() const; ///< as a time step begins
     bool isUrgent() const; ///< the countdown is about to end
-    bool isCopied() const { return copied; }
+    bool isCopied() const { return copied_; }
 
     /// Writes the bare code to the pasteboard.
     void copyCode() const;
@@ -37,9 +40,9 @@ public:
     static QString displayCode(const QString& code);
 
 private:
-    const AuthToken& token;
-    Date now;
-    bool copied;
+    const AuthToken& token_;
+    Date now_;
+    bool copied_;
 };
 
 } // namespace MirrowvaleAuthenticator

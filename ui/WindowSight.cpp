@@ -5,10 +5,10 @@
 
 namespace MirrowvaleAuthenticator {
 
-WindowSight::WindowSight(QWindow& watchedWindow, ContentView& shownScreen)
-    : QObject(&watchedWindow), window(watchedWindow), screen(shownScreen)
+WindowSight::WindowSight(QWindow& window, ContentView& screen)
+    : QObject(&window), window_(window), screen_(screen)
 {
-    window.installEventFilter(this);
+    window_.installEventFilter(this);
     for (const auto& interface :
          {QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("org.gnome.ScreenSaver")}) {
         QDBusConnection::sessionBus().connect({}, {}, interface, QStringLiteral("ActiveChanged"), this,
@@ -22,7 +22,7 @@ bool WindowSight::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::Enter:
     case QEvent::FocusIn:
-        covered = false; // whatever the screen saver said last
+        covered_ = false; // whatever the screen saver said last
         tell();
         break;
     case QEvent::Expose: // before the frame that follows from it
@@ -37,14 +37,14 @@ bool WindowSight::eventFilter(QObject* watched, QEvent* event)
 
 void WindowSight::screenSaverChanged(bool active)
 {
-    covered = active;
+    covered_ = active;
     tell();
 }
 
 void WindowSight::tell()
 {
-    const bool minimised = (window.windowStates() & Qt::WindowMinimized) != 0;
-    screen.setSeen(window.isExposed() && !minimised && !covered);
+    const bool minimised = (window_.windowStates() & Qt::WindowMinimized) != 0;
+    screen_.setSeen(window_.isExposed() && !minimised && !covered_);
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -25,9 +25,9 @@ private slots:
 private:
     void tell();
 
-    QWindow& window;
-    ContentView& screen;
-    bool covered = false;
+    QWindow& window_;
+    ContentView& screen_;
+    bool covered_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator
