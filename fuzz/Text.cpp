@@ -15,7 +15,7 @@ const LocalizedCaseInsensitiveOrder& order()
     return order;
 }
 
-void compareRoads(std::string_view text)
+void comparePaths(std::string_view text)
 {
     require(uppercased(text) == UnicodePath::uppercased(text), "both paths upper-case alike");
     require(lowercased(text) == UnicodePath::lowercased(text), "both paths lower-case alike");
@@ -68,7 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto text = Fuzzing::text(data, size);
     require(isValidUTF8(text) == Fuzzing::isWellFormedUTF8(text), "UTF-8 is told from other bytes");
     checkTrimming(text);
-    compareRoads(text);
+    comparePaths(text);
     if (std::ranges::all_of(text, [](char byte) { return (byte & 0x80) == 0; })) {
         require(order().sortKey(uppercased(text)) == order().sortKey(lowercased(text)), "case does not sort");
     } else {

@@ -55,7 +55,7 @@ std::string transformed(std::string_view text, Transform transform)
 {
     // The mappings would pass on what is not UTF-8.
     std::string repaired;
-    if (!UnicodeRoad::isValidUTF8(text)) {
+    if (!UnicodePath::isValidUTF8(text)) {
         icu::UnicodeString::fromUTF8(piece(text)).toUTF8String(repaired);
         text = repaired;
     }
@@ -96,7 +96,7 @@ std::string collationLocale()
 
 } // namespace
 
-namespace UnicodeRoad {
+namespace UnicodePath {
 
 std::string uppercased(std::string_view text)
 {
@@ -164,7 +164,7 @@ std::vector<std::size_t> positions(std::string_view text, char character)
 {
     std::vector<std::size_t> found;
     std::size_t position = 0;
-    for (const auto cluster : UnicodeRoad::characters(text)) {
+    for (const auto cluster : UnicodePath::characters(text)) {
         if (cluster == std::string_view(&character, 1)) {
             found.push_back(position);
         }
@@ -187,12 +187,12 @@ bool isValidUTF8(std::string_view text)
     return true;
 }
 
-} // namespace UnicodeRoad
+} // namespace UnicodePath
 
 std::string uppercased(std::string_view text)
 {
     if (!isASCII(text)) {
-        return UnicodeRoad::uppercased(text);
+        return UnicodePath::uppercased(text);
     }
     std::string result(text);
     std::ranges::transform(result, result.begin(), [](char byte) {
@@ -204,7 +204,7 @@ std::string uppercased(std::string_view text)
 std::string lowercased(std::string_view text)
 {
     if (!isASCII(text)) {
-        return UnicodeRoad::lowercased(text);
+        return UnicodePath::lowercased(text);
     }
     std::string result(text);
     std::ranges::transform(result, result.begin(), [](char byte) {
@@ -216,7 +216,7 @@ std::string lowercased(std::string_view text)
 std::string_view trimmed(std::string_view text)
 {
     if (!isASCII(text)) {
-        return UnicodeRoad::trimmed(text);
+        return UnicodePath::trimmed(text);
     }
     const auto first = std::ranges::find_if_not(text, isASCIISpace);
     const auto last = std::find_if_not(text.rbegin(), std::make_reverse_iterator(first), isASCIISpace).base();
@@ -233,7 +233,7 @@ std::string removingSpaces(std::string_view text)
 std::vector<std::string_view> characters(std::string_view text)
 {
     if (!isASCII(text)) {
-        return UnicodeRoad::characters(text);
+        return UnicodePath::characters(text);
     }
     std::vector<std::string_view> clusters;
     clusters.reserve(text.size());
@@ -248,7 +248,7 @@ std::vector<std::string_view> characters(std::string_view text)
 std::vector<std::size_t> positions(std::string_view text, char character)
 {
     if (!isASCII(text)) {
-        return UnicodeRoad::positions(text, character);
+        return UnicodePath::positions(text, character);
     }
     std::vector<std::size_t> found;
     for (auto next = text.find(character); next != text.npos; next = text.find(character, next + 1)) {
@@ -259,7 +259,7 @@ std::vector<std::size_t> positions(std::string_view text, char character)
 
 std::string canonicalComposition(std::string_view text)
 {
-    return isASCII(text) ? std::string(text) : UnicodeRoad::canonicalComposition(text);
+    return isASCII(text) ? std::string(text) : UnicodePath::canonicalComposition(text);
 }
 
 bool canonicallyEqual(std::string_view left, std::string_view right)
@@ -270,12 +270,12 @@ bool canonicallyEqual(std::string_view left, std::string_view right)
     if (isASCII(left) && isASCII(right)) {
         return false;
     }
-    return UnicodeRoad::canonicalComposition(left) == UnicodeRoad::canonicalComposition(right);
+    return UnicodePath::canonicalComposition(left) == UnicodePath::canonicalComposition(right);
 }
 
 bool isValidUTF8(std::string_view text)
 {
-    return isASCII(text) || UnicodeRoad::isValidUTF8(text);
+    return isASCII(text) || UnicodePath::isValidUTF8(text);
 }
 
 std::optional<std::string> removingPercentEncoding(std::string_view text)

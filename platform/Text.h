@@ -62,7 +62,7 @@ private:
 };
 
 /// The roads that serve text beyond ASCII, open to tests that compare them with the fast ones.
-namespace UnicodeRoad {
+namespace UnicodePath {
 std::string uppercased(std::string_view text);
 std::string lowercased(std::string_view text);
 std::string_view trimmed(std::string_view text);
@@ -70,6 +70,6 @@ std::vector<std::string_view> characters(std::string_view text);
 std::vector<std::size_t> positions(std::string_view text, char character);
 std::string canonicalComposition(std::string_view text);
 bool isValidUTF8(std::string_view text);
-} // namespace UnicodeRoad
+} // namespace UnicodePath
 
 } // namespace MirrowvaleAuthenticator

@@ -18,15 +18,19 @@ std::unique_ptr<QQuickWindow> makeMainWindow(QQmlEngine& engine, ContentView& co
     engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
     QQmlComponent component(&engine,
                             QUrl(QStringLiteral("qrc:/qt/qml/MirrowvaleAuthenticator/qml/Main.qml")));
-    std::unique_ptr<QQuickWindow> window(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
-        {{QStringLiteral("contentView"), QVariant::fromValue(&contentView)}})));
     for (const QQmlError& error : component.errors()) {
         qCritical() << error;
     }
-    if (window) {
-        new WindowSight(*window, contentView);
+    if (!component.isReady()) {
+        return nullptr; // creating it would crash
     }
-    if (window && OnScreenKeyboard::isNeeded()) {
+    std::unique_ptr<QQuickWindow> window(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
+        {{QStringLiteral("contentView"), QVariant::fromValue(&contentView)}})));
+    if (!window) {
+        return nullptr;
+    }
+    new WindowSight(*window, contentView);
+    if (OnScreenKeyboard::isNeeded()) {
         new OnScreenKeyboard(*window);
     }
     return window;
