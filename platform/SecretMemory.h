@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/FreshMemory.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -28,15 +26,7 @@ struct WipingAllocator {
     {
     }
 
-    T* allocate(std::size_t count)
-    {
-        constexpr std::size_t largeSize = 131072; // from here on, it may well be fresh from the system
-        T* memory = std::allocator<T>().allocate(count);
-        if (count >= largeSize / sizeof(T)) {
-            bringIn(memory, count * sizeof(T));
-        }
-        return memory;
-    }
+    T* allocate(std::size_t count) { return std::allocator<T>().allocate(count); }
     void deallocate(T* memory, std::size_t count) noexcept
     {
         wipe(memory, count * sizeof(T));

@@ -1,4 +1,3 @@
-#include "platform/FreshMemory.h"
 #include "platform/PortalQuestion.h"
 #include "platform/ProcessProtection.h"
 #include "platform/RenderDevice.h"
@@ -12,7 +11,6 @@
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <chrono>
-#include <cstddef>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -60,7 +58,6 @@ int run(int& argc, char** argv, SingleInstance& instance)
     if (!instance.isOnBus()) {
         renounceSessionBus();
     }
-    prepareHeap(std::size_t{6} << 20); // every start takes that much
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasRenderDevice()) {
         drawInSoftware();
     }
