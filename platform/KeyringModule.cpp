@@ -4,6 +4,7 @@
 #include "platform/SessionBus.h"
 #include "platform/Status.h"
 
+#include <chrono>
 #include <dlfcn.h>
 #include <filesystem>
 #include <sys/stat.h>
@@ -16,6 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr auto thisProgram = "/proc/self/exe";
+constexpr auto secretService = "org.freedesktop.secrets";
+constexpr std::chrono::seconds patience{1}; ///< with the bus, which answers this by itself
 
 /// Where an installed program has its modules; any other has them beside itself.
 fs::path moduleFolder()
@@ -42,13 +45,13 @@ CredentialStore* loadStore()
     return symbol == nullptr ? nullptr : reinterpret_cast<decltype(&mirrowvaleKeyring)>(symbol)();
 }
 
-/// @throws StatusError  `errSecNotAvailable` where there is no bus, or the module cannot be loaded
+/// @throws StatusError  `errSecNotAvailable` where nobody can answer, or the module cannot be loaded
 CredentialStore& loadedStore()
 {
-    if (!hasSessionBus()) {
-        throw StatusError{errSecNotAvailable};
+    static CredentialStore* store = nullptr;
+    if (store == nullptr && hasSessionBus() && mayAnswer(secretService, patience)) {
+        store = loadStore();
     }
-    static auto* const store = loadStore();
     if (store == nullptr) {
         throw StatusError{errSecNotAvailable};
     }

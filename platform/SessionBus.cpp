@@ -40,6 +40,47 @@ bool becomesReady(sd_bus* bus, steady_clock::time_point deadline)
     }
 }
 
+struct FreeMessage {
+    void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
+};
+using Message = std::unique_ptr<sd_bus_message, FreeMessage>;
+
+/// What the bus itself answers; nothing where it fails.
+template <typename... Arguments>
+Message askBus(sd_bus* bus, const char* method, const char* types, Arguments... arguments)
+{
+    constexpr auto name = "org.freedesktop.DBus";
+    sd_bus_message* answer = nullptr;
+    sd_bus_call_method(bus, name, "/org/freedesktop/DBus", name, method, nullptr, &answer, types,
+                       arguments...);
+    return Message(answer);
+}
+
+/// Whether the bus says that no program has the name.
+bool hasNoOwner(sd_bus* bus, const char* service)
+{
+    const auto answer = askBus(bus, "NameHasOwner", "s", service);
+    int isOwned = 0;
+    return answer && sd_bus_message_read(answer.get(), "b", &isOwned) > 0 && isOwned == 0;
+}
+
+/// Whether the bus says that it can start no program for the name.
+bool cannotBeStarted(sd_bus* bus, const char* service)
+{
+    const auto answer = askBus(bus, "ListActivatableNames", "");
+    if (!answer || sd_bus_message_enter_container(answer.get(), SD_BUS_TYPE_ARRAY, "s") < 0) {
+        return false;
+    }
+    const char* name = nullptr;
+    int found = 0;
+    while ((found = sd_bus_message_read(answer.get(), "s", &name)) > 0) {
+        if (name == std::string_view(service)) {
+            return false;
+        }
+    }
+    return found == 0;
+}
+
 } // namespace
 
 bool hasSessionBus()
@@ -73,6 +114,12 @@ BusConnection connectToSessionBus(std::chrono::milliseconds patience)
     const bool isReady =
         sd_bus_set_method_call_timeout(bus.get(), limit) >= 0 && becomesReady(bus.get(), deadline);
     return isReady ? std::move(bus) : nullptr;
+}
+
+bool mayAnswer(const char* service, std::chrono::milliseconds patience)
+{
+    const auto bus = connectToSessionBus(patience);
+    return !bus || !hasNoOwner(bus.get(), service) || !cannotBeStarted(bus.get(), service);
 }
 
 void renounceSessionBus()

@@ -23,6 +23,10 @@ using BusConnection = std::unique_ptr<sd_bus, CloseBus>;
 /// @returns nothing where there is no bus, or one that does not answer within `patience`
 BusConnection connectToSessionBus(std::chrono::milliseconds patience);
 
+/// Whether a service may answer on the session's bus: a program has its name, or can be started for it. Where
+/// the bus does not say so within `patience`, it may.
+bool mayAnswer(const char* service, std::chrono::milliseconds patience);
+
 /// Keeps this process's libraries from asking the session's bus: they would start one where there is none,
 /// and wait long for one that does not answer.
 void renounceSessionBus();
