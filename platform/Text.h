@@ -8,7 +8,7 @@
 
 struct UCollator;
 
-/// Text is UTF-8 in `std::string`. Every operation has a fast road for all-ASCII text that gives the same
+/// Text is UTF-8 in `std::string`. Every operation has a fast path for all-ASCII text that gives the same
 /// result; bytes that are not UTF-8 count as U+FFFD unless an operation says otherwise.
 namespace MirrowvaleAuthenticator {
 
@@ -61,7 +61,7 @@ private:
     UCollator* collator;
 };
 
-/// The roads that serve text beyond ASCII, open to tests that compare them with the fast ones.
+/// The paths that serve text beyond ASCII, open to tests that compare them with the fast ones.
 namespace UnicodePath {
 std::string uppercased(std::string_view text);
 std::string lowercased(std::string_view text);
