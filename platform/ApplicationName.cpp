@@ -18,11 +18,6 @@ constexpr std::array tokenKeys{"activation-token", "desktop-startup-id"};
 
 constexpr std::chrono::milliseconds busPatience{2000};
 
-struct ReleaseMessage {
-    void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
-};
-using Message = std::unique_ptr<sd_bus_message, ReleaseMessage>;
-
 /// Reads an entry's value where it is a text, and skips any other.
 int readText(sd_bus_message* message, const char*& text)
 {
@@ -87,13 +82,13 @@ const std::array<sd_bus_vtable, 5> methods{
      SD_BUS_METHOD("ActivateAction", "sava{sv}", "", activateAction, SD_BUS_VTABLE_UNPRIVILEGED),
      SD_BUS_VTABLE_END}};
 
-Message makeRequest(sd_bus* bus, const std::string& token)
+BusMessage makeRequest(sd_bus* bus, const std::string& token)
 {
     sd_bus_message* made = nullptr;
     if (sd_bus_message_new_method_call(bus, &made, busName, objectPath, interface, "Activate") < 0) {
         return nullptr;
     }
-    Message message(made);
+    BusMessage message(made);
     bool isWhole = sd_bus_message_open_container(made, 'a', "{sv}") >= 0;
     for (const auto* key : tokenKeys) {
         isWhole =
@@ -122,7 +117,7 @@ ApplicationName::ApplicationName() : bus(connectToSessionBus(busPatience))
 bool ApplicationName::activateOwner(const std::string& activationToken,
                                     std::chrono::milliseconds patience) const
 {
-    const Message request = makeRequest(bus.get(), activationToken);
+    const BusMessage request = makeRequest(bus.get(), activationToken);
     const auto limit = static_cast<std::uint64_t>(std::chrono::microseconds(patience).count());
     return request && sd_bus_call(bus.get(), request.get(), limit, nullptr, nullptr) >= 0;
 }

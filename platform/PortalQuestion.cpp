@@ -23,18 +23,13 @@ namespace {
 /// A desktop that starts its portal for this question may well take seconds.
 constexpr std::chrono::seconds patienceOfProcess{25};
 
-struct ReleaseMessage {
-    void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
-};
-using Message = std::unique_ptr<sd_bus_message, ReleaseMessage>;
-
-Message askPortal(sd_bus* bus)
+BusMessage askPortal(sd_bus* bus)
 {
     sd_bus_message* reply = nullptr;
     sd_bus_call_method(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
                        "org.freedesktop.portal.Settings", "ReadAll", nullptr, &reply, "as", 2,
                        "org.freedesktop.appearance", "org.gnome.desktop.interface");
-    return Message(reply);
+    return BusMessage(reply);
 }
 
 /// A variant's value where it is a number or a truth value; any other is skipped.

@@ -40,20 +40,15 @@ bool becomesReady(sd_bus* bus, steady_clock::time_point deadline)
     }
 }
 
-struct FreeMessage {
-    void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
-};
-using Message = std::unique_ptr<sd_bus_message, FreeMessage>;
-
 /// What the bus itself answers; nothing where it fails.
 template <typename... Arguments>
-Message askBus(sd_bus* bus, const char* method, const char* types, Arguments... arguments)
+BusMessage askBus(sd_bus* bus, const char* method, const char* types, Arguments... arguments)
 {
     constexpr auto name = "org.freedesktop.DBus";
     sd_bus_message* answer = nullptr;
     sd_bus_call_method(bus, name, "/org/freedesktop/DBus", name, method, nullptr, &answer, types,
                        arguments...);
-    return Message(answer);
+    return BusMessage(answer);
 }
 
 /// Whether the bus says that no program has the name.
@@ -100,6 +95,11 @@ void CloseBus::operator()(sd_bus* bus) const
 {
     sd_bus_close(bus);
     sd_bus_unref(bus);
+}
+
+void ReleaseBusMessage::operator()(sd_bus_message* message) const
+{
+    sd_bus_message_unref(message);
 }
 
 BusConnection connectToSessionBus(std::chrono::milliseconds patience)

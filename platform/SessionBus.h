@@ -4,6 +4,7 @@
 #include <memory>
 
 struct sd_bus; // of <systemd/sd-bus.h>
+struct sd_bus_message;
 
 namespace MirrowvaleAuthenticator {
 
@@ -16,6 +17,12 @@ struct CloseBus {
     void operator()(sd_bus* bus) const;
 };
 using BusConnection = std::unique_ptr<sd_bus, CloseBus>;
+
+/// Gives a message back.
+struct ReleaseBusMessage {
+    void operator()(sd_bus_message* message) const;
+};
+using BusMessage = std::unique_ptr<sd_bus_message, ReleaseBusMessage>;
 
 /// A new connection to the bus of the user's session, which answers its calls or fails them within
 /// `patience`. A bus is never started for it.
