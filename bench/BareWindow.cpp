@@ -3,7 +3,7 @@
 //   bench_window ROWS         a list of one text per row
 //   bench_window seconds      seven texts that change each second
 
-#include "platform/RenderDevice.h"
+#include "platform/system/RenderDevice.h"
 
 #include <QGuiApplication>
 #include <QQmlComponent>

@@ -1,6 +1,6 @@
 #include "core/AuthToken.h"
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 

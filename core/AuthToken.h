@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Date.h"
-#include "platform/UUID.h"
+#include "platform/text/Date.h"
+#include "platform/text/UUID.h"
 
 #include <array>
 #include <cstdint>

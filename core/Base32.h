@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/LocalizedError.h"
-#include "platform/SecretMemory.h"
+#include "platform/crypto/SecretMemory.h"
+#include "platform/text/LocalizedError.h"
 
 #include <cstddef>
 #include <cstdint>

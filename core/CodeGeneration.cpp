@@ -1,8 +1,8 @@
 #include "core/CodeGeneration.h"
 
 #include "core/Base32.h"
-#include "platform/HMAC.h"
-#include "platform/SecretMemory.h"
+#include "platform/crypto/HMAC.h"
+#include "platform/crypto/SecretMemory.h"
 
 #include <algorithm>
 #include <array>

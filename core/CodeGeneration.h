@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/AuthToken.h"
-#include "platform/Date.h"
-#include "platform/LocalizedError.h"
+#include "platform/text/Date.h"
+#include "platform/text/LocalizedError.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #include "core/JSONReader.h"
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 #include <charconv>

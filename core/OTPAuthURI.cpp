@@ -1,7 +1,7 @@
 #include "core/OTPAuthURI.h"
 
-#include "platform/Text.h"
-#include "platform/URLComponents.h"
+#include "platform/text/Text.h"
+#include "platform/text/URLComponents.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/AuthToken.h"
-#include "platform/LocalizedError.h"
+#include "platform/text/LocalizedError.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #include "core/StoredForm.h"
 
 #include "core/JSONReader.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/AuthToken.h"
-#include "platform/LocalizedError.h"
-#include "platform/SecretMemory.h"
+#include "platform/crypto/SecretMemory.h"
+#include "platform/text/LocalizedError.h"
 
 #include <string_view>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "core/Base32.h"
 #include "fuzz/Fuzzing.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 #include <optional>

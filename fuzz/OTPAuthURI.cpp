@@ -4,7 +4,7 @@
 #include "core/CodeGeneration.h"
 #include "core/StoredForm.h"
 #include "fuzz/Fuzzing.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 #include <cerrno>
 #include <map>

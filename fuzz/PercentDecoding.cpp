@@ -1,5 +1,5 @@
 #include "fuzz/Fuzzing.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 using namespace MirrowvaleAuthenticator;
 

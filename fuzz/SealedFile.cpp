@@ -1,5 +1,5 @@
 #include "fuzz/Fuzzing.h"
-#include "platform/SealedBox.h"
+#include "platform/crypto/SealedBox.h"
 
 #include <array>
 #include <numeric>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/AuthToken.h"
-#include "platform/Keychain.h"
-#include "platform/LocalizedError.h"
+#include "platform/credentials/Keychain.h"
+#include "platform/text/LocalizedError.h"
 
 #include <string>
 #include <vector>

@@ -1,8 +1,8 @@
 #include "storage/TokenStore.h"
 
 #include "core/StoredForm.h"
-#include "platform/LocalizedError.h"
-#include "platform/Text.h"
+#include "platform/text/LocalizedError.h"
+#include "platform/text/Text.h"
 #include "storage/TokenUnion.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/AuthToken.h"
-#include "platform/ObservableObject.h"
+#include "platform/system/ObservableObject.h"
 #include "storage/KeychainTokenStore.h"
 #include "storage/TokenReserve.h"
 

@@ -2,8 +2,8 @@
 
 #include "core/CodeGeneration.h"
 #include "core/OTPAuthURI.h"
-#include "platform/LocalizedError.h"
-#include "platform/Text.h"
+#include "platform/text/LocalizedError.h"
+#include "platform/text/Text.h"
 #include "ui/QtText.h"
 
 #include <exception>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Date.h"
-#include "platform/ObservableObject.h"
+#include "platform/system/ObservableObject.h"
+#include "platform/text/Date.h"
 #include "storage/TokenStore.h"
 #include "ui/AddTokenView.h"
 #include "ui/TokenListModel.h"

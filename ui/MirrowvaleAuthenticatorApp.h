@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/SingleInstance.h"
+#include "platform/system/SingleInstance.h"
 #include "storage/TokenStore.h"
 #include "ui/ContentView.h"
 

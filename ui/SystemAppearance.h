@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PortalQuestion.h"
+#include "platform/system/PortalQuestion.h"
 
 #include <QDBusMessage>
 #include <QObject>

@@ -1,7 +1,7 @@
 #include "ui/TokenRowView.h"
 
 #include "core/CodeGeneration.h"
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 #include "ui/Pasteboard.h"
 #include "ui/QtText.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/AuthToken.h"
-#include "platform/Date.h"
+#include "platform/text/Date.h"
 
 #include <QCoreApplication>
 #include <QString>

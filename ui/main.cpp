@@ -1,8 +1,8 @@
-#include "platform/PortalQuestion.h"
-#include "platform/ProcessProtection.h"
-#include "platform/RenderDevice.h"
-#include "platform/SessionBus.h"
-#include "platform/SingleInstance.h"
+#include "platform/system/PortalQuestion.h"
+#include "platform/system/ProcessProtection.h"
+#include "platform/system/RenderDevice.h"
+#include "platform/system/SessionBus.h"
+#include "platform/system/SingleInstance.h"
 #include "ui/MirrowvaleAuthenticatorApp.h"
 #include "ui/SystemAppearance.h"
 

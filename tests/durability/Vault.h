@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/DeviceCredentialStore.h"
-#include "platform/EmbeddedCredentialStore.h"
+#include "platform/credentials/DeviceCredentialStore.h"
+#include "platform/credentials/EmbeddedCredentialStore.h"
 #include "storage/TokenStore.h"
 #include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/TemporaryHome.h"

@@ -1,7 +1,7 @@
 // Works on the credential store as the application does, one command a line on standard input, and answers
 // each with one line.
 
-#include "platform/Keychain.h"
+#include "platform/credentials/Keychain.h"
 #include "storage/TokenStore.h"
 #include "tests/support/KeychainEntries.h"
 #include "tests/support/Tokens.h"

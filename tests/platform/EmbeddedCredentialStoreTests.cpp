@@ -1,4 +1,4 @@
-#include "platform/EmbeddedCredentialStore.h"
+#include "platform/credentials/EmbeddedCredentialStore.h"
 
 #include "tests/support/KeychainEntries.h"
 #include "tests/support/TemporaryHome.h"

@@ -1,6 +1,6 @@
-#include "platform/HMAC.h"
+#include "platform/crypto/HMAC.h"
 
-#include "platform/Hexadecimal.h"
+#include "platform/text/Hexadecimal.h"
 
 #include <gtest/gtest.h>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "platform/ObservableObject.h"
+#include "platform/system/ObservableObject.h"
 
 #include <gtest/gtest.h>
 

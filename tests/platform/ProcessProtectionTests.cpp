@@ -1,4 +1,4 @@
-#include "platform/ProcessProtection.h"
+#include "platform/system/ProcessProtection.h"
 
 #include "tests/support/ChildProcess.h"
 

@@ -1,4 +1,4 @@
-#include "platform/SealedBox.h"
+#include "platform/crypto/SealedBox.h"
 
 #include <array>
 #include <gtest/gtest.h>

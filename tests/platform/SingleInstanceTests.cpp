@@ -1,4 +1,4 @@
-#include "platform/SingleInstance.h"
+#include "platform/system/SingleInstance.h"
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryHome.h"

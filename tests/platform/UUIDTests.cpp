@@ -1,4 +1,4 @@
-#include "platform/UUID.h"
+#include "platform/text/UUID.h"
 
 #include <gtest/gtest.h>
 #include <unordered_set>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Keychain.h"
+#include "platform/credentials/Keychain.h"
 
 #include <string_view>
 

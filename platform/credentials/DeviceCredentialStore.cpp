@@ -1,0 +1,188 @@
+#include "platform/credentials/DeviceCredentialStore.h"
+
+#include "platform/credentials/ItemName.h"
+#include "platform/credentials/Status.h"
+#include "platform/system/PrivateFolder.h"
+
+#include <utility>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+constexpr std::string_view keyringMark = "keyring\n";
+constexpr std::string_view sealedFilesMark = "sealed files\n";
+
+/// A search that asks whether the item exists: without its data, so that a locked keyring need not ask back.
+SecDictionary nameOnly(const SecDictionary& entries)
+{
+    SecDictionary query;
+    for (const auto key : {kSecClass, kSecAttrService, kSecAttrAccount}) {
+        query.insert(*entries.find(key));
+    }
+    return query;
+}
+
+std::string markName(std::string_view service)
+{
+    return fileNamePart(service) + ".location";
+}
+
+bool isReserve(const SecDictionary& entries)
+{
+    return entries.contains(kSecUseReserve);
+}
+
+} // namespace
+
+DeviceCredentialStore::DeviceCredentialStore(CredentialStore& keyringStore, CredentialStore& sealedFileStore,
+                                             std::filesystem::path state)
+    : keyring(keyringStore), sealedFiles(sealedFileStore), stateFolder(std::move(state))
+{
+}
+
+OSStatus DeviceCredentialStore::copyMatching(const SecDictionary& query, SecResult& result)
+{
+    return statusOf([&] {
+        result.emplace<std::monostate>();
+        auto* known = place(query);
+        if (isReserve(query)) {
+            return known == &sealedFiles ? errSecItemNotFound : sealedFiles.copyMatching(query, result);
+        }
+        return known == nullptr ? search(query, result) : known->copyMatching(query, result);
+    });
+}
+
+OSStatus DeviceCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes)
+{
+    return statusOf([&] { return requirePlace(query).update(query, attributes); });
+}
+
+OSStatus DeviceCredentialStore::add(const SecDictionary& attributes)
+{
+    return statusOf([&] {
+        auto& chosen = requirePlace(attributes);
+        const auto status = chosen.add(attributes);
+        if (status == errSecSuccess && &chosen == &keyring) {
+            remember(attributes, keyringMark);
+        }
+        return status;
+    });
+}
+
+OSStatus DeviceCredentialStore::remove(const SecDictionary& query)
+{
+    return statusOf([&] { return isReserve(query) ? requirePlace(query).remove(query) : errSecParam; });
+}
+
+/// Where the items of the service live, if that is known already.
+CredentialStore* DeviceCredentialStore::place(const SecDictionary& entries) const
+{
+    const auto found = places.find(requireName(entries).service);
+    return found == places.end() ? nullptr : found->second;
+}
+
+/// The store that the entries mean.
+/// @throws StatusError  why it cannot be known, or that there is no reserve
+CredentialStore& DeviceCredentialStore::requirePlace(const SecDictionary& entries)
+{
+    if (isReserve(entries)) {
+        if (place(entries) == &sealedFiles) {
+            throw StatusError{errSecNotAvailable};
+        }
+        return sealedFiles;
+    }
+    if (place(entries) == nullptr) {
+        SecResult ignored;
+        const auto status = search(nameOnly(entries), ignored);
+        if (place(entries) == nullptr) {
+            throw StatusError{status};
+        }
+    }
+    return *place(entries);
+}
+
+/// Searches both places, and settles in which of them the items of the service live.
+OSStatus DeviceCredentialStore::search(const SecDictionary& query, SecResult& result)
+{
+    const std::string service(requireName(query).service);
+    const auto mark = rememberedMark(service);
+    SecResult found;
+    const auto status = askKeyring(query, mark, found);
+    switch (status) {
+    case errSecSuccess:
+        places[service] = &keyring;
+        remember(query, keyringMark);
+        result = std::move(found);
+        return status;
+    case errSecItemNotFound: {
+        const auto sealedStatus = sealedFiles.copyMatching(query, result);
+        if (sealedStatus == errSecItemNotFound) {
+            places[service] = &keyring;
+        } else if (sealedStatus == errSecSuccess || sealedStatus == errSecDecode) {
+            places[service] = &sealedFiles;
+            if (mark != keyringMark) { // another keyring than this one may have the item
+                remember(query, sealedFilesMark);
+            }
+        }
+        return sealedStatus;
+    }
+    case errSecUserCanceled:
+    case errSecInteractionNotAllowed:
+        return status;
+    default:
+        if (mark == keyringMark) {
+            return status;
+        }
+        places[service] = &sealedFiles;
+        return sealedFiles.copyMatching(query, result);
+    }
+}
+
+/// What the keyring says when it is asked for the item and its data.
+OSStatus DeviceCredentialStore::askKeyring(const SecDictionary& query, std::string_view mark,
+                                           SecResult& result) const
+{
+    auto question = nameOnly(query);
+    if (mark == sealedFilesMark && sealedFiles.copyMatching(question, result) != errSecItemNotFound) {
+        // The items were found here when the keyring was open: what it locks now is not opened on suspicion.
+        const auto status = keyring.copyMatching(question, result);
+        if (status != errSecSuccess) {
+            return status == errSecInteractionNotAllowed ? errSecItemNotFound : status;
+        }
+    }
+    question.emplace(kSecReturnData, true);
+    if (mark == keyringMark) {
+        question.emplace(kSecMatchKnownItem, true);
+    }
+    return keyring.copyMatching(question, result);
+}
+
+/// The mark, or an empty text where there is none that makes sense.
+std::string DeviceCredentialStore::rememberedMark(std::string_view service) const
+{
+    std::string mark;
+    statusOf([&] {
+        const auto folder = PrivateFolder::open(stateFolder);
+        if (const auto bytes = folder ? folder->read(markName(service)) : std::nullopt) {
+            mark = *bytes;
+        }
+        return errSecSuccess;
+    });
+    return mark;
+}
+
+/// Where it cannot be written, both places are as findable as they were.
+void DeviceCredentialStore::remember(const SecDictionary& entries, std::string_view mark) const
+{
+    const auto service = requireName(entries).service;
+    if (rememberedMark(service) == mark) {
+        return;
+    }
+    statusOf([&] {
+        PrivateFolder::openOrCreate(stateFolder).write(markName(service), mark);
+        return errSecSuccess;
+    });
+}
+
+} // namespace MirrowvaleAuthenticator

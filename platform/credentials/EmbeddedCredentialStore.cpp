@@ -1,0 +1,191 @@
+#include "platform/credentials/EmbeddedCredentialStore.h"
+
+#include "platform/credentials/ItemName.h"
+#include "platform/credentials/Status.h"
+#include "platform/crypto/RandomBytes.h"
+
+#include <system_error>
+#include <utility>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+constexpr auto deviceKeyName = "device.key";
+
+} // namespace
+
+/// Where an item lies, and what its box is bound to.
+struct EmbeddedCredentialStore::Item {
+    std::string fileName;
+    std::string context;
+
+    static Item named(const SecDictionary& entries)
+    {
+        const auto [service, account] = requireName(entries);
+        const auto name = fileNamePart(service) + "_" + fileNamePart(account);
+        return {name + ".sealed", name};
+    }
+};
+
+EmbeddedCredentialStore::EmbeddedCredentialStore(std::filesystem::path data, std::filesystem::path state)
+    : dataFolder(std::move(data)), stateFolder(std::move(state))
+{
+}
+
+OSStatus EmbeddedCredentialStore::copyMatching(const SecDictionary& query, SecResult& result)
+{
+    return statusOf([&] {
+        result.emplace<std::monostate>();
+        const auto item = Item::named(query);
+        if (!query.contains(kSecReturnData)) {
+            return check(item);
+        }
+        SecretString data;
+        const auto status = read(item, data);
+        if (status == errSecSuccess) {
+            result = std::move(data);
+        }
+        return status;
+    });
+}
+
+OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes)
+{
+    return statusOf([&] {
+        const auto item = Item::named(query);
+        const auto& data = requireData(attributes);
+        const auto status = checkIsKnown(item);
+        if (status == errSecDecode) {
+            PrivateFolder::openOrCreate(dataFolder).setAside(item.fileName);
+            create(item, data);
+            return errSecSuccess;
+        }
+        if (status == errSecSuccess) {
+            replace(item, data);
+        }
+        return status;
+    });
+}
+
+OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes)
+{
+    return statusOf([&] {
+        const auto item = Item::named(attributes);
+        const auto& data = requireData(attributes);
+        const auto status = check(item);
+        if (status == errSecItemNotFound) {
+            create(item, data);
+            return errSecSuccess;
+        }
+        return status == errSecSuccess || status == errSecDecode ? errSecDuplicateItem : status;
+    });
+}
+
+OSStatus EmbeddedCredentialStore::remove(const SecDictionary& query)
+{
+    return statusOf([&] {
+        const auto item = Item::named(query);
+        const auto status = checkIsKnown(item);
+        if (status == errSecSuccess) {
+            PrivateFolder::openOrCreate(dataFolder).remove(item.fileName);
+        }
+        return status;
+    });
+}
+
+template <typename Open>
+OSStatus EmbeddedCredentialStore::visit(const Item& item, Open open) const
+{
+    const auto folder = PrivateFolder::open(dataFolder);
+    auto box = folder ? folder->read(item.fileName) : std::nullopt;
+    if (!box) {
+        return errSecItemNotFound;
+    }
+    const auto key = deviceKey();
+    return key && open(SealingKey(*key), item.context, std::move(*box)) ? errSecSuccess : errSecDecode;
+}
+
+OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data)
+{
+    return visit(item, [&](SealingKey key, std::string_view context, SecretString box) {
+        const std::string tag(tagOf(box));
+        auto opened = unseal(key, context, std::move(box));
+        if (opened) {
+            data = std::move(*opened);
+            knownBoxes.insert(tag);
+        }
+        return opened.has_value();
+    });
+}
+
+/// The status that `read` would give.
+OSStatus EmbeddedCredentialStore::check(const Item& item) const
+{
+    return visit(item, opens);
+}
+
+/// The same, but for an item that opens and was never read or written here.
+OSStatus EmbeddedCredentialStore::checkIsKnown(const Item& item) const
+{
+    bool isKnown = false;
+    const auto status = visit(item, [&](SealingKey key, std::string_view context, const SecretString& box) {
+        isKnown = knownBoxes.contains(tagOf(box));
+        return opens(key, context, box);
+    });
+    return status == errSecSuccess && !isKnown ? errSecInvalidItemRef : status;
+}
+
+/// Writes an item where there is none that opens. Everything that it rests on must be safe on disk before.
+void EmbeddedCredentialStore::create(const Item& item, const SecretString& data)
+{
+    const auto key = safeDeviceKey();
+    write(PrivateFolder::create(dataFolder), item, SealingKey(key), data);
+}
+
+/// Writes an item in the place of one that opened: key and folders are safe on disk since that one was made.
+void EmbeddedCredentialStore::replace(const Item& item, const SecretString& data)
+{
+    const auto key = deviceKey();
+    const auto folder = PrivateFolder::open(dataFolder);
+    if (!key || !folder) {
+        throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
+    }
+    write(*folder, item, SealingKey(*key), data);
+}
+
+void EmbeddedCredentialStore::write(const PrivateFolder& folder, const Item& item, SealingKey key,
+                                    const SecretString& data)
+{
+    const auto box = seal(key, item.context, data);
+    knownBoxes.emplace(tagOf(box)); // before: a write that fails may have reached the disk
+    folder.write(item.fileName, box);
+}
+
+/// The key, or nothing where there is none of the right size.
+std::optional<SecretBytes> EmbeddedCredentialStore::deviceKey() const
+{
+    const auto folder = PrivateFolder::open(stateFolder);
+    const auto key = folder ? folder->read(deviceKeyName) : std::nullopt;
+    if (!key || key->size() != sealingKeySize) {
+        return std::nullopt;
+    }
+    return SecretBytes(key->begin(), key->end());
+}
+
+/// The key, made where there is none, and in either case safe on disk.
+SecretBytes EmbeddedCredentialStore::safeDeviceKey() const
+{
+    const auto folder = PrivateFolder::create(stateFolder);
+    if (auto key = deviceKey()) {
+        folder.flush(); // whoever made it may not have lived to
+        return std::move(*key);
+    }
+    folder.setAside(deviceKeyName); // damaged, yet perhaps of use to whoever repairs it
+    SecretBytes key(sealingKeySize);
+    fillWithRandomBytes(key);
+    folder.write(deviceKeyName, {reinterpret_cast<const char*>(key.data()), key.size()});
+    return key;
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/credentials/Keychain.h"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace MirrowvaleAuthenticator {
+
+/// The credential store of the user's session: the Secret Service (freedesktop.org), found on the session
+/// bus.
+///
+/// An item lies in the default collection and is found in any, by class, service and account. A locked one
+/// asks to be unlocked in the system's own way, once in a call; so does a collection that may hide it. Data
+/// that this store has neither read nor written is never replaced. Where no service can be reached, or it
+/// gives no answer for 4 seconds, an operation answers `errSecNotAvailable`.
+class SecretServiceCredentialStore : public CredentialStore {
+public:
+    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
+    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
+    OSStatus add(const SecDictionary& attributes) override;
+    OSStatus remove(const SecDictionary& query) override; ///< `errSecParam`: the keyring is no reserve
+
+private:
+    bool isKnown(std::string_view account) const;
+    bool isKnown(std::string_view account, const SecretString& data) const;
+    void note(std::string_view account, const SecretString& data);
+
+    std::map<std::string, std::set<std::string>, std::less<>>
+        known; ///< digests of data, by the item's account
+};
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,160 @@
+#include "platform/credentials/keyring/SecretServicePrompt.h"
+
+#include "platform/credentials/keyring/SecretServiceDeadline.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+/// A context of its own for the signals of one prompt, so that nothing else runs meanwhile.
+class PromptContext {
+public:
+    PromptContext() { g_main_context_push_thread_default(context); }
+    ~PromptContext()
+    {
+        g_main_context_pop_thread_default(context);
+        g_main_context_unref(context);
+    }
+    PromptContext(const PromptContext&) = delete;
+    PromptContext& operator=(const PromptContext&) = delete;
+
+    void wait() { g_main_context_iteration(context, TRUE); }
+    GMainContext* get() const { return context; }
+
+private:
+    GMainContext* context = g_main_context_new();
+};
+
+/// Calls a function every two seconds, in a context.
+class Repeated {
+public:
+    Repeated(GMainContext* context, GSourceFunc function, gpointer data)
+    {
+        g_source_set_callback(source, function, data, nullptr);
+        g_source_attach(source, context);
+    }
+    ~Repeated()
+    {
+        g_source_destroy(source);
+        g_source_unref(source);
+    }
+    Repeated(const Repeated&) = delete;
+    Repeated& operator=(const Repeated&) = delete;
+
+private:
+    GSource* source = g_timeout_source_new_seconds(2);
+};
+
+/// What has become of the prompt; listens as long as it lives.
+class PromptAnswer {
+public:
+    PromptAnswer(GDBusConnection* connection, const char* ownerName, const char* path)
+        : bus(connection),
+          owner(ownerName),
+          signal(g_dbus_connection_signal_subscribe(bus, owner, "org.freedesktop.Secret.Prompt", "Completed",
+                                                    path, nullptr, G_DBUS_SIGNAL_FLAGS_NONE, completed, this,
+                                                    nullptr)),
+          watch(g_bus_watch_name_on_connection(bus, owner, G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, vanished,
+                                               this, nullptr))
+    {
+    }
+    ~PromptAnswer()
+    {
+        g_bus_unwatch_name(watch);
+        g_dbus_connection_signal_unsubscribe(bus, signal);
+        g_clear_pointer(&result, g_variant_unref);
+    }
+    PromptAnswer(const PromptAnswer&) = delete;
+    PromptAnswer& operator=(const PromptAnswer&) = delete;
+
+    /// Asks whether the service is still there: one that was stopped leaves its prompt unanswered for ever.
+    static gboolean requireRunning(gpointer object)
+    {
+        constexpr int patience = 4000; // milliseconds
+        auto& answer = *static_cast<PromptAnswer*>(object);
+        GError* error = nullptr;
+        auto* reply = g_dbus_connection_call_sync(answer.bus, answer.owner, "/", "org.freedesktop.DBus.Peer",
+                                                  "Ping", nullptr, nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+                                                  patience, nullptr, &error);
+        answer.isServiceGone |= g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE;
+        g_clear_pointer(&reply, g_variant_unref);
+        g_clear_error(&error);
+        return G_SOURCE_CONTINUE;
+    }
+
+    bool hasCome() const { return result != nullptr || isDismissed || isServiceGone; }
+
+    GVariant* take(const GVariantType* expected, GError** error)
+    {
+        if (isDismissed) {
+            g_set_error_literal(error, G_IO_ERROR, G_IO_ERROR_CANCELLED, "The prompt was dismissed.");
+        } else if (result == nullptr) {
+            g_set_error_literal(error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY, "The service ended.");
+        } else if (expected != nullptr && g_variant_is_of_type(result, expected) == FALSE) {
+            g_set_error_literal(error, SECRET_ERROR, SECRET_ERROR_PROTOCOL,
+                                "The prompt has no proper result.");
+        } else {
+            return std::exchange(result, nullptr);
+        }
+        return nullptr;
+    }
+
+private:
+    static void completed(GDBusConnection*, const char*, const char*, const char*, const char*,
+                          GVariant* parameters, gpointer object)
+    {
+        auto& answer = *static_cast<PromptAnswer*>(object);
+        if (!answer.hasCome() && g_variant_is_of_type(parameters, G_VARIANT_TYPE("(bv)")) != FALSE) {
+            gboolean dismissed = FALSE;
+            g_variant_get(parameters, "(bv)", &dismissed, &answer.result);
+            answer.isDismissed = dismissed != FALSE;
+        }
+    }
+
+    static void vanished(GDBusConnection*, const char*, gpointer object)
+    {
+        static_cast<PromptAnswer*>(object)->isServiceGone = true;
+    }
+
+    GVariant* result = nullptr;
+    bool isDismissed = false;
+    bool isServiceGone = false;
+    GDBusConnection* bus;
+    const char* owner;
+    guint signal;
+    guint watch;
+};
+
+} // namespace
+
+GVariant* resultOfPrompt(SecretService& service, SecretPrompt& prompt, const GVariantType* expected,
+                         GCancellable* cancellable, GError** error)
+{
+    auto* proxy = G_DBUS_PROXY(&prompt);
+    const std::unique_ptr<char, decltype(&g_free)> owner(g_dbus_proxy_get_name_owner(G_DBUS_PROXY(&service)),
+                                                         &g_free);
+    if (!owner) {
+        g_set_error_literal(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER, "The service ended.");
+        return nullptr;
+    }
+    PromptContext context;
+    PromptAnswer answer(g_dbus_proxy_get_connection(proxy), owner.get(), g_dbus_proxy_get_object_path(proxy));
+    auto* reply = g_dbus_proxy_call_sync(proxy, "Prompt", g_variant_new("(s)", ""), G_DBUS_CALL_FLAGS_NONE,
+                                         G_MAXINT, cancellable, error);
+    if (reply == nullptr) {
+        return nullptr;
+    }
+    g_variant_unref(reply);
+    const SecretServiceDeadline::Pause pause; // the user may take as long as it takes
+    const Repeated check(context.get(), PromptAnswer::requireRunning, &answer);
+    while (!answer.hasCome()) {
+        context.wait();
+    }
+    return answer.take(expected, error);
+}
+
+} // namespace MirrowvaleAuthenticator

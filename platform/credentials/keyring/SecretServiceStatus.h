@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/credentials/Keychain.h"
+
+#include <cstdint>
+
+namespace MirrowvaleAuthenticator {
+
+/// The status for an error that the Secret Service, the session bus or their libraries report.
+/// @param domain  the error's domain as GLib numbers it
+OSStatus statusForError(std::uint32_t domain, int code);
+
+} // namespace MirrowvaleAuthenticator

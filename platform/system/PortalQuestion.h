@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/system/FileDescriptor.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace MirrowvaleAuthenticator {
+
+/// One of the desktop's settings that is a number or a truth value (0 or 1).
+struct DesktopSetting {
+    std::string group;
+    std::string key;
+    double value = 0;
+};
+
+/// A question to the desktop: how it wants applications to look (the Settings interface of the XDG desktop
+/// portal).
+///
+/// A short-lived process of its own asks it. The portal answers only a process that it can look into, which
+/// this one forbids for the sake of its secrets; and a portal that has yet to be started may take longer to
+/// answer than a user should wait for the window.
+class PortalQuestion {
+public:
+    /// Starts the process, which is a copy of this one: this one may not have threads yet, nor secrets.
+    PortalQuestion();
+    ~PortalQuestion();
+    PortalQuestion(const PortalQuestion&) = delete;
+    PortalQuestion& operator=(const PortalQuestion&) = delete;
+
+    /// Becomes readable when the answer is there, or none will come.
+    int descriptor() const { return answer.get(); }
+
+    /// @returns the desktop's settings, none where it tells none; nothing where it has not answered within
+    ///          `patience` from the question on
+    std::optional<std::vector<DesktopSetting>> takeAnswer(std::chrono::milliseconds patience);
+
+private:
+    void end();
+
+    std::chrono::steady_clock::time_point asked = std::chrono::steady_clock::now();
+    FileDescriptor answer;
+    pid_t process = -1;
+};
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,286 @@
+#include "platform/system/PrivateFolder.h"
+
+#include "platform/system/SystemCall.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+/// Far beyond any list of tokens; more would rather exhaust the machine than tell anything.
+constexpr off_t largestFile = off_t(1) << 30;
+
+std::filesystem::path homeFolderPath()
+{
+    const char* home = std::getenv("HOME");
+    if (home != nullptr && *home == '/') {
+        return home;
+    }
+    const auto* user = getpwuid(geteuid());
+    return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "/nonexistent";
+}
+
+std::filesystem::path folderPath(const char* variable, const char* belowHome)
+{
+    const char* value = std::getenv(variable);
+    const auto base =
+        value != nullptr && *value == '/' ? std::filesystem::path(value) : homeFolderPath() / belowHome;
+    return base / "mirrowvale-authenticator";
+}
+
+struct stat statusOfFile(int descriptor)
+{
+    struct stat status { };
+    if (uninterrupted([&] { return fstat(descriptor, &status); }) != 0) {
+        throwErrno("fstat");
+    }
+    return status;
+}
+
+/// Refuses what belongs to another user, and closes what others could look into.
+void requirePrivate(int descriptor, mode_t type, mode_t mode)
+{
+    const auto status = statusOfFile(descriptor);
+    if ((status.st_mode & S_IFMT) != type) {
+        throw std::system_error(std::make_error_code(std::errc::invalid_argument));
+    }
+    if (status.st_uid != geteuid()) {
+        throw std::system_error(std::make_error_code(std::errc::operation_not_permitted));
+    }
+    if ((status.st_mode & 07777) != mode && uninterrupted([&] { return fchmod(descriptor, mode); }) != 0) {
+        throwErrno("fchmod");
+    }
+}
+
+int flushed(int descriptor)
+{
+    return uninterrupted([&] { return fsync(descriptor); });
+}
+
+void flushDescriptor(int descriptor)
+{
+    if (flushed(descriptor) != 0) {
+        throwErrno("fsync");
+    }
+}
+
+FileDescriptor opened(int folder, const char* name, int flags, mode_t mode = 0)
+{
+    return FileDescriptor(uninterrupted([&] { return openat(folder, name, flags | O_CLOEXEC, mode); }));
+}
+
+/// The descriptor, or nothing where there is no such file.
+std::optional<FileDescriptor> openExisting(int folder, const char* name, int flags)
+{
+    auto descriptor = opened(folder, name, flags | O_RDONLY | O_NONBLOCK);
+    if (descriptor) {
+        return descriptor;
+    }
+    if (errno != ENOENT) {
+        throwErrno("openat");
+    }
+    return std::nullopt;
+}
+
+bool isFolderMade(const std::filesystem::path& path)
+{
+    return uninterrupted([&] { return mkdir(path.c_str(), 0700); }) == 0 || errno == EEXIST;
+}
+
+void createFolders(const std::filesystem::path& path)
+{
+    if (isFolderMade(path)) {
+        return;
+    }
+    if (errno != ENOENT || !path.has_relative_path()) {
+        throwErrno("mkdir");
+    }
+    createFolders(path.parent_path());
+    // Once: below a link that leads nowhere it would fail for ever.
+    if (!isFolderMade(path)) {
+        throwErrno("mkdir");
+    }
+}
+
+/// Flushes the name of a folder and of its parents, as far up as they may be of this user's making.
+void flushNames(const std::filesystem::path& path)
+{
+    auto parent = path;
+    for (bool isOwn = true; isOwn;) {
+        parent = parent.parent_path();
+        const auto folder = opened(AT_FDCWD, parent.c_str(), O_RDONLY | O_DIRECTORY);
+        if (!folder && errno == EACCES) {
+            return; // closed to this user: it cannot be flushed, and need not be of this user's making
+        }
+        if (!folder) {
+            throwErrno("openat");
+        }
+        // A file system that cannot be written to may refuse, and then has nothing to flush.
+        if (flushed(folder.get()) != 0 && errno != EROFS && errno != EINVAL) {
+            throwErrno("fsync");
+        }
+        isOwn = statusOfFile(folder.get()).st_uid == geteuid() && parent.has_relative_path();
+    }
+}
+
+void removeFrom(int folder, const std::string& name)
+{
+    if (uninterrupted([&] { return unlinkat(folder, name.c_str(), 0); }) != 0 && errno != ENOENT) {
+        throwErrno("unlinkat");
+    }
+}
+
+void writeAll(int descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto count = uninterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
+        if (count < 0) {
+            throwErrno("write");
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+SecretString readAll(int descriptor)
+{
+    const auto status = statusOfFile(descriptor);
+    if (status.st_size > largestFile) {
+        throw std::system_error(std::make_error_code(std::errc::not_enough_memory));
+    }
+    SecretString bytes;
+    bytes.resize(static_cast<std::size_t>(status.st_size));
+    std::size_t position = 0;
+    while (position < bytes.size()) {
+        const auto count = uninterrupted(
+            [&] { return ::read(descriptor, bytes.data() + position, bytes.size() - position); });
+        if (count < 0) {
+            throwErrno("read");
+        }
+        if (count == 0) {
+            break; // shorter than it was a moment ago
+        }
+        position += static_cast<std::size_t>(count);
+    }
+    bytes.resize(position);
+    return bytes;
+}
+
+} // namespace
+
+std::filesystem::path dataFolderPath()
+{
+    return folderPath("XDG_DATA_HOME", ".local/share");
+}
+
+std::filesystem::path stateFolderPath()
+{
+    return folderPath("XDG_STATE_HOME", ".local/state");
+}
+
+std::optional<PrivateFolder> PrivateFolder::open(const std::filesystem::path& path)
+{
+    auto descriptor = openExisting(AT_FDCWD, path.c_str(), O_DIRECTORY);
+    if (!descriptor) {
+        if (std::filesystem::is_symlink(std::filesystem::symlink_status(path))) {
+            throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory)); // as of now
+        }
+        return std::nullopt;
+    }
+    requirePrivate(descriptor->get(), S_IFDIR, 0700);
+    return PrivateFolder(std::move(*descriptor));
+}
+
+PrivateFolder PrivateFolder::openOrCreate(const std::filesystem::path& path)
+{
+    if (auto folder = open(path)) {
+        return std::move(*folder);
+    }
+    return create(path);
+}
+
+PrivateFolder PrivateFolder::create(const std::filesystem::path& path)
+{
+    createFolders(path);
+    flushNames(path);
+    auto folder = open(path);
+    if (!folder) {
+        throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
+    }
+    return std::move(*folder);
+}
+
+std::optional<SecretString> PrivateFolder::read(const std::string& name) const
+{
+    const auto file = openExisting(folder.get(), name.c_str(), O_NOFOLLOW);
+    if (!file) {
+        return std::nullopt;
+    }
+    requirePrivate(file->get(), S_IFREG, 0600);
+    return readAll(file->get());
+}
+
+void PrivateFolder::write(const std::string& name, std::string_view bytes) const
+{
+    const auto temporary = name + ".new";
+    removeFrom(folder.get(), temporary); // what an interrupted write left behind is of no use to anyone
+    try {
+        const auto file =
+            opened(folder.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+        if (!file) {
+            throwErrno("openat");
+        }
+        requirePrivate(file.get(), S_IFREG, 0600); // whatever the umask
+        writeAll(file.get(), bytes);
+        flushDescriptor(file.get());
+        const auto rename = [&] {
+            return renameat(folder.get(), temporary.c_str(), folder.get(), name.c_str());
+        };
+        if (uninterrupted(rename) != 0) {
+            throwErrno("renameat");
+        }
+    } catch (...) {
+        unlinkat(folder.get(), temporary.c_str(), 0);
+        throw;
+    }
+    flush();
+}
+
+void PrivateFolder::remove(const std::string& name) const
+{
+    removeFrom(folder.get(), name);
+    flush();
+}
+
+void PrivateFolder::flush() const
+{
+    flushDescriptor(folder.get());
+}
+
+void PrivateFolder::setAside(const std::string& name) const
+{
+    const auto bytes = read(name);
+    if (!bytes) {
+        return;
+    }
+    for (int number = 1;; ++number) {
+        const auto copyName = name + ".unreadable-" + std::to_string(number);
+        const auto copy = read(copyName);
+        if (!copy) {
+            write(copyName, *bytes);
+            return;
+        }
+        if (*copy == *bytes) {
+            flush(); // whoever made it may not have lived to
+            return;
+        }
+    }
+}
+
+} // namespace MirrowvaleAuthenticator

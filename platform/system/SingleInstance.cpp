@@ -1,0 +1,213 @@
+#include "platform/system/SingleInstance.h"
+
+#include "platform/system/PrivateFolder.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/epoll.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <system_error>
+#include <thread>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr auto lockName = "instance.lock";
+constexpr auto socketName = "instance.socket";
+constexpr milliseconds pause{20};
+
+milliseconds restUntil(steady_clock::time_point deadline)
+{
+    return std::chrono::duration_cast<milliseconds>(deadline - steady_clock::now());
+}
+
+/// The folder of the stored list, made where there is none.
+FileDescriptor openFolder()
+{
+    try {
+        PrivateFolder::openOrCreate(dataFolderPath());
+    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): it may still serve to be locked
+    }
+    FileDescriptor folder(open(dataFolderPath().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    struct stat status { };
+    // Another user's is not this user's to lock, nor to be kept out by.
+    const bool isOwn = folder && fstat(folder.get(), &status) == 0 && status.st_uid == geteuid();
+    return isOwn ? std::move(folder) : FileDescriptor();
+}
+
+/// The socket's address by way of the open folder: a path of its own may be longer than an address holds.
+sockaddr_un address(int folder)
+{
+    sockaddr_un result{};
+    result.sun_family = AF_UNIX;
+    const auto path = "/proc/self/fd/" + std::to_string(folder) + "/" + socketName;
+    std::memcpy(result.sun_path, path.c_str(), path.size() + 1);
+    return result;
+}
+
+template <typename Call>
+bool withAddress(int folder, Call call)
+{
+    const auto socketAddress = address(folder);
+    return call(reinterpret_cast<const sockaddr*>(&socketAddress),
+                static_cast<socklen_t>(sizeof socketAddress))
+        == 0;
+}
+
+FileDescriptor listenIn(int folder)
+{
+    FileDescriptor listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    unlinkat(folder, socketName, 0); // left by a process that ended without a chance to remove it
+    const bool isBound =
+        listener && withAddress(folder, [&](auto... of) { return bind(listener.get(), of...); });
+    return isBound && listen(listener.get(), 8) == 0 ? std::move(listener) : FileDescriptor();
+}
+
+bool isReady(int descriptor, short events, milliseconds timeout)
+{
+    pollfd polled{descriptor, events, 0};
+    return poll(&polled, 1, std::max(0, static_cast<int>(timeout.count()))) == 1;
+}
+
+/// Connects to the socket in the folder; the first may not listen yet, or have as many waiting as it can.
+FileDescriptor connectTo(int folder, steady_clock::time_point deadline)
+{
+    FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    while (!withAddress(folder, [&](auto... of) { return connect(connection.get(), of...); })) {
+        if (!connection || steady_clock::now() > deadline) {
+            return {};
+        }
+        std::this_thread::sleep_for(pause);
+    }
+    return connection;
+}
+
+bool askListener(int folder, std::string_view activationToken, steady_clock::time_point deadline)
+{
+    const auto connection = connectTo(folder, deadline);
+    if (!connection) {
+        return false;
+    }
+    const auto sent = send(connection.get(), activationToken.data(), activationToken.size(), MSG_NOSIGNAL);
+    shutdown(connection.get(), SHUT_WR);
+    // The first closes the connection once it has taken the request.
+    return sent == static_cast<ssize_t>(activationToken.size())
+        && isReady(connection.get(), POLLIN | POLLHUP, restUntil(deadline));
+}
+
+FileDescriptor acceptFrom(const FileDescriptor& listener)
+{
+    return FileDescriptor(accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+}
+
+std::string receiveToken(int connection)
+{
+    std::string token;
+    std::array<char, 512> piece{};
+    constexpr milliseconds blink{100}; // the sender has nothing to wait for
+    while (token.size() < 4096 && isReady(connection, POLLIN, blink)) {
+        const auto count = recv(connection, piece.data(), piece.size(), 0);
+        if (count <= 0) {
+            break;
+        }
+        token.append(piece.data(), static_cast<std::size_t>(count));
+    }
+    return token;
+}
+
+} // namespace
+
+SingleInstance::SingleInstance()
+{
+    if (name.isTaken()) {
+        return;
+    }
+    lockFolder();
+    if (!isSecond()) {
+        waiting = FileDescriptor(epoll_create1(EPOLL_CLOEXEC));
+        waitFor(name.descriptor());
+        waitFor(listener.get());
+    }
+}
+
+SingleInstance::~SingleInstance()
+{
+    if (listener) {
+        unlinkat(folder.get(), socketName, 0);
+    }
+}
+
+void SingleInstance::lockFolder()
+{
+    folder = openFolder();
+    if (!folder) {
+        return;
+    }
+    // The folder itself, as anything may lie in the place of a file in it; and a file, as disks of a network
+    // lock only what is open for writing.
+    lock = FileDescriptor(
+        openat(folder.get(), lockName, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
+    for (const auto* place : {&folder, &lock}) {
+        const bool isRefused = *place && flock(place->get(), LOCK_EX | LOCK_NB) != 0;
+        lockedByOther = lockedByOther || (isRefused && errno == EWOULDBLOCK);
+    }
+    if (!lockedByOther) {
+        listener = listenIn(folder.get());
+    }
+}
+
+void SingleInstance::waitFor(int descriptor)
+{
+    epoll_event readable{};
+    readable.events = EPOLLIN;
+    if (descriptor >= 0) {
+        epoll_ctl(waiting.get(), EPOLL_CTL_ADD, descriptor, &readable);
+    }
+}
+
+bool SingleInstance::activateFirst(const std::string& activationToken,
+                                   std::chrono::milliseconds patience) const
+{
+    return name.isTaken() ? name.activateOwner(activationToken, patience)
+                          : askListener(folder.get(), activationToken, steady_clock::now() + patience);
+}
+
+std::optional<std::string> SingleInstance::takeActivation()
+{
+    auto token = name.takeActivation();
+    while (const auto connection = acceptFrom(listener)) {
+        token = receiveToken(connection.get());
+    }
+    return token;
+}
+
+std::unique_ptr<SingleInstance> becomeOnlyInstance(const std::string& activationToken, milliseconds patience)
+{
+    const auto deadline = steady_clock::now() + patience;
+    do {
+        auto instance = std::make_unique<SingleInstance>();
+        if (!instance->isSecond()) {
+            return instance;
+        }
+        if (instance->activateFirst(activationToken, restUntil(deadline))) {
+            return nullptr;
+        }
+        instance = nullptr;
+        std::this_thread::sleep_for(pause); // the first may be ending
+    } while (steady_clock::now() < deadline);
+    throw std::runtime_error("The window that is open already does not answer.");
+}
+
+} // namespace MirrowvaleAuthenticator
