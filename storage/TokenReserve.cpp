@@ -19,7 +19,7 @@ std::vector<AuthToken> TokenReserve::take()
     try {
         auto kept = storage_.load();
         inUse_ = !kept.empty();
-        apart_.emplace();
+        isRead_ = true;
         return kept;
     } catch (const std::exception&) {
         return {};
@@ -28,14 +28,15 @@ std::vector<AuthToken> TokenReserve::take()
 
 void TokenReserve::leave()
 {
-    apart_.reset();
+    apart_.clear();
+    isRead_ = false;
     inUse_ = false;
 }
 
 bool TokenReserve::keep(const std::vector<AuthToken>& tokens)
 {
     try {
-        if (!apart_) {
+        if (!isRead_) {
             readApart();
         }
         save(tokens);
@@ -52,10 +53,10 @@ void TokenReserve::release()
         return;
     }
     try {
-        if (apart_->empty()) {
+        if (apart_.empty()) {
             storage_.remove();
         } else {
-            storage_.save(*apart_);
+            storage_.save(apart_);
         }
         inUse_ = false;
     } catch (const std::exception&) {
@@ -67,13 +68,13 @@ void TokenReserve::release()
 void TokenReserve::save(const std::vector<AuthToken>& tokens)
 {
     try {
-        storage_.save(united(tokens, *apart_));
+        storage_.save(united(tokens, apart_));
     } catch (const KeychainTokenStoreError& error) {
         if (!error.saysChanged()) {
             throw;
         }
         readApart();
-        storage_.save(united(tokens, *apart_));
+        storage_.save(united(tokens, apart_));
     }
 }
 
@@ -84,13 +85,14 @@ void TokenReserve::readApart()
         apart_ = storage_.load();
     } catch (const StoredFormError&) {
         storage_.setAside();
-        apart_.emplace();
+        apart_.clear();
     } catch (const KeychainTokenStoreError& error) {
         if (error.unexpectedStatus() != errSecDecode) {
             throw;
         }
-        apart_.emplace(); // the credential store itself sets aside what it cannot open
+        apart_.clear(); // the credential store itself sets aside what it cannot open
     }
+    isRead_ = true;
 }
 
 } // namespace MirrowvaleAuthenticator

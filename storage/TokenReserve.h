@@ -2,7 +2,6 @@
 
 #include "storage/KeychainTokenStore.h"
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,7 +36,8 @@ private:
     void save(const std::vector<AuthToken>& tokens);
 
     KeychainTokenStore storage_;
-    std::optional<std::vector<AuthToken>> apart_; ///< what is kept and no part of the list, once it was read
+    std::vector<AuthToken> apart_; ///< what is kept and no part of the list
+    bool isRead_ = false; ///< whether it is known what is kept
     bool inUse_ = false;
 };
 
