@@ -1,5 +1,5 @@
 #include "tests/ui/ScreenFixture.h"
-#include "ui/AddTokenView.h"
+#include "ui/screens/AddTokenView.h"
 
 #include <QStringList>
 

@@ -1,5 +1,5 @@
 #include "tests/ui/SceneFixture.h"
-#include "ui/SystemAppearance.h"
+#include "ui/desktop/SystemAppearance.h"
 
 #include <QColor>
 #include <QFont>
@@ -40,7 +40,9 @@ protected:
     {
         QQmlComponent holder(&engine);
         holder.setData(
-            QByteArray("import QtQml\nimport MirrowvaleAuthenticator\nQtObject { property QtObject held: ")
+            QByteArray(
+                "import QtQml\nimport MirrowvaleAuthenticator\nimport MirrowvaleAuthenticator.Desktop\n"
+                "QtObject { property QtObject held: ")
                 + name + " }",
             {});
         const std::unique_ptr<QObject> object(holder.create());

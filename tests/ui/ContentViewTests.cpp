@@ -1,5 +1,5 @@
 #include "tests/ui/ScreenFixture.h"
-#include "ui/ContentView.h"
+#include "ui/screens/ContentView.h"
 
 #include <QCoreApplication>
 #include <QPointer>

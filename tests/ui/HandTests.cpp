@@ -1,5 +1,5 @@
 #include "tests/ui/SceneFixture.h"
-#include "ui/WindowSight.h"
+#include "ui/app/WindowSight.h"
 
 #include <QAccessible>
 #include <QClipboard>

@@ -1,6 +1,6 @@
 #include "tests/ui/SceneFixture.h"
-#include "ui/Language.h"
-#include "ui/TokenRowView.h"
+#include "ui/app/Language.h"
+#include "ui/screens/TokenRowView.h"
 
 #include <QAccessible>
 #include <QDir>

@@ -1,5 +1,5 @@
 #include "tests/ui/ScreenFixture.h"
-#include "ui/TokenListModel.h"
+#include "ui/screens/TokenListModel.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

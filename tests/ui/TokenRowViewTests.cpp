@@ -1,5 +1,5 @@
 #include "tests/support/Tokens.h"
-#include "ui/TokenRowView.h"
+#include "ui/screens/TokenRowView.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

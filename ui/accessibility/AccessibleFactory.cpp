@@ -1,10 +1,10 @@
 #include "ui/accessibility/AccessibleFactory.h"
 
-#include "ui/TokenRowItem.h"
 #include "ui/accessibility/ButtonAccessible.h"
 #include "ui/accessibility/FieldAccessible.h"
 #include "ui/accessibility/ScreenAccessible.h"
 #include "ui/accessibility/TokenRowAccessible.h"
+#include "ui/items/TokenRowItem.h"
 
 #include <QAccessible>
 

@@ -1,6 +1,6 @@
 #include "ui/accessibility/TokenRowAccessible.h"
 
-#include "ui/TokenRowItem.h"
+#include "ui/items/TokenRowItem.h"
 
 #include <QCoreApplication>
 

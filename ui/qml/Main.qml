@@ -1,5 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Items
+import MirrowvaleAuthenticator.Screens
 
 /// The window: the list screen, and the sheet over it.
 Window {
@@ -43,7 +45,7 @@ Window {
             list.closeOpenRow()
             list.clearSelection()
             rememberFocus()
-            sheet.setSource("AddTokenSheet.qml", { contentView: contentView, form: form })
+            sheet.setSource("form/AddTokenSheet.qml", { contentView: contentView, form: form })
         } else {
             sheet.setSource("")
             gc() // the engine may hold texts that were typed

@@ -1,7 +1,7 @@
 pragma Singleton
 
 import QtQuick
-import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Desktop
 
 /// The roles of colours, texts and spaces that everything is drawn with.
 QtObject {

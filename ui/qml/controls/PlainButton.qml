@@ -1,5 +1,6 @@
 import QtQuick
 import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Items
 
 /// What all buttons share: their least size, how a screen reader reads them, and the focus ring.
 ButtonItem {

@@ -1,5 +1,6 @@
 import QtQuick
 import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Desktop
 
 /// A code, in digits of one width, from left to right in every language. A long press or a double click selects
 /// it; Ctrl+C then copies it. It leaves dragging to what lies around it.

@@ -1,0 +1,53 @@
+#include "ui/app/Language.h"
+
+#include <QDir>
+#include <QLocale>
+#include <QTranslator>
+
+#include <algorithm>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+bool readAlike(const QLocale& one, const QLocale& other)
+{
+    return one.language() == other.language() && one.script() == other.script();
+}
+
+} // namespace
+
+QString bestTranslation(const QStringList& wanted)
+{
+    QStringList translations; // looked for once they are needed: never where English is wanted
+    for (const QString& name : wanted) {
+        const QLocale reader(name);
+        if (reader.language() == QLocale::English) {
+            return {};
+        }
+        if (translations.isEmpty()) {
+            translations = QDir(QStringLiteral(":/i18n")).entryList();
+        }
+        const auto best = std::ranges::find_if(translations, [&reader](const QString& translation) {
+            return readAlike(QLocale(translation), reader);
+        });
+        if (best != translations.end()) {
+            return *best;
+        }
+    }
+    return {};
+}
+
+void useTranslation(QGuiApplication& application, const QString& translation)
+{
+    if (translation.isEmpty()) {
+        return;
+    }
+    auto* translator = new QTranslator(&application);
+    if (translator->load(QStringLiteral(":/i18n/") + translation)) {
+        QCoreApplication::installTranslator(translator);
+        QGuiApplication::setLayoutDirection(QLocale(translation).textDirection());
+    }
+}
+
+} // namespace MirrowvaleAuthenticator

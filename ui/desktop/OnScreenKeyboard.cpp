@@ -1,0 +1,105 @@
+#include "ui/desktop/OnScreenKeyboard.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QLibraryInfo>
+#include <QPointerEvent>
+#include <QQuickItem>
+#include <QVersionNumber>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+QString keyboardService()
+{
+    return QStringLiteral("sm.puri.OSK0");
+}
+
+/// Whether a pointer or a finger came down on the field that has focus.
+bool pressesFocus(const QQuickWindow& window, const QEvent& event)
+{
+    const QQuickItem* field = window.activeFocusItem();
+    if ((event.type() != QEvent::MouseButtonPress && event.type() != QEvent::TouchBegin)
+        || field == nullptr) {
+        return false;
+    }
+    const auto& press = static_cast<const QPointerEvent&>(event);
+    return field->contains(field->mapFromScene(press.points().constFirst().scenePosition()));
+}
+
+} // namespace
+
+OnScreenKeyboard::OnScreenKeyboard(QQuickWindow& window) : QObject(&window)
+{
+    window.installEventFilter(this);
+    connect(qGuiApp, &QGuiApplication::focusObjectChanged, this, &OnScreenKeyboard::followFocus);
+}
+
+OnScreenKeyboard::~OnScreenKeyboard()
+{
+    hide();
+}
+
+bool OnScreenKeyboard::isNeeded()
+{
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
+        && QLibraryInfo::version() < QVersionNumber(6, 8);
+}
+
+bool OnScreenKeyboard::eventFilter(QObject* watched, QEvent* event)
+{
+    // The user may have hidden the on-screen keyboard meanwhile.
+    if (wanted_ && pressesFocus(*qobject_cast<QQuickWindow*>(watched), *event)) {
+        show();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void OnScreenKeyboard::followFocus()
+{
+    wanted_ = QInputMethod::queryFocusObject(Qt::ImEnabled, {}).toBool();
+    if (wanted_) {
+        show();
+    } else {
+        hide();
+    }
+}
+
+void OnScreenKeyboard::show()
+{
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    question << keyboardService();
+    const auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
+        finished->deleteLater();
+        if (wanted_ && finished->reply().arguments().value(0) == QVariant(true)) {
+            asked_ = true;
+            setVisible(true);
+        }
+    });
+}
+
+void OnScreenKeyboard::hide()
+{
+    if (asked_) {
+        asked_ = false;
+        setVisible(false);
+    }
+}
+
+void OnScreenKeyboard::setVisible(bool visible)
+{
+    QDBusMessage request = QDBusMessage::createMethodCall(keyboardService(), QStringLiteral("/sm/puri/OSK0"),
+                                                          keyboardService(), QStringLiteral("SetVisible"));
+    request << visible;
+    request.setAutoStartService(false);
+    QDBusConnection::sessionBus().send(request);
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,27 @@
+#include "ui/desktop/Pasteboard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include <memory>
+
+namespace MirrowvaleAuthenticator {
+
+void Pasteboard::setString(const QString& text)
+{
+    auto data = std::make_unique<QMimeData>();
+    data->setText(text);
+    data->setData(QStringLiteral("x-kde-passwordManagerHint"), QByteArrayLiteral("secret"));
+    QGuiApplication::clipboard()->setMimeData(data.release());
+}
+
+void Pasteboard::withdrawSelection()
+{
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    if (clipboard->ownsSelection()) {
+        clipboard->clear(QClipboard::Selection);
+    }
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,133 @@
+#include "ui/desktop/SystemAppearance.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QScreen>
+#include <QSocketNotifier>
+
+#include <chrono>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+/// How long the first frame waits for the desktop, counted from the question on.
+constexpr std::chrono::milliseconds longestWait{200};
+
+QString portalService()
+{
+    return QStringLiteral("org.freedesktop.portal.Desktop");
+}
+
+QString portalPath()
+{
+    return QStringLiteral("/org/freedesktop/portal/desktop");
+}
+
+QString portalInterface()
+{
+    return QStringLiteral("org.freedesktop.portal.Settings");
+}
+
+QString common()
+{
+    return QStringLiteral("org.freedesktop.appearance");
+}
+
+QString ofGNOME()
+{
+    return QStringLiteral("org.gnome.desktop.interface");
+}
+
+/// An X server's resolution holds the text scale already, and Qt scales everything by it.
+bool isScaledByDisplay()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return QGuiApplication::platformName() == QLatin1String("xcb") && screen != nullptr
+        && screen->devicePixelRatio() != 1;
+}
+
+} // namespace
+
+PortalQuestion* SystemAppearance::awaited = nullptr;
+
+SystemAppearance::SystemAppearance(QObject* parent) : QObject(parent)
+{
+    QCoreApplication::instance()->installEventFilter(this);
+    followPortal();
+    if (awaited != nullptr) {
+        receive(*awaited);
+    }
+}
+
+bool SystemAppearance::isDark() const
+{
+    const QPalette palette = QGuiApplication::palette();
+    return darkWanted_.value_or(palette.color(QPalette::WindowText).lightness()
+                                > palette.color(QPalette::Window).lightness());
+}
+
+void SystemAppearance::receive(PortalQuestion& question)
+{
+    if (const auto settings = question.takeAnswer(longestWait)) {
+        for (const DesktopSetting& setting : *settings) {
+            apply(QString::fromStdString(setting.group), QString::fromStdString(setting.key), setting.value);
+        }
+        return;
+    }
+    auto* notifier = new QSocketNotifier(question.descriptor(), QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this, notifier, &question] {
+        notifier->setEnabled(false);
+        notifier->deleteLater();
+        receive(question);
+    });
+}
+
+void SystemAppearance::followPortal()
+{
+    // The slot takes the whole message, as one that takes a QDBusVariant was seen to be refused while that
+    // type was not known to the toolkit yet.
+    QDBusConnection::sessionBus().connect(portalService(), portalPath(), portalInterface(),
+                                          QStringLiteral("SettingChanged"), this,
+                                          SLOT(settingChanged(QDBusMessage)));
+}
+
+void SystemAppearance::settingChanged(const QDBusMessage& signal)
+{
+    const QVariantList parts = signal.arguments();
+    if (signal.signature() == QLatin1String("ssv")) {
+        apply(parts[0].toString(), parts[1].toString(), parts[2].value<QDBusVariant>().variant());
+    }
+}
+
+void SystemAppearance::apply(const QString& group, const QString& key, const QVariant& value)
+{
+    if (group == common() && key == QLatin1String("color-scheme")) {
+        const uint scheme = value.toUInt(); // 0 is no preference
+        darkWanted_ = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
+    } else if (group == common() && key == QLatin1String("reduced-motion")) {
+        reducedMotion_ = value.toUInt() == 1;
+    } else if (group == ofGNOME() && key == QLatin1String("enable-animations")) {
+        reducedMotion_ = !value.toBool();
+    } else if (group == ofGNOME() && key == QLatin1String("text-scaling-factor")) {
+        const qreal factor = value.toDouble();
+        textScale_ = factor > 0 && !isScaledByDisplay() ? qBound(0.8, factor, 2.0) : 1;
+    } else {
+        return;
+    }
+    emit changed();
+}
+
+bool SystemAppearance::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance()) {
+        emit changed();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace MirrowvaleAuthenticator

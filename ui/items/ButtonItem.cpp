@@ -1,0 +1,202 @@
+#include "ui/items/ButtonItem.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <utility>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+constexpr int repeatDelay = 500; // milliseconds; long enough for a slow press to end before it repeats
+constexpr int repeatInterval = 100;
+
+} // namespace
+
+ButtonItem::ButtonItem(QQuickItem* parent) : KeyboardFocusItem(parent)
+{
+    setAcceptedMouseButtons(Qt::LeftButton);
+    for (const auto spaceChanged : {&ButtonItem::leftPaddingChanged, &ButtonItem::rightPaddingChanged,
+                                    &ButtonItem::topInsetChanged, &ButtonItem::bottomInsetChanged}) {
+        connect(this, spaceChanged, this, &ButtonItem::arrange);
+    }
+}
+
+void ButtonItem::setContentItem(QQuickItem* item)
+{
+    contentItem_ = item;
+    if (item != nullptr) {
+        item->setParentItem(this);
+        connect(item, &QQuickItem::implicitWidthChanged, this, &ButtonItem::implicitContentWidthChanged);
+        connect(item, &QQuickItem::implicitHeightChanged, this, &ButtonItem::implicitContentHeightChanged);
+        connect(item, &QQuickItem::baselineOffsetChanged, this, &ButtonItem::arrange);
+    }
+    emit contentItemChanged();
+    emit implicitContentWidthChanged();
+    emit implicitContentHeightChanged();
+    arrange();
+}
+
+void ButtonItem::setBackground(QQuickItem* item)
+{
+    background_ = item;
+    if (item != nullptr) {
+        item->setParentItem(this);
+        item->setZ(-1);
+    }
+    emit backgroundChanged();
+    arrange();
+}
+
+qreal ButtonItem::implicitContentWidth() const
+{
+    return contentItem_ ? contentItem_->implicitWidth() : 0;
+}
+
+qreal ButtonItem::implicitContentHeight() const
+{
+    return contentItem_ ? contentItem_->implicitHeight() : 0;
+}
+
+/// Puts the content between the paddings, and the background between the insets.
+void ButtonItem::arrange()
+{
+    if (!isComponentComplete()) {
+        return;
+    }
+    if (background_) {
+        background_->setY(topInset_);
+        background_->setSize({width(), height() - topInset_ - bottomInset_});
+    }
+    if (contentItem_) {
+        contentItem_->setX(leftPadding_);
+        contentItem_->setSize({width() - leftPadding_ - rightPadding_, height()});
+        setBaselineOffset(contentItem_->baselineOffset());
+    }
+}
+
+void ButtonItem::componentComplete()
+{
+    QQuickItem::componentComplete();
+    arrange();
+}
+
+void ButtonItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
+{
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    arrange();
+}
+
+void ButtonItem::itemChange(ItemChange change, const ItemChangeData& data)
+{
+    if ((change == ItemEnabledHasChanged || change == ItemVisibleHasChanged) && !data.boolValue) {
+        setDown(false);
+    }
+    QQuickItem::itemChange(change, data);
+}
+
+void ButtonItem::setDown(bool presses)
+{
+    if (std::exchange(down_, presses) == presses) {
+        return;
+    }
+    if (down_ && autoRepeat_) {
+        repetition_.start(repeatDelay, this);
+    } else {
+        repetition_.stop();
+    }
+    emit downChanged();
+}
+
+void ButtonItem::beginPress()
+{
+    repeated_ = false;
+    setDown(true);
+}
+
+void ButtonItem::endPress(bool counts)
+{
+    const bool clicks = counts && down_ && !repeated_;
+    setDown(false);
+    if (clicks) {
+        emit clicked();
+    }
+}
+
+void ButtonItem::mousePressEvent(QMouseEvent*)
+{
+    beginPress();
+}
+
+void ButtonItem::mouseDoubleClickEvent(QMouseEvent*)
+{
+    beginPress(); // the second of two quick presses counts like the first
+}
+
+void ButtonItem::mouseMoveEvent(QMouseEvent* event)
+{
+    setDown(contains(event->position()));
+}
+
+void ButtonItem::mouseReleaseEvent(QMouseEvent* event)
+{
+    endPress(contains(event->position()));
+}
+
+void ButtonItem::mouseUngrabEvent()
+{
+    setDown(false);
+}
+
+void ButtonItem::touchUngrabEvent()
+{
+    setDown(false);
+}
+
+void ButtonItem::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Space:
+        if (!event->isAutoRepeat()) {
+            beginPress();
+        }
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!event->isAutoRepeat() || autoRepeat_) {
+            emit clicked();
+        }
+        break;
+    default:
+        QQuickItem::keyPressEvent(event);
+    }
+}
+
+void ButtonItem::keyReleaseEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Space) {
+        QQuickItem::keyReleaseEvent(event);
+    } else if (!event->isAutoRepeat()) {
+        endPress(true);
+    }
+}
+
+void ButtonItem::focusOutEvent(QFocusEvent* event)
+{
+    setDown(false);
+    KeyboardFocusItem::focusOutEvent(event);
+}
+
+void ButtonItem::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != repetition_.timerId()) {
+        QQuickItem::timerEvent(event);
+        return;
+    }
+    repetition_.start(repeatInterval, this);
+    repeated_ = true;
+    emit clicked();
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "ui/items/KeyboardFocusItem.h"
+
+#include <QBasicTimer>
+#include <QPointer>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+namespace MirrowvaleAuthenticator {
+
+/// What every button is: pressed by touch, pointer or keyboard, drawn by a content over a background.
+///
+/// The toolkit's own button brings the types of all its controls into memory, which the first frame would
+/// wait for.
+class ButtonItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualified for the QML type system
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString text MEMBER text_ NOTIFY textChanged FINAL)
+    Q_PROPERTY(bool down READ isDown NOTIFY downChanged FINAL)
+    Q_PROPERTY(bool autoRepeat MEMBER autoRepeat_ NOTIFY autoRepeatChanged FINAL)
+    Q_PROPERTY(
+        QQuickItem* contentItem MEMBER contentItem_ WRITE setContentItem NOTIFY contentItemChanged FINAL)
+    Q_PROPERTY(QQuickItem* background MEMBER background_ WRITE setBackground NOTIFY backgroundChanged FINAL)
+    Q_PROPERTY(qreal implicitContentWidth READ implicitContentWidth NOTIFY implicitContentWidthChanged FINAL)
+    Q_PROPERTY(
+        qreal implicitContentHeight READ implicitContentHeight NOTIFY implicitContentHeightChanged FINAL)
+    Q_PROPERTY(qreal leftPadding MEMBER leftPadding_ NOTIFY leftPaddingChanged FINAL)
+    Q_PROPERTY(qreal rightPadding MEMBER rightPadding_ NOTIFY rightPaddingChanged FINAL)
+    Q_PROPERTY(qreal topInset MEMBER topInset_ NOTIFY topInsetChanged FINAL)
+    Q_PROPERTY(qreal bottomInset MEMBER bottomInset_ NOTIFY bottomInsetChanged FINAL)
+
+public:
+    explicit ButtonItem(QQuickItem* parent = nullptr);
+
+    bool isDown() const { return down_; } ///< a press that would count if it ended now
+
+    void setContentItem(QQuickItem* item);
+    void setBackground(QQuickItem* item);
+    qreal implicitContentWidth() const;
+    qreal implicitContentHeight() const;
+
+signals:
+    void textChanged();
+    void downChanged();
+    void autoRepeatChanged();
+    void contentItemChanged();
+    void backgroundChanged();
+    void implicitContentWidthChanged();
+    void implicitContentHeightChanged();
+    void leftPaddingChanged();
+    void rightPaddingChanged();
+    void topInsetChanged();
+    void bottomInsetChanged();
+
+    /// A press has ended on the button. Where `autoRepeat` is set, a press that is held clicks again and
+    /// again instead, and its end no more.
+    void clicked();
+
+protected:
+    void componentComplete() override;
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseUngrabEvent() override;
+    void touchUngrabEvent() override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    void beginPress();
+    void endPress(bool counts);
+    void setDown(bool presses);
+    void arrange();
+
+    QString text_;
+    bool down_ = false;
+    bool autoRepeat_ = false;
+    bool repeated_ = false; // the press under way has clicked while it was held
+    QPointer<QQuickItem> contentItem_;
+    QPointer<QQuickItem> background_;
+    qreal leftPadding_ = 0;
+    qreal rightPadding_ = 0;
+    qreal topInset_ = 0;
+    qreal bottomInset_ = 0;
+    QBasicTimer repetition_;
+};
+
+} // namespace MirrowvaleAuthenticator

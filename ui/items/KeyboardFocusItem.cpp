@@ -1,0 +1,30 @@
+#include "ui/items/KeyboardFocusItem.h"
+
+#include <QFocusEvent>
+
+#include <utility>
+
+namespace MirrowvaleAuthenticator {
+
+void KeyboardFocusItem::setVisualFocus(bool shows)
+{
+    if (std::exchange(focusShown_, shows) != shows) {
+        emit visualFocusChanged();
+    }
+}
+
+void KeyboardFocusItem::focusInEvent(QFocusEvent* event)
+{
+    const Qt::FocusReason reason = event->reason();
+    setVisualFocus(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
+                   || reason == Qt::ShortcutFocusReason);
+    QQuickItem::focusInEvent(event);
+}
+
+void KeyboardFocusItem::focusOutEvent(QFocusEvent* event)
+{
+    setVisualFocus(false);
+    QQuickItem::focusOutEvent(event);
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,16 @@
+#include "ui/items/ScreenItem.h"
+
+#include <QAccessible>
+
+namespace MirrowvaleAuthenticator {
+
+void ScreenItem::itemChange(ItemChange change, const ItemChangeData& data)
+{
+    QQuickItem::itemChange(change, data);
+    if (change == ItemEnabledHasChanged && QAccessible::isActive()) {
+        QAccessibleEvent event(this, data.boolValue ? QAccessible::ObjectShow : QAccessible::ObjectHide);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+} // namespace MirrowvaleAuthenticator

@@ -1,0 +1,36 @@
+#include "ui/items/TokenRowItem.h"
+
+#include <QStringList>
+
+namespace MirrowvaleAuthenticator {
+
+void TokenRowItem::componentComplete()
+{
+    KeyboardFocusItem::componentComplete();
+    // A list appends what it makes, but a screen reader reads the rows in the order in which they are
+    // stacked.
+    for (QQuickItem* sibling : parentItem() != nullptr ? parentItem()->childItems() : QList<QQuickItem*>()) {
+        const auto* row = qobject_cast<TokenRowItem*>(sibling);
+        if (row != nullptr && row->index_ > index_) {
+            stackBefore(row);
+            return;
+        }
+    }
+}
+
+QString TokenRowItem::spokenText() const
+{
+    QString digits;
+    for (const QChar digit : displayCode_) {
+        if (!digit.isSpace()) {
+            digits += digits.isEmpty() ? QString(digit) : QLatin1Char(' ') + digit;
+        }
+    }
+    QStringList parts{issuer_, account_, digits};
+    if (!offersNext_) {
+        parts += countdown_;
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+} // namespace MirrowvaleAuthenticator

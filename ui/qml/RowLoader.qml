@@ -1,7 +1,0 @@
-import QtQuick
-import MirrowvaleAuthenticator
-
-/// A part of a row that is made when it is needed; it finds its row here.
-Loader {
-    required property TokenRowItem row
-}

@@ -1,0 +1,215 @@
+import QtQuick
+import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Screens
+
+/// The fields of the add form, in sections. Pulled down at its top, it reports how far.
+Flickable {
+    id: root
+
+    required property AddTokenView form
+
+    signal pulled(real distance)
+    signal letGo(real velocity)
+
+    /// Gives focus to the field that a copied URI goes into.
+    function start(): void {
+        uri.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    /// Enter moves on as Tab does: from the last field to what is none, where an on-screen keyboard goes away.
+    function moveOn(): void {
+        focusItem.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    function importOrMoveOn(): void {
+        if (form.canImport) {
+            form.importFromURI()
+        } else {
+            moveOn()
+        }
+    }
+
+    /// Brings an item of the form into sight.
+    ///
+    /// @param part  what of it to show
+    function reveal(item: Item, part: rect): void {
+        bringsMessage = item === message
+        const shown = item.mapToItem(contentItem, part)
+        const seen = height - covered
+        if (shown.bottom > contentY + seen) {
+            contentY = Math.min(contentHeight - seen, shown.bottom - seen + Theme.padding)
+        }
+        if (shown.top < contentY) {
+            contentY = Math.max(0, shown.top - Theme.padding)
+        }
+    }
+
+    /// Scrolls the row of the form that has focus into view.
+    function revealFocus(): void {
+        for (const section of [importing, manual]) {
+            const row = section.rowAround(focusItem)
+            if (row) {
+                reveal(row, Qt.rect(0, 0, row.width, row.height))
+            }
+        }
+        if (uri.activeFocus) {
+            revealCaret()
+        }
+    }
+
+    /// The URI's field may be higher than what is in sight.
+    function revealCaret(): void {
+        reveal(uri, uri.cursorRectangle)
+    }
+
+    /// Whether a new message is to be in sight, once it has its place.
+    property bool bringsMessage: false
+
+    function revealMessage(): void {
+        reveal(message, Qt.rect(0, 0, message.width, message.height))
+    }
+
+    readonly property Item focusItem: Window.activeFocusItem
+
+    /// How far an on-screen keyboard reaches over the form, which ends at the window's lower edge once it is in place.
+    readonly property real covered: InputMethod.visible
+        ? Math.max(0, Window.height - InputMethod.keyboardRectangle.y) : 0
+
+    contentWidth: width
+    contentHeight: sections.height + 2 * Theme.padding
+    bottomMargin: covered
+    onFocusItemChanged: revealFocus()
+    onCoveredChanged: revealFocus()
+    onHeightChanged: revealFocus()
+    onContentHeightChanged: {
+        if (bringsMessage) {
+            revealMessage()
+        } else {
+            revealFocus()
+        }
+    }
+    onMovementStarted: bringsMessage = false
+    flickableDirection: Flickable.VerticalFlick
+    boundsBehavior: Flickable.DragOverBounds
+    boundsMovement: Flickable.StopAtBounds
+    clip: true
+    // The content follows a pull over its top at half its speed; the sheet goes with the finger.
+    onVerticalOvershootChanged: if (dragging && verticalOvershoot < 0) pulled(-2 * verticalOvershoot)
+    onDraggingChanged: if (!dragging) letGo(-verticalVelocity)
+
+    Connections {
+        target: root.form
+
+        function onErrorChanged(): void {
+            message.announce()
+            root.revealMessage()
+        }
+    }
+
+    Column {
+        id: sections
+
+        x: Theme.padding
+        y: Theme.padding
+        width: root.width - 2 * Theme.padding
+        spacing: Theme.padding + Theme.spacing
+
+        FormSection {
+            id: importing
+
+            width: parent.width
+            header: qsTr("Import")
+
+            GrowingField {
+                id: uri
+
+                width: parent.width
+                placeholder: qsTr("otpauth:// URI")
+                text: root.form.importURI
+                inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
+                Keys.onReturnPressed: root.importOrMoveOn()
+                Keys.onEnterPressed: root.importOrMoveOn()
+                onTextChanged: root.form.importURI = text
+                onCursorRectangleChanged: if (activeFocus) root.revealCaret()
+            }
+
+            FormButton {
+                width: parent.width
+                text: qsTr("Import URI")
+                enabled: root.form.canImport
+                onClicked: root.form.importFromURI()
+            }
+        }
+
+        FormSection {
+            id: manual
+
+            width: parent.width
+            header: qsTr("Manual token")
+
+            FormField {
+                width: parent.width
+                placeholder: qsTr("Issuer")
+                text: root.form.issuer
+                onAccepted: root.moveOn()
+                onTextChanged: root.form.issuer = text
+            }
+
+            FormField {
+                width: parent.width
+                placeholder: qsTr("Account")
+                text: root.form.account
+                inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+                onAccepted: root.moveOn()
+                onTextChanged: root.form.account = text
+            }
+
+            SecureField {
+                width: parent.width
+                placeholder: qsTr("Base32 secret")
+                onAccepted: root.moveOn()
+                onTextChanged: root.form.secret = text
+            }
+
+            Picker {
+                width: parent.width
+                label: qsTr("Algorithm")
+                options: root.form.algorithms
+                choice: root.form.algorithm
+                onChosen: option => root.form.algorithm = option
+            }
+
+            Stepper {
+                width: parent.width
+                label: qsTr("Digits: %1").arg(value)
+                value: root.form.digits
+                from: root.form.digitsRange.from
+                to: root.form.digitsRange.to
+                stepSize: root.form.digitsRange.step
+                onStepped: value => root.form.digits = value
+            }
+
+            Stepper {
+                width: parent.width
+                label: qsTr("Period: %1s").arg(value)
+                value: root.form.period
+                from: root.form.periodRange.from
+                to: root.form.periodRange.to
+                stepSize: root.form.periodRange.step
+                onStepped: value => root.form.period = value
+            }
+        }
+
+        FormSection {
+            width: parent.width
+            visible: root.form.error.length > 0
+
+            ErrorText {
+                id: message
+
+                width: parent.width
+                text: root.form.error
+            }
+        }
+    }
+}

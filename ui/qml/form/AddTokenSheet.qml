@@ -1,0 +1,134 @@
+import QtQuick
+import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Screens
+
+/// The add form, on a sheet that slides over the list screen from below.
+FocusScope {
+    id: root
+
+    required property ContentView contentView
+    required property AddTokenView form
+
+    readonly property bool presented: contentView.showingAdd
+
+    /// The panel's place. What an on-screen keyboard leaves of a phone held sideways is all its own.
+    readonly property real panelTop: height < 400 ? 0 : Theme.sheetTop
+
+    /// How far the panel stands below its place.
+    property real lowered: 0
+
+    function settle(): void {
+        sliding.to = presented ? 0 : height
+        sliding.restart()
+    }
+
+    /// Follows a finger downwards; lets go of the sheet where it has gone far or is fast.
+    function drag(distance: real): void {
+        sliding.stop()
+        lowered = Math.max(0, distance)
+    }
+
+    function release(velocity: real): void {
+        if (lowered > panel.height / 4 || (velocity > 800 && lowered > 0)) {
+            form.cancel()
+        } else {
+            settle()
+        }
+    }
+
+    focus: true
+    enabled: presented
+    LayoutMirroring.enabled: Theme.mirrored
+    LayoutMirroring.childrenInherit: true
+    Accessible.role: Accessible.Dialog
+    Accessible.name: bar.title
+    Keys.onEscapePressed: form.cancel()
+    onPresentedChanged: settle()
+    Component.onCompleted: {
+        lowered = height // not bound: the window's height may change while the sheet is up
+        settle()
+        fields.start()
+    }
+
+    NumberAnimation {
+        id: sliding
+
+        target: root
+        property: "lowered"
+        duration: Theme.sheetTime
+        easing.type: Easing.OutCubic
+        onFinished: if (!root.presented) root.contentView.discardAddTokenView()
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.dim
+        opacity: Theme.dimOpacity * Math.max(0, 1 - root.lowered / root.height)
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        hoverEnabled: true
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    Item {
+        id: panel
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: root.panelTop + root.lowered
+        width: Math.min(parent.width, Theme.sheetWidth)
+        height: parent.height - root.panelTop
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.bottomMargin: -radius
+            radius: Theme.sheetRadius
+            color: Theme.groupedBackground
+        }
+
+        NavigationBar {
+            id: bar
+
+            anchors { top: parent.top; topMargin: Theme.spacing; left: parent.left; right: parent.right }
+            title: qsTr("Add token")
+            lined: fields.contentY > 0
+            leadingWidth: cancel.width
+            trailingWidth: save.width
+
+            TextButton {
+                id: cancel
+
+                anchors { left: parent.left; verticalCenter: parent.verticalCenter }
+                text: qsTr("Cancel")
+                onClicked: root.form.cancel()
+            }
+
+            TextButton {
+                id: save
+
+                anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+                text: qsTr("Save")
+                font: Theme.barTitle
+                enabled: root.form.canSave
+                onClicked: root.form.saveManualToken()
+            }
+
+            DragHandler {
+                target: null
+                xAxis.enabled: false
+                onActiveTranslationChanged: if (active) root.drag(activeTranslation.y)
+                onActiveChanged: if (!active) root.release(centroid.velocity.y)
+            }
+        }
+
+        AddTokenForm {
+            id: fields
+
+            anchors { top: bar.bottom; left: parent.left; right: parent.right; bottom: parent.bottom }
+            form: root.form
+            onPulled: distance => root.drag(distance)
+            onLetGo: velocity => root.release(velocity)
+        }
+    }
+}
