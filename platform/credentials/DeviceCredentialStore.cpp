@@ -35,9 +35,9 @@ bool isReserve(const SecDictionary& entries)
 
 } // namespace
 
-DeviceCredentialStore::DeviceCredentialStore(CredentialStore& keyringStore, CredentialStore& sealedFileStore,
-                                             std::filesystem::path state)
-    : keyring(keyringStore), sealedFiles(sealedFileStore), stateFolder(std::move(state))
+DeviceCredentialStore::DeviceCredentialStore(CredentialStore& keyring, CredentialStore& sealedFiles,
+                                             std::filesystem::path stateFolder)
+    : keyring_(keyring), sealedFiles_(sealedFiles), stateFolder_(std::move(stateFolder))
 {
 }
 
@@ -47,7 +47,7 @@ OSStatus DeviceCredentialStore::copyMatching(const SecDictionary& query, SecResu
         result.emplace<std::monostate>();
         auto* known = place(query);
         if (isReserve(query)) {
-            return known == &sealedFiles ? errSecItemNotFound : sealedFiles.copyMatching(query, result);
+            return known == &sealedFiles_ ? errSecItemNotFound : sealedFiles_.copyMatching(query, result);
         }
         return known == nullptr ? search(query, result) : known->copyMatching(query, result);
     });
@@ -63,7 +63,7 @@ OSStatus DeviceCredentialStore::add(const SecDictionary& attributes)
     return statusOf([&] {
         auto& chosen = requirePlace(attributes);
         const auto status = chosen.add(attributes);
-        if (status == errSecSuccess && &chosen == &keyring) {
+        if (status == errSecSuccess && &chosen == &keyring_) {
             remember(attributes, keyringMark);
         }
         return status;
@@ -78,8 +78,8 @@ OSStatus DeviceCredentialStore::remove(const SecDictionary& query)
 /// Where the items of the service live, if that is known already.
 CredentialStore* DeviceCredentialStore::place(const SecDictionary& entries) const
 {
-    const auto found = places.find(requireName(entries).service);
-    return found == places.end() ? nullptr : found->second;
+    const auto found = places_.find(requireName(entries).service);
+    return found == places_.end() ? nullptr : found->second;
 }
 
 /// The store that the entries mean.
@@ -87,10 +87,10 @@ CredentialStore* DeviceCredentialStore::place(const SecDictionary& entries) cons
 CredentialStore& DeviceCredentialStore::requirePlace(const SecDictionary& entries)
 {
     if (isReserve(entries)) {
-        if (place(entries) == &sealedFiles) {
+        if (place(entries) == &sealedFiles_) {
             throw StatusError{errSecNotAvailable};
         }
-        return sealedFiles;
+        return sealedFiles_;
     }
     if (place(entries) == nullptr) {
         SecResult ignored;
@@ -111,16 +111,16 @@ OSStatus DeviceCredentialStore::search(const SecDictionary& query, SecResult& re
     const auto status = askKeyring(query, mark, found);
     switch (status) {
     case errSecSuccess:
-        places[service] = &keyring;
+        places_[service] = &keyring_;
         remember(query, keyringMark);
         result = std::move(found);
         return status;
     case errSecItemNotFound: {
-        const auto sealedStatus = sealedFiles.copyMatching(query, result);
+        const auto sealedStatus = sealedFiles_.copyMatching(query, result);
         if (sealedStatus == errSecItemNotFound) {
-            places[service] = &keyring;
+            places_[service] = &keyring_;
         } else if (sealedStatus == errSecSuccess || sealedStatus == errSecDecode) {
-            places[service] = &sealedFiles;
+            places_[service] = &sealedFiles_;
             if (mark != keyringMark) { // another keyring than this one may have the item
                 remember(query, sealedFilesMark);
             }
@@ -134,8 +134,8 @@ OSStatus DeviceCredentialStore::search(const SecDictionary& query, SecResult& re
         if (mark == keyringMark) {
             return status;
         }
-        places[service] = &sealedFiles;
-        return sealedFiles.copyMatching(query, result);
+        places_[service] = &sealedFiles_;
+        return sealedFiles_.copyMatching(query, result);
     }
 }
 
@@ -144,9 +144,9 @@ OSStatus DeviceCredentialStore::askKeyring(const SecDictionary& query, std::stri
                                            SecResult& result) const
 {
     auto question = nameOnly(query);
-    if (mark == sealedFilesMark && sealedFiles.copyMatching(question, result) != errSecItemNotFound) {
+    if (mark == sealedFilesMark && sealedFiles_.copyMatching(question, result) != errSecItemNotFound) {
         // The items were found here when the keyring was open: what it locks now is not opened on suspicion.
-        const auto status = keyring.copyMatching(question, result);
+        const auto status = keyring_.copyMatching(question, result);
         if (status != errSecSuccess) {
             return status == errSecInteractionNotAllowed ? errSecItemNotFound : status;
         }
@@ -155,7 +155,7 @@ OSStatus DeviceCredentialStore::askKeyring(const SecDictionary& query, std::stri
     if (mark == keyringMark) {
         question.emplace(kSecMatchKnownItem, true);
     }
-    return keyring.copyMatching(question, result);
+    return keyring_.copyMatching(question, result);
 }
 
 /// The mark, or an empty text where there is none that makes sense.
@@ -163,7 +163,7 @@ std::string DeviceCredentialStore::rememberedMark(std::string_view service) cons
 {
     std::string mark;
     statusOf([&] {
-        const auto folder = PrivateFolder::open(stateFolder);
+        const auto folder = PrivateFolder::open(stateFolder_);
         if (const auto bytes = folder ? folder->read(markName(service)) : std::nullopt) {
             mark = *bytes;
         }
@@ -180,7 +180,7 @@ void DeviceCredentialStore::remember(const SecDictionary& entries, std::string_v
         return;
     }
     statusOf([&] {
-        PrivateFolder::openOrCreate(stateFolder).write(markName(service), mark);
+        PrivateFolder::openOrCreate(stateFolder_).write(markName(service), mark);
         return errSecSuccess;
     });
 }

@@ -44,10 +44,10 @@ private:
     std::string rememberedMark(std::string_view service) const;
     void remember(const SecDictionary& entries, std::string_view mark) const;
 
-    CredentialStore& keyring;
-    CredentialStore& sealedFiles;
-    std::filesystem::path stateFolder;
-    std::map<std::string, CredentialStore*, std::less<>> places; ///< by service; until the process ends
+    CredentialStore& keyring_;
+    CredentialStore& sealedFiles_;
+    std::filesystem::path stateFolder_;
+    std::map<std::string, CredentialStore*, std::less<>> places_; ///< by service; until the process ends
 };
 
 } // namespace MirrowvaleAuthenticator

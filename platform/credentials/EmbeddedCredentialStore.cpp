@@ -28,8 +28,9 @@ struct EmbeddedCredentialStore::Item {
     }
 };
 
-EmbeddedCredentialStore::EmbeddedCredentialStore(std::filesystem::path data, std::filesystem::path state)
-    : dataFolder(std::move(data)), stateFolder(std::move(state))
+EmbeddedCredentialStore::EmbeddedCredentialStore(std::filesystem::path dataFolder,
+                                                 std::filesystem::path stateFolder)
+    : dataFolder_(std::move(dataFolder)), stateFolder_(std::move(stateFolder))
 {
 }
 
@@ -57,7 +58,7 @@ OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDi
         const auto& data = requireData(attributes);
         const auto status = checkIsKnown(item);
         if (status == errSecDecode) {
-            PrivateFolder::openOrCreate(dataFolder).setAside(item.fileName);
+            PrivateFolder::openOrCreate(dataFolder_).setAside(item.fileName);
             create(item, data);
             return errSecSuccess;
         }
@@ -88,7 +89,7 @@ OSStatus EmbeddedCredentialStore::remove(const SecDictionary& query)
         const auto item = Item::named(query);
         const auto status = checkIsKnown(item);
         if (status == errSecSuccess) {
-            PrivateFolder::openOrCreate(dataFolder).remove(item.fileName);
+            PrivateFolder::openOrCreate(dataFolder_).remove(item.fileName);
         }
         return status;
     });
@@ -97,7 +98,7 @@ OSStatus EmbeddedCredentialStore::remove(const SecDictionary& query)
 template <typename Open>
 OSStatus EmbeddedCredentialStore::visit(const Item& item, Open open) const
 {
-    const auto folder = PrivateFolder::open(dataFolder);
+    const auto folder = PrivateFolder::open(dataFolder_);
     auto box = folder ? folder->read(item.fileName) : std::nullopt;
     if (!box) {
         return errSecItemNotFound;
@@ -113,7 +114,7 @@ OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data)
         auto opened = unseal(key, context, std::move(box));
         if (opened) {
             data = std::move(*opened);
-            knownBoxes.insert(tag);
+            knownBoxes_.insert(tag);
         }
         return opened.has_value();
     });
@@ -130,7 +131,7 @@ OSStatus EmbeddedCredentialStore::checkIsKnown(const Item& item) const
 {
     bool isKnown = false;
     const auto status = visit(item, [&](SealingKey key, std::string_view context, const SecretString& box) {
-        isKnown = knownBoxes.contains(tagOf(box));
+        isKnown = knownBoxes_.contains(tagOf(box));
         return opens(key, context, box);
     });
     return status == errSecSuccess && !isKnown ? errSecInvalidItemRef : status;
@@ -140,14 +141,14 @@ OSStatus EmbeddedCredentialStore::checkIsKnown(const Item& item) const
 void EmbeddedCredentialStore::create(const Item& item, const SecretString& data)
 {
     const auto key = safeDeviceKey();
-    write(PrivateFolder::create(dataFolder), item, SealingKey(key), data);
+    write(PrivateFolder::create(dataFolder_), item, SealingKey(key), data);
 }
 
 /// Writes an item in the place of one that opened: key and folders are safe on disk since that one was made.
 void EmbeddedCredentialStore::replace(const Item& item, const SecretString& data)
 {
     const auto key = deviceKey();
-    const auto folder = PrivateFolder::open(dataFolder);
+    const auto folder = PrivateFolder::open(dataFolder_);
     if (!key || !folder) {
         throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
     }
@@ -158,14 +159,14 @@ void EmbeddedCredentialStore::write(const PrivateFolder& folder, const Item& ite
                                     const SecretString& data)
 {
     const auto box = seal(key, item.context, data);
-    knownBoxes.emplace(tagOf(box)); // before: a write that fails may have reached the disk
+    knownBoxes_.emplace(tagOf(box)); // before: a write that fails may have reached the disk
     folder.write(item.fileName, box);
 }
 
 /// The key, or nothing where there is none of the right size.
 std::optional<SecretBytes> EmbeddedCredentialStore::deviceKey() const
 {
-    const auto folder = PrivateFolder::open(stateFolder);
+    const auto folder = PrivateFolder::open(stateFolder_);
     const auto key = folder ? folder->read(deviceKeyName) : std::nullopt;
     if (!key || key->size() != sealingKeySize) {
         return std::nullopt;
@@ -176,7 +177,7 @@ std::optional<SecretBytes> EmbeddedCredentialStore::deviceKey() const
 /// The key, made where there is none, and in either case safe on disk.
 SecretBytes EmbeddedCredentialStore::safeDeviceKey() const
 {
-    const auto folder = PrivateFolder::create(stateFolder);
+    const auto folder = PrivateFolder::create(stateFolder_);
     if (auto key = deviceKey()) {
         folder.flush(); // whoever made it may not have lived to
         return std::move(*key);

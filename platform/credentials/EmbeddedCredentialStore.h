@@ -42,9 +42,9 @@ private:
     std::optional<SecretBytes> deviceKey() const;
     SecretBytes safeDeviceKey() const;
 
-    std::filesystem::path dataFolder;
-    std::filesystem::path stateFolder;
-    std::set<std::string, std::less<>> knownBoxes; ///< by the tag of each box read or written here
+    std::filesystem::path dataFolder_;
+    std::filesystem::path stateFolder_;
+    std::set<std::string, std::less<>> knownBoxes_; ///< by the tag of each box read or written here
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -44,14 +44,14 @@ OSStatus SecItemDelete(const SecDictionary& query)
     return currentStore().remove(query);
 }
 
-CredentialStoreOverride::CredentialStoreOverride(CredentialStore& store) : previous(overridingStore)
+CredentialStoreOverride::CredentialStoreOverride(CredentialStore& store) : previous_(overridingStore)
 {
     overridingStore = &store;
 }
 
 CredentialStoreOverride::~CredentialStoreOverride()
 {
-    overridingStore = previous;
+    overridingStore = previous_;
 }
 
 } // namespace MirrowvaleAuthenticator

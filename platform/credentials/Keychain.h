@@ -92,7 +92,7 @@ public:
     CredentialStoreOverride& operator=(const CredentialStoreOverride&) = delete;
 
 private:
-    CredentialStore* previous;
+    CredentialStore* previous_;
 };
 
 } // namespace MirrowvaleAuthenticator

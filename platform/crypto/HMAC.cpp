@@ -27,16 +27,16 @@ AuthenticationCode::AuthenticationCode(HashFunction hash, std::span<const std::u
 {
     switch (hash) {
     case HashFunction::sha1:
-        size = authenticate<hmac_sha1_ctx, hmac_sha1_set_key, hmac_sha1_update, hmac_sha1_digest,
-                            SHA1_DIGEST_SIZE>(key, message, storage.data());
+        size_ = authenticate<hmac_sha1_ctx, hmac_sha1_set_key, hmac_sha1_update, hmac_sha1_digest,
+                             SHA1_DIGEST_SIZE>(key, message, storage_.data());
         return;
     case HashFunction::sha256:
-        size = authenticate<hmac_sha256_ctx, hmac_sha256_set_key, hmac_sha256_update, hmac_sha256_digest,
-                            SHA256_DIGEST_SIZE>(key, message, storage.data());
+        size_ = authenticate<hmac_sha256_ctx, hmac_sha256_set_key, hmac_sha256_update, hmac_sha256_digest,
+                             SHA256_DIGEST_SIZE>(key, message, storage_.data());
         return;
     case HashFunction::sha512:
-        size = authenticate<hmac_sha512_ctx, hmac_sha512_set_key, hmac_sha512_update, hmac_sha512_digest,
-                            SHA512_DIGEST_SIZE>(key, message, storage.data());
+        size_ = authenticate<hmac_sha512_ctx, hmac_sha512_set_key, hmac_sha512_update, hmac_sha512_digest,
+                             SHA512_DIGEST_SIZE>(key, message, storage_.data());
         return;
     }
     __builtin_unreachable();
@@ -44,7 +44,7 @@ AuthenticationCode::AuthenticationCode(HashFunction hash, std::span<const std::u
 
 AuthenticationCode::~AuthenticationCode()
 {
-    wipe(storage.data(), storage.size());
+    wipe(storage_.data(), storage_.size());
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -18,11 +18,11 @@ public:
     AuthenticationCode(const AuthenticationCode&) = delete;
     AuthenticationCode& operator=(const AuthenticationCode&) = delete;
 
-    std::span<const std::uint8_t> bytes() const { return {storage.data(), size}; }
+    std::span<const std::uint8_t> bytes() const { return {storage_.data(), size_}; }
 
 private:
-    std::array<std::uint8_t, 64> storage{};
-    std::size_t size;
+    std::array<std::uint8_t, 64> storage_{};
+    std::size_t size_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -109,44 +109,44 @@ BusMessage makeRequest(sd_bus* bus, const std::string& token)
 
 } // namespace
 
-ApplicationName::ApplicationName() : bus(connectToSessionBus(busPatience))
+ApplicationName::ApplicationName() : bus_(connectToSessionBus(busPatience))
 {
     // The object first: a request may come as soon as the name is there.
-    if (!bus
-        || sd_bus_add_object_vtable(bus.get(), nullptr, objectPath, interface, methods.data(), this) < 0) {
+    if (!bus_
+        || sd_bus_add_object_vtable(bus_.get(), nullptr, objectPath, interface, methods.data(), this) < 0) {
         return;
     }
-    const int status = sd_bus_request_name(bus.get(), busName, 0);
-    own = status >= 0;
-    taken = status == -EEXIST;
+    const int status = sd_bus_request_name(bus_.get(), busName, 0);
+    own_ = status >= 0;
+    taken_ = status == -EEXIST;
     if (status == -ETIMEDOUT) {
-        bus = nullptr;
+        bus_ = nullptr;
     }
 }
 
 bool ApplicationName::activateOwner(const std::string& activationToken,
                                     std::chrono::milliseconds patience) const
 {
-    const BusMessage request = makeRequest(bus.get(), activationToken);
+    const BusMessage request = makeRequest(bus_.get(), activationToken);
     const auto limit = static_cast<std::uint64_t>(std::chrono::microseconds(patience).count());
-    return request && sd_bus_call(bus.get(), request.get(), limit, nullptr, nullptr) >= 0;
+    return request && sd_bus_call(bus_.get(), request.get(), limit, nullptr, nullptr) >= 0;
 }
 
 int ApplicationName::descriptor() const
 {
-    return own && bus ? sd_bus_get_fd(bus.get()) : -1;
+    return own_ && bus_ ? sd_bus_get_fd(bus_.get()) : -1;
 }
 
 std::optional<std::string> ApplicationName::takeActivation()
 {
-    int status = bus ? 1 : 0;
+    int status = bus_ ? 1 : 0;
     while (status > 0) {
-        status = sd_bus_process(bus.get(), nullptr);
+        status = sd_bus_process(bus_.get(), nullptr);
     }
     if (status < 0) {
-        bus = nullptr; // it has ended
+        bus_ = nullptr; // it has ended
     }
-    return std::exchange(requested, std::nullopt);
+    return std::exchange(requested_, std::nullopt);
 }
 
 } // namespace MirrowvaleAuthenticator

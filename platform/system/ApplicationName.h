@@ -18,9 +18,9 @@ public:
     ApplicationName(const ApplicationName&) = delete;
     ApplicationName& operator=(const ApplicationName&) = delete;
 
-    bool isConnected() const { return bus != nullptr; } ///< whether there is a bus that answers
-    bool isOwn() const { return own; }
-    bool isTaken() const { return taken; } ///< by another process
+    bool isConnected() const { return bus_ != nullptr; } ///< whether there is a bus that answers
+    bool isOwn() const { return own_; }
+    bool isTaken() const { return taken_; } ///< by another process
 
     /// Asks the process that has the name to come to the front.
     /// @param activationToken  the desktop's token that allows it to, or empty
@@ -37,13 +37,13 @@ public:
     std::optional<std::string> takeActivation();
 
     /// Called by the interface.
-    void noteActivation(std::string token) { requested = std::move(token); }
+    void noteActivation(std::string token) { requested_ = std::move(token); }
 
 private:
-    BusConnection bus;
-    bool own = false;
-    bool taken = false;
-    std::optional<std::string> requested;
+    BusConnection bus_;
+    bool own_ = false;
+    bool taken_ = false;
+    std::optional<std::string> requested_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -9,25 +9,25 @@ namespace MirrowvaleAuthenticator {
 class FileDescriptor {
 public:
     FileDescriptor() = default;
-    explicit FileDescriptor(int owned) : descriptor(owned) { }
-    FileDescriptor(FileDescriptor&& other) noexcept : descriptor(std::exchange(other.descriptor, -1)) { }
+    explicit FileDescriptor(int owned) : descriptor_(owned) { }
+    FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) { }
     FileDescriptor& operator=(FileDescriptor&& other) noexcept
     {
-        std::swap(descriptor, other.descriptor);
+        std::swap(descriptor_, other.descriptor_);
         return *this;
     }
     ~FileDescriptor()
     {
-        if (descriptor >= 0) {
-            close(descriptor);
+        if (descriptor_ >= 0) {
+            close(descriptor_);
         }
     }
 
-    int get() const { return descriptor; }
-    explicit operator bool() const { return descriptor >= 0; }
+    int get() const { return descriptor_; }
+    explicit operator bool() const { return descriptor_ >= 0; }
 
 private:
-    int descriptor = -1;
+    int descriptor_ = -1;
 };
 
 } // namespace MirrowvaleAuthenticator

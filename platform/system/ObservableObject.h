@@ -20,8 +20,8 @@ public:
 
     private:
         friend class ObservableObject;
-        explicit Subscription(std::shared_ptr<Observer> subscribed) : observer(std::move(subscribed)) { }
-        std::shared_ptr<Observer> observer;
+        explicit Subscription(std::shared_ptr<Observer> observer) : observer_(std::move(observer)) { }
+        std::shared_ptr<Observer> observer_;
     };
 
     ObservableObject() = default;
@@ -32,7 +32,7 @@ public:
     [[nodiscard]] Subscription objectWillChange(Observer observer)
     {
         auto shared = std::make_shared<Observer>(std::move(observer));
-        observers.push_back(shared);
+        observers_.push_back(shared);
         return Subscription(std::move(shared));
     }
 
@@ -45,9 +45,9 @@ private:
 
     void announceChange()
     {
-        std::erase_if(observers, [](const auto& observer) { return observer.expired(); });
+        std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
         // A copy: an observer may subscribe or leave while it is being told.
-        const auto current = observers;
+        const auto current = observers_;
         for (const auto& weak : current) {
             if (const auto observer = weak.lock()) {
                 (*observer)();
@@ -55,23 +55,20 @@ private:
         }
     }
 
-    std::vector<std::weak_ptr<Observer>> observers;
+    std::vector<std::weak_ptr<Observer>> observers_;
 };
 
 /// A property whose owner announces each assignment before it happens, whether or not the value differs.
 template <typename T>
 class Published {
 public:
-    explicit Published(ObservableObject& announcer, T initial = T())
-        : owner(announcer), value(std::move(initial))
-    {
-    }
+    explicit Published(ObservableObject& owner, T value = T()) : owner_(owner), value_(std::move(value)) { }
     Published(const Published&) = delete;
 
     Published& operator=(T newValue)
     {
-        owner.announceChange();
-        value = std::move(newValue);
+        owner_.announceChange();
+        value_ = std::move(newValue);
         return *this;
     }
     Published& operator=(const Published&) = delete;
@@ -80,16 +77,16 @@ public:
     template <typename Change>
     void modify(Change&& change)
     {
-        owner.announceChange();
-        std::forward<Change>(change)(value);
+        owner_.announceChange();
+        std::forward<Change>(change)(value_);
     }
 
-    const T& operator*() const { return value; }
-    const T* operator->() const { return &value; }
+    const T& operator*() const { return value_; }
+    const T* operator->() const { return &value_; }
 
 private:
-    ObservableObject& owner;
-    T value;
+    ObservableObject& owner_;
+    T value_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -118,10 +118,10 @@ PortalQuestion::PortalQuestion()
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         return;
     }
-    answer = FileDescriptor(ends[0]);
+    answer_ = FileDescriptor(ends[0]);
     const FileDescriptor question(ends[1]);
-    process = fork();
-    if (process == 0) {
+    process_ = fork();
+    if (process_ == 0) {
         askAndWrite(question.get());
         _exit(0);
     }
@@ -134,7 +134,7 @@ PortalQuestion::~PortalQuestion()
 
 void PortalQuestion::end()
 {
-    if (const pid_t ending = std::exchange(process, -1); ending > 0) {
+    if (const pid_t ending = std::exchange(process_, -1); ending > 0) {
         kill(ending, SIGKILL);
         waitpid(ending, nullptr, 0);
     }
@@ -143,12 +143,12 @@ void PortalQuestion::end()
 std::optional<std::vector<DesktopSetting>> PortalQuestion::takeAnswer(std::chrono::milliseconds patience)
 {
     const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(
-        asked + patience - std::chrono::steady_clock::now());
-    pollfd waiting{answer.get(), POLLIN, 0};
-    if (answer && poll(&waiting, 1, std::max(0, static_cast<int>(rest.count()))) <= 0) {
+        asked_ + patience - std::chrono::steady_clock::now());
+    pollfd waiting{answer_.get(), POLLIN, 0};
+    if (answer_ && poll(&waiting, 1, std::max(0, static_cast<int>(rest.count()))) <= 0) {
         return std::nullopt;
     }
-    std::istringstream lines(readToEnd(answer.get()));
+    std::istringstream lines(readToEnd(answer_.get()));
     end();
     std::vector<DesktopSetting> settings;
     DesktopSetting setting;

@@ -32,7 +32,7 @@ public:
     PortalQuestion& operator=(const PortalQuestion&) = delete;
 
     /// Becomes readable when the answer is there, or none will come.
-    int descriptor() const { return answer.get(); }
+    int descriptor() const { return answer_.get(); }
 
     /// @returns the desktop's settings, none where it tells none; nothing where it has not answered within
     ///          `patience` from the question on
@@ -41,9 +41,9 @@ public:
 private:
     void end();
 
-    std::chrono::steady_clock::time_point asked = std::chrono::steady_clock::now();
-    FileDescriptor answer;
-    pid_t process = -1;
+    std::chrono::steady_clock::time_point asked_ = std::chrono::steady_clock::now();
+    FileDescriptor answer_;
+    pid_t process_ = -1;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -218,7 +218,7 @@ PrivateFolder PrivateFolder::create(const std::filesystem::path& path)
 
 std::optional<SecretString> PrivateFolder::read(const std::string& name) const
 {
-    const auto file = openExisting(folder.get(), name.c_str(), O_NOFOLLOW);
+    const auto file = openExisting(folder_.get(), name.c_str(), O_NOFOLLOW);
     if (!file) {
         return std::nullopt;
     }
@@ -229,10 +229,10 @@ std::optional<SecretString> PrivateFolder::read(const std::string& name) const
 void PrivateFolder::write(const std::string& name, std::string_view bytes) const
 {
     const auto temporary = name + ".new";
-    removeFrom(folder.get(), temporary); // what an interrupted write left behind is of no use to anyone
+    removeFrom(folder_.get(), temporary); // what an interrupted write left behind is of no use to anyone
     try {
         const auto file =
-            opened(folder.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+            opened(folder_.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
         if (!file) {
             throwErrno("openat");
         }
@@ -240,13 +240,13 @@ void PrivateFolder::write(const std::string& name, std::string_view bytes) const
         writeAll(file.get(), bytes);
         flushDescriptor(file.get());
         const auto rename = [&] {
-            return renameat(folder.get(), temporary.c_str(), folder.get(), name.c_str());
+            return renameat(folder_.get(), temporary.c_str(), folder_.get(), name.c_str());
         };
         if (uninterrupted(rename) != 0) {
             throwErrno("renameat");
         }
     } catch (...) {
-        unlinkat(folder.get(), temporary.c_str(), 0);
+        unlinkat(folder_.get(), temporary.c_str(), 0);
         throw;
     }
     flush();
@@ -254,13 +254,13 @@ void PrivateFolder::write(const std::string& name, std::string_view bytes) const
 
 void PrivateFolder::remove(const std::string& name) const
 {
-    removeFrom(folder.get(), name);
+    removeFrom(folder_.get(), name);
     flush();
 }
 
 void PrivateFolder::flush() const
 {
-    flushDescriptor(folder.get());
+    flushDescriptor(folder_.get());
 }
 
 void PrivateFolder::setAside(const std::string& name) const

@@ -47,12 +47,12 @@ public:
     /// unless one of them holds the same bytes already.
     void setAside(const std::string& name) const;
 
-    int descriptor() const { return folder.get(); }
+    int descriptor() const { return folder_.get(); }
 
 private:
-    explicit PrivateFolder(FileDescriptor owned) : folder(std::move(owned)) { }
+    explicit PrivateFolder(FileDescriptor owned) : folder_(std::move(owned)) { }
 
-    FileDescriptor folder;
+    FileDescriptor folder_;
 };
 
 } // namespace MirrowvaleAuthenticator

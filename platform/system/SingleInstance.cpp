@@ -131,40 +131,40 @@ std::string receiveToken(int connection)
 
 SingleInstance::SingleInstance()
 {
-    if (name.isTaken()) {
+    if (name_.isTaken()) {
         return;
     }
     lockFolder();
     if (!isSecond()) {
-        waiting = FileDescriptor(epoll_create1(EPOLL_CLOEXEC));
-        waitFor(name.descriptor());
-        waitFor(listener.get());
+        waiting_ = FileDescriptor(epoll_create1(EPOLL_CLOEXEC));
+        waitFor(name_.descriptor());
+        waitFor(listener_.get());
     }
 }
 
 SingleInstance::~SingleInstance()
 {
-    if (listener) {
-        unlinkat(folder.get(), socketName, 0);
+    if (listener_) {
+        unlinkat(folder_.get(), socketName, 0);
     }
 }
 
 void SingleInstance::lockFolder()
 {
-    folder = openFolder();
-    if (!folder) {
+    folder_ = openFolder();
+    if (!folder_) {
         return;
     }
     // The folder itself, as anything may lie in the place of a file in it; and a file, as disks of a network
     // lock only what is open for writing.
-    lock = FileDescriptor(
-        openat(folder.get(), lockName, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
-    for (const auto* place : {&folder, &lock}) {
+    lock_ = FileDescriptor(
+        openat(folder_.get(), lockName, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
+    for (const auto* place : {&folder_, &lock_}) {
         const bool isRefused = *place && flock(place->get(), LOCK_EX | LOCK_NB) != 0;
-        lockedByOther = lockedByOther || (isRefused && errno == EWOULDBLOCK);
+        lockedByOther_ = lockedByOther_ || (isRefused && errno == EWOULDBLOCK);
     }
-    if (!lockedByOther) {
-        listener = listenIn(folder.get());
+    if (!lockedByOther_) {
+        listener_ = listenIn(folder_.get());
     }
 }
 
@@ -173,21 +173,21 @@ void SingleInstance::waitFor(int descriptor)
     epoll_event readable{};
     readable.events = EPOLLIN;
     if (descriptor >= 0) {
-        epoll_ctl(waiting.get(), EPOLL_CTL_ADD, descriptor, &readable);
+        epoll_ctl(waiting_.get(), EPOLL_CTL_ADD, descriptor, &readable);
     }
 }
 
 bool SingleInstance::activateFirst(const std::string& activationToken,
                                    std::chrono::milliseconds patience) const
 {
-    return name.isTaken() ? name.activateOwner(activationToken, patience)
-                          : askListener(folder.get(), activationToken, steady_clock::now() + patience);
+    return name_.isTaken() ? name_.activateOwner(activationToken, patience)
+                           : askListener(folder_.get(), activationToken, steady_clock::now() + patience);
 }
 
 std::optional<std::string> SingleInstance::takeActivation()
 {
-    auto token = name.takeActivation();
-    while (const auto connection = acceptFrom(listener)) {
+    auto token = name_.takeActivation();
+    while (const auto connection = acceptFrom(listener_)) {
         token = receiveToken(connection.get());
     }
     return token;

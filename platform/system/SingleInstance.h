@@ -26,10 +26,10 @@ public:
 
     /// Whether another process has the name or the lock. Where neither can be taken at all (no bus, and a
     /// folder on a disk that is only readable, say), the process counts as the first.
-    bool isSecond() const { return name.isTaken() || lockedByOther; }
+    bool isSecond() const { return name_.isTaken() || lockedByOther_; }
 
     /// Whether the session has a bus that answers.
-    bool isOnBus() const { return name.isConnected(); }
+    bool isOnBus() const { return name_.isConnected(); }
 
     /// Second instance: asks the first to come to the front.
     /// @param activationToken  the desktop's token that allows it to (XDG_ACTIVATION_TOKEN), or empty
@@ -38,7 +38,7 @@ public:
 
     /// First instance: the descriptor that becomes readable when another start may have asked for it; -1 for
     /// none. What has come already is to be taken first.
-    int activationDescriptor() const { return waiting.get(); }
+    int activationDescriptor() const { return waiting_.get(); }
 
     /// First instance: takes what waits at the descriptor.
     /// @returns the activation token of a request to come to the front, empty where it brought none; nothing
@@ -49,12 +49,12 @@ private:
     void lockFolder();
     void waitFor(int descriptor);
 
-    ApplicationName name;
-    FileDescriptor folder; ///< locked itself
-    FileDescriptor lock;
-    bool lockedByOther = false;
-    FileDescriptor listener;
-    FileDescriptor waiting; ///< on the listener and on the bus
+    ApplicationName name_;
+    FileDescriptor folder_; ///< locked itself
+    FileDescriptor lock_;
+    bool lockedByOther_ = false;
+    FileDescriptor listener_;
+    FileDescriptor waiting_; ///< on the listener and on the bus
 };
 
 /// Becomes the only instance; where another process is that already, it is asked to come to the front.

@@ -20,15 +20,15 @@ public:
     }
     static constexpr Date fromSecondsSinceReferenceDate(double seconds) { return Date(seconds); }
 
-    constexpr double secondsSince1970() const { return seconds + referenceDateSince1970; }
-    constexpr double secondsSinceReferenceDate() const { return seconds; }
+    constexpr double secondsSince1970() const { return seconds_ + referenceDateSince1970; }
+    constexpr double secondsSinceReferenceDate() const { return seconds_; }
 
     friend constexpr bool operator==(Date, Date) = default;
 
 private:
-    explicit constexpr Date(double secondsSinceReferenceDate) : seconds(secondsSinceReferenceDate) { }
+    explicit constexpr Date(double secondsSinceReferenceDate) : seconds_(secondsSinceReferenceDate) { }
 
-    double seconds = 0;
+    double seconds_ = 0;
 };
 
 } // namespace MirrowvaleAuthenticator

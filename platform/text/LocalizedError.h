@@ -9,14 +9,14 @@ namespace MirrowvaleAuthenticator {
 /// The base of every error of this system: one English sentence, shown to the user as it stands.
 class LocalizedError : public std::exception {
 public:
-    const std::string& errorDescription() const noexcept { return description; }
-    const char* what() const noexcept override { return description.c_str(); }
+    const std::string& errorDescription() const noexcept { return description_; }
+    const char* what() const noexcept override { return description_.c_str(); }
 
 protected:
-    explicit LocalizedError(std::string errorDescription) : description(std::move(errorDescription)) { }
+    explicit LocalizedError(std::string errorDescription) : description_(std::move(errorDescription)) { }
 
 private:
-    std::string description;
+    std::string description_;
 };
 
 /// The sentence that stands for any failure: an error's own description where it has one, else a general one.

@@ -313,18 +313,18 @@ std::optional<std::string_view> removePercentEncoding(std::span<char> text)
 LocalizedCaseInsensitiveOrder::LocalizedCaseInsensitiveOrder()
 {
     UErrorCode status = U_ZERO_ERROR;
-    collator = ucol_open(collationLocale().c_str(), &status);
+    collator_ = ucol_open(collationLocale().c_str(), &status);
     require(status);
     // Letters and accents tell texts apart, case does not.
-    ucol_setStrength(collator, UCOL_SECONDARY);
+    ucol_setStrength(collator_, UCOL_SECONDARY);
     // Texts that are the same but for the order of their combining marks sort as one.
-    ucol_setAttribute(collator, UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
+    ucol_setAttribute(collator_, UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
     require(status);
 }
 
 LocalizedCaseInsensitiveOrder::~LocalizedCaseInsensitiveOrder()
 {
-    ucol_close(collator);
+    ucol_close(collator_);
 }
 
 std::string LocalizedCaseInsensitiveOrder::sortKey(std::string_view text) const
@@ -332,7 +332,7 @@ std::string LocalizedCaseInsensitiveOrder::sortKey(std::string_view text) const
     const auto utf16 = icu::UnicodeString::fromUTF8(piece(text));
     std::array<std::uint8_t, 256> small{};
     const auto write = [&](std::uint8_t* memory, std::size_t capacity) {
-        return static_cast<std::size_t>(ucol_getSortKey(collator, utf16.getBuffer(), utf16.length(), memory,
+        return static_cast<std::size_t>(ucol_getSortKey(collator_, utf16.getBuffer(), utf16.length(), memory,
                                                         static_cast<std::int32_t>(capacity)));
     };
     const std::size_t length = write(small.data(), small.size());

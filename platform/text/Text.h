@@ -58,7 +58,7 @@ public:
     std::string sortKey(std::string_view text) const;
 
 private:
-    UCollator* collator;
+    UCollator* collator_;
 };
 
 /// The paths that serve text beyond ASCII, open to tests that compare them with the fast ones.

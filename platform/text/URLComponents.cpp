@@ -79,9 +79,9 @@ void appendQueryItems(std::span<char> query, std::vector<URLComponents::QueryIte
 std::optional<URLComponents> URLComponents::fromString(std::string_view text)
 {
     URLComponents components;
-    components.text = std::make_unique_for_overwrite<char[]>(text.size());
-    std::ranges::copy(text, components.text.get());
-    std::span<char> rest(components.text.get(), text.size());
+    components.text_ = std::make_unique_for_overwrite<char[]>(text.size());
+    std::ranges::copy(text, components.text_.get());
+    std::span<char> rest(components.text_.get(), text.size());
 
     UriUriA parsed;
     if (uriParseSingleUriExA(&parsed, rest.data(), rest.data() + rest.size(), nullptr) != URI_SUCCESS) {

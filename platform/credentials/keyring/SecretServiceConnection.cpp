@@ -51,20 +51,20 @@ GType serviceType()
 
 bool ErrorReport::saysLocked() const
 {
-    return g_error_matches(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED) != FALSE;
+    return g_error_matches(error_, SECRET_ERROR, SECRET_ERROR_IS_LOCKED) != FALSE;
 }
 
 bool ErrorReport::saysMissing() const
 {
-    return g_error_matches(error, SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT) != FALSE
-        || g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD) != FALSE
-        || g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_OBJECT) != FALSE;
+    return g_error_matches(error_, SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT) != FALSE
+        || g_error_matches(error_, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD) != FALSE
+        || g_error_matches(error_, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_OBJECT) != FALSE;
 }
 
 void ErrorReport::require() const
 {
-    if (error != nullptr) {
-        throw StatusError{statusForError(error->domain, error->code)};
+    if (error_ != nullptr) {
+        throw StatusError{statusForError(error_->domain, error_->code)};
     }
 }
 

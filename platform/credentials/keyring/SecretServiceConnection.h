@@ -20,11 +20,11 @@ using Owned = std::unique_ptr<Object, Release>;
 class ErrorReport {
 public:
     ErrorReport() = default;
-    ~ErrorReport() { g_clear_error(&error); }
+    ~ErrorReport() { g_clear_error(&error_); }
     ErrorReport(const ErrorReport&) = delete;
     ErrorReport& operator=(const ErrorReport&) = delete;
 
-    operator GError**() { return &error; }
+    operator GError**() { return &error_; }
 
     bool saysLocked() const;
     bool saysMissing() const; ///< there is no such object
@@ -33,7 +33,7 @@ public:
     void require() const;
 
 private:
-    GError* error = nullptr;
+    GError* error_ = nullptr;
 };
 
 /// A connection to the Secret Service of the user's session, which has a bus.

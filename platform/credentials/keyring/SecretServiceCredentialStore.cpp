@@ -356,18 +356,18 @@ OSStatus SecretServiceCredentialStore::remove(const SecDictionary&)
 
 bool SecretServiceCredentialStore::isKnown(std::string_view account) const
 {
-    return known.contains(account);
+    return known_.contains(account);
 }
 
 bool SecretServiceCredentialStore::isKnown(std::string_view account, const SecretString& data) const
 {
-    const auto found = known.find(account);
-    return found != known.end() && found->second.contains(digestOf(data));
+    const auto found = known_.find(account);
+    return found != known_.end() && found->second.contains(digestOf(data));
 }
 
 void SecretServiceCredentialStore::note(std::string_view account, const SecretString& data)
 {
-    known[std::string(account)].insert(digestOf(data));
+    known_[std::string(account)].insert(digestOf(data));
 }
 
 CredentialStore* mirrowvaleKeyring()

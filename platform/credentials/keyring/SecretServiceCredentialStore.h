@@ -30,7 +30,7 @@ private:
     void note(std::string_view account, const SecretString& data);
 
     std::map<std::string, std::set<std::string>, std::less<>>
-        known; ///< digests of data, by the item's account
+        known_; ///< digests of data, by the item's account
 };
 
 } // namespace MirrowvaleAuthenticator

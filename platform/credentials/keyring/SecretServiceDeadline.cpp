@@ -11,7 +11,7 @@ constexpr std::chrono::seconds patience{4};
 } // namespace
 
 SecretServiceDeadline::SecretServiceDeadline()
-    : end(Clock::now() + patience), watcher([this](const std::stop_token& stop) { watch(stop); })
+    : end_(Clock::now() + patience), watcher_([this](const std::stop_token& stop) { watch(stop); })
 {
     current = this;
 }
@@ -19,36 +19,36 @@ SecretServiceDeadline::SecretServiceDeadline()
 SecretServiceDeadline::~SecretServiceDeadline()
 {
     current = nullptr;
-    watcher.request_stop();
-    watcher.join();
-    g_object_unref(calls);
+    watcher_.request_stop();
+    watcher_.join();
+    g_object_unref(calls_);
 }
 
 void SecretServiceDeadline::watch(const std::stop_token& stop)
 {
-    std::unique_lock lock(mutex);
-    while (!stop.stop_requested() && Clock::now() < end) {
-        const auto seen = end;
-        changed.wait_until(lock, stop, seen, [&] { return end != seen; });
+    std::unique_lock lock(mutex_);
+    while (!stop.stop_requested() && Clock::now() < end_) {
+        const auto seen = end_;
+        changed_.wait_until(lock, stop, seen, [&] { return end_ != seen; });
     }
     if (!stop.stop_requested()) {
-        g_cancellable_cancel(calls);
+        g_cancellable_cancel(calls_);
     }
 }
 
 void SecretServiceDeadline::setEnd(Clock::time_point newEnd)
 {
     {
-        const std::lock_guard lock(mutex);
-        end = newEnd;
+        const std::lock_guard lock(mutex_);
+        end_ = newEnd;
     }
-    changed.notify_all();
+    changed_.notify_all();
 }
 
 SecretServiceDeadline::Pause::Pause()
 {
     if (current != nullptr) {
-        remaining = current->end - Clock::now();
+        remaining_ = current->end_ - Clock::now();
         current->setEnd(Clock::now() + std::chrono::hours(24 * 365));
     }
 }
@@ -56,7 +56,7 @@ SecretServiceDeadline::Pause::Pause()
 SecretServiceDeadline::Pause::~Pause()
 {
     if (current != nullptr) {
-        current->setEnd(Clock::now() + remaining);
+        current->setEnd(Clock::now() + remaining_);
     }
 }
 

@@ -19,8 +19,8 @@ public:
     SecretServiceDeadline& operator=(const SecretServiceDeadline&) = delete;
 
     /// For each call of the operation that waits for an answer.
-    GCancellable* cancellable() const { return calls; }
-    bool hasPassed() const { return g_cancellable_is_cancelled(calls) != FALSE; }
+    GCancellable* cancellable() const { return calls_; }
+    bool hasPassed() const { return g_cancellable_is_cancelled(calls_) != FALSE; }
 
     /// The user is being asked: as long as this lives, the time of the operation at hand does not count.
     class Pause {
@@ -31,7 +31,7 @@ public:
         Pause& operator=(const Pause&) = delete;
 
     private:
-        std::chrono::steady_clock::duration remaining{};
+        std::chrono::steady_clock::duration remaining_{};
     };
 
 private:
@@ -39,11 +39,11 @@ private:
     void setEnd(std::chrono::steady_clock::time_point newEnd);
 
     static inline SecretServiceDeadline* current = nullptr; ///< of the operation at hand: there is one thread
-    GCancellable* calls = g_cancellable_new();
-    std::mutex mutex;
-    std::condition_variable_any changed;
-    std::chrono::steady_clock::time_point end;
-    std::jthread watcher; ///< the last to be made, the first to end
+    GCancellable* calls_ = g_cancellable_new();
+    std::mutex mutex_;
+    std::condition_variable_any changed_;
+    std::chrono::steady_clock::time_point end_;
+    std::jthread watcher_; ///< the last to be made, the first to end
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -13,20 +13,20 @@ namespace {
 /// A context of its own for the signals of one prompt, so that nothing else runs meanwhile.
 class PromptContext {
 public:
-    PromptContext() { g_main_context_push_thread_default(context); }
+    PromptContext() { g_main_context_push_thread_default(context_); }
     ~PromptContext()
     {
-        g_main_context_pop_thread_default(context);
-        g_main_context_unref(context);
+        g_main_context_pop_thread_default(context_);
+        g_main_context_unref(context_);
     }
     PromptContext(const PromptContext&) = delete;
     PromptContext& operator=(const PromptContext&) = delete;
 
-    void wait() { g_main_context_iteration(context, TRUE); }
-    GMainContext* get() const { return context; }
+    void wait() { g_main_context_iteration(context_, TRUE); }
+    GMainContext* get() const { return context_; }
 
 private:
-    GMainContext* context = g_main_context_new();
+    GMainContext* context_ = g_main_context_new();
 };
 
 /// Calls a function every two seconds, in a context.
@@ -34,39 +34,39 @@ class Repeated {
 public:
     Repeated(GMainContext* context, GSourceFunc function, gpointer data)
     {
-        g_source_set_callback(source, function, data, nullptr);
-        g_source_attach(source, context);
+        g_source_set_callback(source_, function, data, nullptr);
+        g_source_attach(source_, context);
     }
     ~Repeated()
     {
-        g_source_destroy(source);
-        g_source_unref(source);
+        g_source_destroy(source_);
+        g_source_unref(source_);
     }
     Repeated(const Repeated&) = delete;
     Repeated& operator=(const Repeated&) = delete;
 
 private:
-    GSource* source = g_timeout_source_new_seconds(2);
+    GSource* source_ = g_timeout_source_new_seconds(2);
 };
 
 /// What has become of the prompt; listens as long as it lives.
 class PromptAnswer {
 public:
-    PromptAnswer(GDBusConnection* connection, const char* ownerName, const char* path)
-        : bus(connection),
-          owner(ownerName),
-          signal(g_dbus_connection_signal_subscribe(bus, owner, "org.freedesktop.Secret.Prompt", "Completed",
-                                                    path, nullptr, G_DBUS_SIGNAL_FLAGS_NONE, completed, this,
-                                                    nullptr)),
-          watch(g_bus_watch_name_on_connection(bus, owner, G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, vanished,
-                                               this, nullptr))
+    PromptAnswer(GDBusConnection* bus, const char* owner, const char* path)
+        : bus_(bus),
+          owner_(owner),
+          signal_(g_dbus_connection_signal_subscribe(bus_, owner_, "org.freedesktop.Secret.Prompt",
+                                                     "Completed", path, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+                                                     completed, this, nullptr)),
+          watch_(g_bus_watch_name_on_connection(bus_, owner_, G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr,
+                                                vanished, this, nullptr))
     {
     }
     ~PromptAnswer()
     {
-        g_bus_unwatch_name(watch);
-        g_dbus_connection_signal_unsubscribe(bus, signal);
-        g_clear_pointer(&result, g_variant_unref);
+        g_bus_unwatch_name(watch_);
+        g_dbus_connection_signal_unsubscribe(bus_, signal_);
+        g_clear_pointer(&result_, g_variant_unref);
     }
     PromptAnswer(const PromptAnswer&) = delete;
     PromptAnswer& operator=(const PromptAnswer&) = delete;
@@ -77,28 +77,28 @@ public:
         constexpr int patience = 4000; // milliseconds
         auto& answer = *static_cast<PromptAnswer*>(object);
         GError* error = nullptr;
-        auto* reply = g_dbus_connection_call_sync(answer.bus, answer.owner, "/", "org.freedesktop.DBus.Peer",
-                                                  "Ping", nullptr, nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
-                                                  patience, nullptr, &error);
-        answer.isServiceGone |= g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE;
+        auto* reply = g_dbus_connection_call_sync(answer.bus_, answer.owner_, "/",
+                                                  "org.freedesktop.DBus.Peer", "Ping", nullptr, nullptr,
+                                                  G_DBUS_CALL_FLAGS_NO_AUTO_START, patience, nullptr, &error);
+        answer.isServiceGone_ |= g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE;
         g_clear_pointer(&reply, g_variant_unref);
         g_clear_error(&error);
         return G_SOURCE_CONTINUE;
     }
 
-    bool hasCome() const { return result != nullptr || isDismissed || isServiceGone; }
+    bool hasCome() const { return result_ != nullptr || isDismissed_ || isServiceGone_; }
 
     GVariant* take(const GVariantType* expected, GError** error)
     {
-        if (isDismissed) {
+        if (isDismissed_) {
             g_set_error_literal(error, G_IO_ERROR, G_IO_ERROR_CANCELLED, "The prompt was dismissed.");
-        } else if (result == nullptr) {
+        } else if (result_ == nullptr) {
             g_set_error_literal(error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY, "The service ended.");
-        } else if (expected != nullptr && g_variant_is_of_type(result, expected) == FALSE) {
+        } else if (expected != nullptr && g_variant_is_of_type(result_, expected) == FALSE) {
             g_set_error_literal(error, SECRET_ERROR, SECRET_ERROR_PROTOCOL,
                                 "The prompt has no proper result.");
         } else {
-            return std::exchange(result, nullptr);
+            return std::exchange(result_, nullptr);
         }
         return nullptr;
     }
@@ -110,23 +110,23 @@ private:
         auto& answer = *static_cast<PromptAnswer*>(object);
         if (!answer.hasCome() && g_variant_is_of_type(parameters, G_VARIANT_TYPE("(bv)")) != FALSE) {
             gboolean dismissed = FALSE;
-            g_variant_get(parameters, "(bv)", &dismissed, &answer.result);
-            answer.isDismissed = dismissed != FALSE;
+            g_variant_get(parameters, "(bv)", &dismissed, &answer.result_);
+            answer.isDismissed_ = dismissed != FALSE;
         }
     }
 
     static void vanished(GDBusConnection*, const char*, gpointer object)
     {
-        static_cast<PromptAnswer*>(object)->isServiceGone = true;
+        static_cast<PromptAnswer*>(object)->isServiceGone_ = true;
     }
 
-    GVariant* result = nullptr;
-    bool isDismissed = false;
-    bool isServiceGone = false;
-    GDBusConnection* bus;
-    const char* owner;
-    guint signal;
-    guint watch;
+    GVariant* result_ = nullptr;
+    bool isDismissed_ = false;
+    bool isServiceGone_ = false;
+    GDBusConnection* bus_;
+    const char* owner_;
+    guint signal_;
+    guint watch_;
 };
 
 } // namespace
