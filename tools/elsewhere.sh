@@ -108,11 +108,11 @@ addUser() {
     echo "$user ALL=(ALL) NOPASSWD: ALL" >"$system/etc/sudoers.d/$user"
 }
 
-# A copy of the tree takes the place of the last one; what was built there stays.
+# A copy of the tree takes the place of the last one; what was built there stays. A file that differs is newer than
+# what was built of it, whenever it was changed here.
 copyTree() {
     mkdir -p "$system$home/mirrowvale"
-    find "$system$home/mirrowvale" -mindepth 1 -maxdepth 1 ! -name build -exec rm -rf {} +
-    tar -c --exclude=./build --exclude=./.git . | tar -x --no-same-owner -C "$system$home/mirrowvale"
+    rsync -rlp --checksum --delete --exclude=/build --exclude=/.git ./ "$system$home/mirrowvale/"
     inside chown -R "$user:" "$home/mirrowvale"
 }
 
