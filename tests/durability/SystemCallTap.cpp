@@ -54,8 +54,17 @@ auto tapped(Describe describe, Real real) -> decltype(real())
 
 using namespace MirrowvaleAuthenticator;
 
+// What the C library names these calls where sizes, and times, take 64 bits.
+#define OPENAT openat64
+#if __SIZEOF_POINTER__ == 4 && defined(_TIME_BITS) && _TIME_BITS == 64
+#define FSTAT __fstat64_time64
+#else
+#define FSTAT fstat64
+#endif
+
 // The linker sends the program's calls to __wrap_NAME, and calls of __real_NAME to the C library.
-#define TAP(Result, name, parameters, arguments, ...)                                                        \
+#define TAP(Result, name, ...) TAP_NAMED(Result, name, __VA_ARGS__)
+#define TAP_NAMED(Result, name, parameters, arguments, ...)                                                  \
     Result __real_##name parameters;                                                                         \
     Result __wrap_##name parameters                                                                          \
     {                                                                                                        \
@@ -65,12 +74,12 @@ using namespace MirrowvaleAuthenticator;
 extern "C" {
 
 TAP(int, fchmod, (int file, mode_t mode), (file, mode), {})
-TAP(int, fstat, (int file, struct stat* status), (file, status), {})
+TAP(int, FSTAT, (int file, struct stat* status), (file, status), {})
 TAP(int, fsync, (int file), (file), {Kind::flush, pathOf(file)})
 TAP(ssize_t, getrandom, (void* bytes, std::size_t size, unsigned flags), (bytes, size, flags), {})
 TAP(int, mkdir, (const char* path, mode_t mode), (path, mode), {Kind::makeFolder, pathOf(AT_FDCWD, path)})
 // The mode of a call without one is whatever the register holds, and the kernel does not look at it.
-TAP(int, openat, (int folder, const char* name, int flags, mode_t mode), (folder, name, flags, mode),
+TAP(int, OPENAT, (int folder, const char* name, int flags, mode_t mode), (folder, name, flags, mode),
     {(flags & O_CREAT) != 0 ? Kind::create : Kind::other, pathOf(folder, name)})
 TAP(ssize_t, read, (int file, void* bytes, std::size_t size), (file, bytes, size), {})
 TAP(int, renameat, (int folder, const char* from, int toFolder, const char* to), (folder, from, toFolder, to),
