@@ -5,8 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tools/packages.sh <(grep -v '^q' packaging/build-packages.txt) \
-    <(grep -E '^(dbus-daemon|gnome-keyring|locales|python3|python3-gi) ' packaging/check-packages.txt)
+tools/packages.sh <(grep -hvE '^(q|clang-format )' packaging/{build,fast}-packages.txt)
 tools/build.sh core
 
 # Limits and closed memory are its own there, not those of the program that it runs.
