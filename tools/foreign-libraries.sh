@@ -10,4 +10,5 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 dpkg --print-foreign-architectures | grep -qx "$1" || "${asRoot[@]}" dpkg --add-architecture "$1"
 "${asRoot[@]}" apt-get update -qq </dev/null
+"${asRoot[@]}" apt-get install -y -qq --no-install-recommends "crossbuild-essential-$1" </dev/null
 "${asRoot[@]}" apt-get build-dep -y -qq --no-install-recommends --host-architecture "$1" "$(realpath "$2")" </dev/null
