@@ -132,24 +132,7 @@ runInside() {
     exit $status
 }
 
-# Has the kernel run the programs of a processor that this machine has not, until this namespace ends.
-emulated=
-emulate() {
-    local processor
-    case $here/$architecture in
-        "$architecture/$here" | amd64/i386) return ;; # its own, or one that it can be
-        */arm64) processor=aarch64 ;;
-        */armhf | */armel) processor=arm ;;
-        *) processor=$architecture ;;
-    esac
-    emulated=yes
-    tools/packages.sh packaging/emulator-packages.txt
-    mount -t binfmt_misc binfmt_misc /proc/sys/fs/binfmt_misc
-    [ -e "/proc/sys/fs/binfmt_misc/qemu-$processor" ] \
-        || cat "/usr/lib/binfmt.d/qemu-$processor.conf" >/proc/sys/fs/binfmt_misc/register
-}
-
-emulate
+emulated=$(tools/emulate.sh "$architecture")
 [ -n "$again" ] && [ -d "$system" ] || makeSystem
 mountWhatRuns
 home=$(inside getent passwd "$user" | cut -d: -f6 || true)

@@ -18,7 +18,8 @@ screen = "600x1000x24"  # of the virtual display
 secret = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"  # the key of RFC 4226, appendix D, in Base32
 ordinaryUser = False  # whether the tests, if root starts them, are to run as a user without privileges
 withPortal = False  # whether the session has the portal that tells how the desktop wants applications to look
-patience = 20.0  # seconds until a condition that does not come true counts as failed
+emulated = "MIRROWVALE_EMULATED" in os.environ  # whether an emulator runs all this, a good deal slower
+patience = 200.0 if emulated else 20.0  # seconds until a condition that does not come true counts as failed
 
 
 def main():
@@ -30,7 +31,7 @@ def main():
         unittest.main(argv=[sys.argv[0], *sys.argv[3:]], verbosity=2)
     with tempfile.TemporaryDirectory() as home:
         environment = {name: value for name, value in os.environ.items()
-                       if name in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
+                       if name in ("PATH", "MIRROWVALE_EMULATED", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
         environment.update(LANG="C.UTF-8", TZ="UTC", XDG_RUNTIME_DIR=home, HOME=home, GSETTINGS_BACKEND="keyfile",
                            MIRROWVALE_TEST_HOME=home, PYTHONDONTWRITEBYTECODE="1")
         hideServices(pathlib.Path(home, "dbus-1/services"))
