@@ -65,19 +65,16 @@ std::uint8_t valueOf(std::string_view character)
 
 std::size_t decodeByCharacters(std::string_view text, std::span<std::uint8_t> output)
 {
-    auto cleaned = removingSpaces(uppercased(text));
-    std::erase(cleaned, '=');
+    Wiped<std::string> cleaned(removingSpaces(uppercased(text)));
+    std::erase(*cleaned, '=');
     BitBuffer buffer(output);
-    for (const auto character : characters(cleaned)) {
+    for (const auto character : characters(*cleaned)) {
         const auto value = valueOf(character);
         if (value == unknown) {
-            std::string offender(character);
-            wipe(cleaned.data(), cleaned.size());
-            throw Base32Error(std::move(offender));
+            throw Base32Error(std::string(character));
         }
         buffer.append(value);
     }
-    wipe(cleaned.data(), cleaned.size());
     return buffer.count();
 }
 

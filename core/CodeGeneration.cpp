@@ -33,28 +33,20 @@ public:
     explicit Key(std::string_view secretBase32)
     {
         const auto capacity = base32DecodedCapacity(secretBase32);
-        if (capacity > small_.size()) {
+        if (capacity > small_->size()) {
             large_ = decodeBase32(secretBase32);
-            return;
-        }
-        try {
-            size_ = decodeBase32(secretBase32, small_);
-        } catch (...) {
-            wipe(small_.data(), small_.size());
-            throw;
+        } else {
+            size_ = decodeBase32(secretBase32, *small_);
         }
     }
-    ~Key() { wipe(small_.data(), small_.size()); }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
 
     std::span<const std::uint8_t> bytes() const
     {
-        return large_.empty() ? std::span<const std::uint8_t>(small_.data(), size_) : large_;
+        return large_.empty() ? std::span<const std::uint8_t>(small_->data(), size_) : large_;
     }
 
 private:
-    std::array<std::uint8_t, 128> small_;
+    Wiped<std::array<std::uint8_t, 128>> small_;
     std::size_t size_ = 0;
     SecretBytes large_;
 };

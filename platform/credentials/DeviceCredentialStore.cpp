@@ -41,7 +41,7 @@ DeviceCredentialStore::DeviceCredentialStore(CredentialStore& keyring, Credentia
 {
 }
 
-OSStatus DeviceCredentialStore::copyMatching(const SecDictionary& query, SecResult& result)
+OSStatus DeviceCredentialStore::copyMatching(const SecDictionary& query, SecResult& result) noexcept
 {
     return statusOf([&] {
         result.emplace<std::monostate>();
@@ -53,12 +53,12 @@ OSStatus DeviceCredentialStore::copyMatching(const SecDictionary& query, SecResu
     });
 }
 
-OSStatus DeviceCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes)
+OSStatus DeviceCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes) noexcept
 {
     return statusOf([&] { return requirePlace(query).update(query, attributes); });
 }
 
-OSStatus DeviceCredentialStore::add(const SecDictionary& attributes)
+OSStatus DeviceCredentialStore::add(const SecDictionary& attributes) noexcept
 {
     return statusOf([&] {
         auto& chosen = requirePlace(attributes);
@@ -70,7 +70,7 @@ OSStatus DeviceCredentialStore::add(const SecDictionary& attributes)
     });
 }
 
-OSStatus DeviceCredentialStore::remove(const SecDictionary& query)
+OSStatus DeviceCredentialStore::remove(const SecDictionary& query) noexcept
 {
     return statusOf([&] { return isReserve(query) ? requirePlace(query).remove(query) : errSecParam; });
 }

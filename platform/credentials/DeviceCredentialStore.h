@@ -31,10 +31,10 @@ public:
     DeviceCredentialStore(CredentialStore& keyring, CredentialStore& sealedFiles,
                           std::filesystem::path stateFolder);
 
-    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
-    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
-    OSStatus add(const SecDictionary& attributes) override;
-    OSStatus remove(const SecDictionary& query) override;
+    OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept override;
+    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) noexcept override;
+    OSStatus add(const SecDictionary& attributes) noexcept override;
+    OSStatus remove(const SecDictionary& query) noexcept override;
 
 private:
     CredentialStore* place(const SecDictionary& entries) const;

@@ -34,7 +34,7 @@ EmbeddedCredentialStore::EmbeddedCredentialStore(std::filesystem::path dataFolde
 {
 }
 
-OSStatus EmbeddedCredentialStore::copyMatching(const SecDictionary& query, SecResult& result)
+OSStatus EmbeddedCredentialStore::copyMatching(const SecDictionary& query, SecResult& result) noexcept
 {
     return statusOf([&] {
         result.emplace<std::monostate>();
@@ -51,7 +51,7 @@ OSStatus EmbeddedCredentialStore::copyMatching(const SecDictionary& query, SecRe
     });
 }
 
-OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes)
+OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes) noexcept
 {
     return statusOf([&] {
         const auto item = Item::named(query);
@@ -69,7 +69,7 @@ OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDi
     });
 }
 
-OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes)
+OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes) noexcept
 {
     return statusOf([&] {
         const auto item = Item::named(attributes);
@@ -83,7 +83,7 @@ OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes)
     });
 }
 
-OSStatus EmbeddedCredentialStore::remove(const SecDictionary& query)
+OSStatus EmbeddedCredentialStore::remove(const SecDictionary& query) noexcept
 {
     return statusOf([&] {
         const auto item = Item::named(query);

@@ -22,10 +22,10 @@ class EmbeddedCredentialStore : public CredentialStore {
 public:
     EmbeddedCredentialStore(std::filesystem::path dataFolder, std::filesystem::path stateFolder);
 
-    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
-    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
-    OSStatus add(const SecDictionary& attributes) override;
-    OSStatus remove(const SecDictionary& query) override;
+    OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept override;
+    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) noexcept override;
+    OSStatus add(const SecDictionary& attributes) noexcept override;
+    OSStatus remove(const SecDictionary& query) noexcept override;
 
 private:
     struct Item;

@@ -54,14 +54,14 @@ using SecDictionary = std::map<std::string_view, SecValue>;
 /// What a search hands back: the item's data, or nothing.
 using SecResult = std::variant<std::monostate, SecretString>;
 
-/// The operations that a credential store provides. None throws; none remembers its arguments.
+/// The operations that a credential store provides. None remembers its arguments.
 class CredentialStore {
 public:
     virtual ~CredentialStore() = default;
-    virtual OSStatus copyMatching(const SecDictionary& query, SecResult& result) = 0;
-    virtual OSStatus update(const SecDictionary& query, const SecDictionary& attributes) = 0;
-    virtual OSStatus add(const SecDictionary& attributes) = 0;
-    virtual OSStatus remove(const SecDictionary& query) = 0;
+    virtual OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept = 0;
+    virtual OSStatus update(const SecDictionary& query, const SecDictionary& attributes) noexcept = 0;
+    virtual OSStatus add(const SecDictionary& attributes) noexcept = 0;
+    virtual OSStatus remove(const SecDictionary& query) noexcept = 0;
 };
 
 /// Finds the one item that matches class, service and account, and hands back its data.

@@ -59,22 +59,22 @@ CredentialStore& loadedStore()
 
 } // namespace
 
-OSStatus KeyringModule::copyMatching(const SecDictionary& query, SecResult& result)
+OSStatus KeyringModule::copyMatching(const SecDictionary& query, SecResult& result) noexcept
 {
     return statusOf([&] { return loadedStore().copyMatching(query, result); });
 }
 
-OSStatus KeyringModule::update(const SecDictionary& query, const SecDictionary& attributes)
+OSStatus KeyringModule::update(const SecDictionary& query, const SecDictionary& attributes) noexcept
 {
     return statusOf([&] { return loadedStore().update(query, attributes); });
 }
 
-OSStatus KeyringModule::add(const SecDictionary& attributes)
+OSStatus KeyringModule::add(const SecDictionary& attributes) noexcept
 {
     return statusOf([&] { return loadedStore().add(attributes); });
 }
 
-OSStatus KeyringModule::remove(const SecDictionary& query)
+OSStatus KeyringModule::remove(const SecDictionary& query) noexcept
 {
     return statusOf([&] { return loadedStore().remove(query); });
 }

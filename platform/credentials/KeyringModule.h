@@ -10,10 +10,10 @@ namespace MirrowvaleAuthenticator {
 /// answers `errSecNotAvailable`.
 class KeyringModule : public CredentialStore {
 public:
-    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
-    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
-    OSStatus add(const SecDictionary& attributes) override;
-    OSStatus remove(const SecDictionary& query) override;
+    OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept override;
+    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) noexcept override;
+    OSStatus add(const SecDictionary& attributes) noexcept override;
+    OSStatus remove(const SecDictionary& query) noexcept override;
 };
 
 /// What the module exports: its one store, which lives as long as the process.

@@ -2,6 +2,7 @@
 
 #include "platform/credentials/Keychain.h"
 
+#include <exception>
 #include <new>
 #include <system_error>
 
@@ -9,7 +10,10 @@
 namespace MirrowvaleAuthenticator {
 
 /// Ends an operation of a credential store with a status.
-struct StatusError {
+struct StatusError : std::exception {
+    explicit StatusError(OSStatus reason) : status(reason) { }
+    const char* what() const noexcept override { return "a credential store failed"; }
+
     OSStatus status;
 };
 
@@ -18,7 +22,7 @@ OSStatus statusForErrno(int error);
 
 /// Runs an operation that returns a status; whatever it throws comes back as one, too.
 template <typename Operation>
-OSStatus statusOf(Operation operation)
+OSStatus statusOf(Operation operation) noexcept
 {
     try {
         return operation();
@@ -28,6 +32,8 @@ OSStatus statusOf(Operation operation)
         return statusForErrno(error.code().value());
     } catch (const std::bad_alloc&) {
         return errSecAllocate;
+    } catch (...) {
+        return errSecIO;
     }
 }
 

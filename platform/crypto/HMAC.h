@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/crypto/SecretMemory.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -14,14 +16,13 @@ class AuthenticationCode {
 public:
     AuthenticationCode(HashFunction hash, std::span<const std::uint8_t> key,
                        std::span<const std::uint8_t> message);
-    ~AuthenticationCode();
     AuthenticationCode(const AuthenticationCode&) = delete;
     AuthenticationCode& operator=(const AuthenticationCode&) = delete;
 
-    std::span<const std::uint8_t> bytes() const { return {storage_.data(), size_}; }
+    std::span<const std::uint8_t> bytes() const { return {storage_->data(), size_}; }
 
 private:
-    std::array<std::uint8_t, 64> storage_{};
+    Wiped<std::array<std::uint8_t, 64>> storage_;
     std::size_t size_;
 };
 

@@ -30,28 +30,25 @@ public:
     /// @param box  with its header, which holds the nonce
     Cipher(SealingKey key, std::string_view box, std::string_view context)
     {
-        chacha_poly1305_set_key(&state_, key.data());
-        chacha_poly1305_set_nonce(&state_, bytes(box.substr(magic.size())));
+        chacha_poly1305_set_key(&*state_, key.data());
+        chacha_poly1305_set_nonce(&*state_, bytes(box.substr(magic.size())));
         // One run: the library takes associated data in blocks of 16, only the last of which may be short.
         const auto associated = std::string(magic).append(context);
-        chacha_poly1305_update(&state_, associated.size(), bytes(associated));
+        chacha_poly1305_update(&*state_, associated.size(), bytes(associated));
     }
-    ~Cipher() { wipe(&state_, sizeof state_); }
-    Cipher(const Cipher&) = delete;
-    Cipher& operator=(const Cipher&) = delete;
 
     void encrypt(std::string_view from, char* to)
     {
-        chacha_poly1305_encrypt(&state_, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from));
+        chacha_poly1305_encrypt(&*state_, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from));
     }
     void decrypt(std::string_view from, char* to)
     {
-        chacha_poly1305_decrypt(&state_, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from));
+        chacha_poly1305_decrypt(&*state_, from.size(), reinterpret_cast<std::uint8_t*>(to), bytes(from));
     }
     Tag tag()
     {
         Tag result;
-        chacha_poly1305_digest(&state_, result.size(), result.data());
+        chacha_poly1305_digest(&*state_, result.size(), result.data());
         return result;
     }
 
@@ -62,7 +59,7 @@ public:
     }
 
 private:
-    chacha_poly1305_ctx state_{};
+    Wiped<chacha_poly1305_ctx> state_;
 };
 
 /// What lies between the header and the tag, or nothing where there is no room for them.
@@ -120,11 +117,10 @@ bool opens(SealingKey key, std::string_view context, std::string_view box)
         return false;
     }
     Cipher cipher(key, box, context);
-    std::array<char, 4096> piece{}; // whole blocks of the cipher
-    for (; !ciphertext->empty(); ciphertext->remove_prefix(std::min(piece.size(), ciphertext->size()))) {
-        cipher.decrypt(ciphertext->substr(0, piece.size()), piece.data());
+    Wiped<std::array<char, 4096>> piece; // whole blocks of the cipher
+    for (; !ciphertext->empty(); ciphertext->remove_prefix(std::min(piece->size(), ciphertext->size()))) {
+        cipher.decrypt(ciphertext->substr(0, piece->size()), piece->data());
     }
-    wipe(piece.data(), piece.size());
     return cipher.hasTagOf(box);
 }
 

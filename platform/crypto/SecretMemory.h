@@ -3,8 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <ranges>
 #include <string.h>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace MirrowvaleAuthenticator {
@@ -14,6 +17,34 @@ inline void wipe(void* memory, std::size_t count) noexcept
 {
     explicit_bzero(memory, count);
 }
+
+/// Holds a plain value, an array or a text that is overwritten when it goes, however its scope ends.
+template <typename T>
+class Wiped {
+public:
+    Wiped() = default; ///< a plain value is not initialised
+    explicit Wiped(T value) : value_(std::move(value)) { }
+    ~Wiped()
+    {
+        if constexpr (std::ranges::contiguous_range<T>) {
+            wipe(std::ranges::data(value_),
+                 std::ranges::size(value_) * sizeof(std::ranges::range_value_t<T>));
+        } else {
+            static_assert(std::is_trivially_copyable_v<T>);
+            wipe(&value_, sizeof value_);
+        }
+    }
+    Wiped(const Wiped&) = delete;
+    Wiped& operator=(const Wiped&) = delete;
+
+    T& operator*() { return value_; }
+    const T& operator*() const { return value_; }
+    T* operator->() { return &value_; }
+    const T* operator->() const { return &value_; }
+
+private:
+    T value_;
+};
 
 /// An allocator that overwrites memory before it gives it back.
 template <typename T>

@@ -143,10 +143,10 @@ std::vector<std::string_view> characters(std::string_view text)
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::BreakIterator> boundaries(
         icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-    UText utf8 = UTEXT_INITIALIZER;
-    utext_openUTF8(&utf8, text.data(), static_cast<std::int64_t>(text.size()), &status);
+    const icu::LocalUTextPointer utf8(
+        utext_openUTF8(nullptr, text.data(), static_cast<std::int64_t>(text.size()), &status));
     require(status);
-    boundaries->setText(&utf8, status);
+    boundaries->setText(utf8.getAlias(), status);
     require(status);
 
     std::vector<std::string_view> clusters;
@@ -156,7 +156,6 @@ std::vector<std::string_view> characters(std::string_view text)
             text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start)));
         start = end;
     }
-    utext_close(&utf8);
     return clusters;
 }
 
@@ -313,18 +312,18 @@ std::optional<std::string_view> removePercentEncoding(std::span<char> text)
 LocalizedCaseInsensitiveOrder::LocalizedCaseInsensitiveOrder()
 {
     UErrorCode status = U_ZERO_ERROR;
-    collator_ = ucol_open(collationLocale().c_str(), &status);
+    collator_.reset(ucol_open(collationLocale().c_str(), &status));
     require(status);
     // Letters and accents tell texts apart, case does not.
-    ucol_setStrength(collator_, UCOL_SECONDARY);
+    ucol_setStrength(collator_.get(), UCOL_SECONDARY);
     // Texts that are the same but for the order of their combining marks sort as one.
-    ucol_setAttribute(collator_, UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
+    ucol_setAttribute(collator_.get(), UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
     require(status);
 }
 
-LocalizedCaseInsensitiveOrder::~LocalizedCaseInsensitiveOrder()
+void LocalizedCaseInsensitiveOrder::CloseCollator::operator()(UCollator* collator) const
 {
-    ucol_close(collator_);
+    ucol_close(collator);
 }
 
 std::string LocalizedCaseInsensitiveOrder::sortKey(std::string_view text) const
@@ -332,8 +331,8 @@ std::string LocalizedCaseInsensitiveOrder::sortKey(std::string_view text) const
     const auto utf16 = icu::UnicodeString::fromUTF8(piece(text));
     std::array<std::uint8_t, 256> small{};
     const auto write = [&](std::uint8_t* memory, std::size_t capacity) {
-        return static_cast<std::size_t>(ucol_getSortKey(collator_, utf16.getBuffer(), utf16.length(), memory,
-                                                        static_cast<std::int32_t>(capacity)));
+        return static_cast<std::size_t>(ucol_getSortKey(collator_.get(), utf16.getBuffer(), utf16.length(),
+                                                        memory, static_cast<std::int32_t>(capacity)));
     };
     const std::size_t length = write(small.data(), small.size());
     if (length <= small.size()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -50,15 +51,16 @@ std::optional<std::string_view> removePercentEncoding(std::span<char> text);
 class LocalizedCaseInsensitiveOrder {
 public:
     LocalizedCaseInsensitiveOrder();
-    ~LocalizedCaseInsensitiveOrder();
-    LocalizedCaseInsensitiveOrder(const LocalizedCaseInsensitiveOrder&) = delete;
-    LocalizedCaseInsensitiveOrder& operator=(const LocalizedCaseInsensitiveOrder&) = delete;
 
     /// Bytes whose lexicographic order is the order of the texts they were made from.
     std::string sortKey(std::string_view text) const;
 
 private:
-    UCollator* collator_;
+    struct CloseCollator {
+        void operator()(UCollator* collator) const;
+    };
+
+    std::unique_ptr<UCollator, CloseCollator> collator_;
 };
 
 /// The paths that serve text beyond ASCII, open to tests that compare them with the fast ones.

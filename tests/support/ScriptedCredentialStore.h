@@ -34,7 +34,7 @@ public:
 
     bool hasReserve = true;
 
-    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override
+    OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept override
     {
         return answer({Operation::copyMatching, query, {}}, [&] {
             const auto found = items.find(name(query));
@@ -46,7 +46,7 @@ public:
         });
     }
 
-    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override
+    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) noexcept override
     {
         return answer({Operation::update, query, attributes}, [&] {
             const auto found = items.find(name(query));
@@ -60,14 +60,14 @@ public:
         });
     }
 
-    OSStatus add(const SecDictionary& attributes) override
+    OSStatus add(const SecDictionary& attributes) noexcept override
     {
         return answer({Operation::add, {}, attributes}, [&] {
             return items.emplace(name(attributes), attributes).second ? errSecSuccess : errSecDuplicateItem;
         });
     }
 
-    OSStatus remove(const SecDictionary& query) override
+    OSStatus remove(const SecDictionary& query) noexcept override
     {
         return items.erase(name(query)) > 0 ? errSecSuccess : errSecItemNotFound;
     }

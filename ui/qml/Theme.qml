@@ -37,7 +37,6 @@ QtObject {
     readonly property color fillOnCard: dark ? "#414145" : "#e9e9ed"
     readonly property color fillPressed: dark ? "#3f3f44" : "#e1e1e6"
     readonly property color highlight: dark ? "#4b4b50" : "#d6d6db"
-    readonly property color grabber: dark ? "#5a5a5e" : "#c3c3c8"
 
     // Text styles.
     readonly property string interfaceFamily: "Roboto"

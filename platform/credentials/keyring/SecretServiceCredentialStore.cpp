@@ -283,7 +283,7 @@ std::string digestOf(const SecretString& data)
 
 } // namespace
 
-OSStatus SecretServiceCredentialStore::copyMatching(const SecDictionary& query, SecResult& result)
+OSStatus SecretServiceCredentialStore::copyMatching(const SecDictionary& query, SecResult& result) noexcept
 {
     return inTime([&](const Keyring& keyring) {
         result.emplace<std::monostate>();
@@ -310,7 +310,8 @@ OSStatus SecretServiceCredentialStore::copyMatching(const SecDictionary& query, 
     });
 }
 
-OSStatus SecretServiceCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes)
+OSStatus SecretServiceCredentialStore::update(const SecDictionary& query,
+                                              const SecDictionary& attributes) noexcept
 {
     return inTime([&](const Keyring& keyring) {
         const auto name = requireName(query);
@@ -335,7 +336,7 @@ OSStatus SecretServiceCredentialStore::update(const SecDictionary& query, const 
     });
 }
 
-OSStatus SecretServiceCredentialStore::add(const SecDictionary& attributes)
+OSStatus SecretServiceCredentialStore::add(const SecDictionary& attributes) noexcept
 {
     return inTime([&](const Keyring& keyring) {
         const auto name = requireName(attributes);
@@ -349,7 +350,7 @@ OSStatus SecretServiceCredentialStore::add(const SecDictionary& attributes)
     });
 }
 
-OSStatus SecretServiceCredentialStore::remove(const SecDictionary&)
+OSStatus SecretServiceCredentialStore::remove(const SecDictionary&) noexcept
 {
     return errSecParam;
 }

@@ -19,10 +19,11 @@ namespace MirrowvaleAuthenticator {
 /// gives no answer for 4 seconds, an operation answers `errSecNotAvailable`.
 class SecretServiceCredentialStore : public CredentialStore {
 public:
-    OSStatus copyMatching(const SecDictionary& query, SecResult& result) override;
-    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) override;
-    OSStatus add(const SecDictionary& attributes) override;
-    OSStatus remove(const SecDictionary& query) override; ///< `errSecParam`: the keyring is no reserve
+    OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept override;
+    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) noexcept override;
+    OSStatus add(const SecDictionary& attributes) noexcept override;
+    OSStatus
+    remove(const SecDictionary& query) noexcept override; ///< `errSecParam`: the keyring is no reserve
 
 private:
     bool isKnown(std::string_view account) const;
