@@ -38,7 +38,7 @@ class Display:
 class Program:
     """One process. Times are in seconds, sizes in bytes."""
 
-    def __init__(self, build, command, display, home):
+    def __init__(self, build, command, display, home, **changes):
         runtime = pathlib.Path(home, "runtime")
         runtime.mkdir(mode=0o700, parents=True, exist_ok=True)
         reading, writing = os.pipe()
@@ -48,7 +48,7 @@ class Program:
             XDG_DATA_HOME=f"{home}/data", XDG_STATE_HOME=f"{home}/state", XDG_CACHE_HOME=f"{home}/cache",
             XDG_CONFIG_HOME=f"{home}/config", QT_QPA_PLATFORM="xcb",
             LD_PRELOAD=str(pathlib.Path(build, "bench/libbench_frames.so").resolve()),
-            MIRROWVALE_BENCH_FRAMES=str(writing))
+            MIRROWVALE_BENCH_FRAMES=str(writing), **changes)
         self.display = display
         self.recorder = reading
         self.started = time.monotonic()
