@@ -35,6 +35,10 @@ def main():
         environment.update(LANG="C.UTF-8", TZ="UTC", XDG_RUNTIME_DIR=home, HOME=home, GSETTINGS_BACKEND="keyfile",
                            MIRROWVALE_TEST_HOME=home, PYTHONDONTWRITEBYTECODE="1")
         hideServices(pathlib.Path(home, "dbus-1/services"))
+        # The backend that tells the desktop's settings, which a newer portal has to be told of.
+        preferred = pathlib.Path(home, ".config/xdg-desktop-portal/portals.conf")
+        preferred.parent.mkdir(parents=True)
+        preferred.write_text("[preferred]\ndefault=gtk\n")
         words, identity = sys.argv, {}
         if ordinaryUser and os.geteuid() == 0:
             words, identity = asOrdinaryUser(pathlib.Path(home), *sys.argv)
@@ -56,9 +60,13 @@ def hideServices(folder):
     """Puts services that cannot be started in the place of those of the machine that no test is to start: its keyring
     would ask for a password."""
     folder.mkdir(mode=0o700, parents=True)
-    portal = "org.freedesktop.portal."
-    for name in (portal + "Documents", "org.freedesktop.secrets", *([] if withPortal else [portal + "Desktop"])):
-        folder.joinpath(name + ".service").write_text(f"[D-BUS Service]\nName={name}\nExec=/bin/false\n")
+    documents = shutil.copy(pathlib.Path(__file__).with_name("documents.py"), folder)
+    for name, program in {
+        "org.freedesktop.secrets": "/bin/false",
+        "org.freedesktop.portal.Documents": f"{sys.executable} {documents}",
+        **({} if withPortal else {"org.freedesktop.portal.Desktop": "/bin/false"}),
+    }.items():
+        folder.joinpath(name + ".service").write_text(f"[D-BUS Service]\nName={name}\nExec={program}\n")
 
 
 def asOrdinaryUser(home, script, program, folder, *rest):

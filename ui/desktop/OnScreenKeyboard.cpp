@@ -5,10 +5,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QGuiApplication>
 #include <QInputMethod>
-#include <QLibraryInfo>
 #include <QPointerEvent>
 #include <QQuickItem>
-#include <QVersionNumber>
 
 namespace MirrowvaleAuthenticator {
 
@@ -46,8 +44,7 @@ OnScreenKeyboard::~OnScreenKeyboard()
 
 bool OnScreenKeyboard::isNeeded()
 {
-    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
-        && QLibraryInfo::version() < QVersionNumber(6, 8);
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
 bool OnScreenKeyboard::eventFilter(QObject* watched, QEvent* event)
