@@ -42,6 +42,9 @@ def main():
         words, identity = sys.argv, {}
         if ordinaryUser and os.geteuid() == 0:
             words, identity = asOrdinaryUser(pathlib.Path(home), *sys.argv)
+            leaks = pathlib.Path(__file__).resolve().parents[1] / "toolkit-leaks.txt"
+            environment["LSAN_OPTIONS"] = environment.get("LSAN_OPTIONS", "").replace(
+                str(leaks), shutil.copy(leaks, home))
         reading, writing = os.pipe()
         display = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", screen, "-nolisten", "tcp"],
