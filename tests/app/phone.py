@@ -3,7 +3,6 @@
 import os
 import pathlib
 import subprocess
-import time
 
 import harness
 from harness import Gio, GLib, WindowTest, click, key, main, secret, typeText
@@ -46,8 +45,15 @@ class PhoneTest(WindowTest):
             self.until(lambda: self.isUp() is False)
         self.addCleanup(self.stop)  # before its compositor
         self.process = self.launch(self.environment(self.home))
-        window = self.find("Mirrowvale Auth", lambda element: element.role == "frame" and element.active
-                           and 0 <= width - element.width < 10)  # as wide as the screen
+        sizes = []
+
+        def settled():
+            element = self.find("Mirrowvale Auth", lambda element: element.role == "frame" and element.active
+                                and 0 <= width - element.width < 10)  # as wide as the screen
+            sizes.append((element.width, element.height))
+            # A newer shell brings it in step by step.
+            return element if sizes[-20:] == 20 * sizes[-1:] else None
+        window = self.until(settled)
         border = (width - window.width) // 2  # of the toolkit's frame, which is higher above
         self.left, self.top = border, height - border - window.height
 
@@ -57,16 +63,6 @@ class PhoneTest(WindowTest):
     def tap(self, name):
         element = self.still(name)
         self.press(self.left + element.x, self.top + element.y)
-
-    def tapUntilOpen(self):
-        """A newer shell loses presses while it still brings the window in."""
-        def isOpen():
-            if "Cancel" in self.texts():
-                return True
-            self.tap("Add token")
-            time.sleep(1)
-            return False
-        self.until(isOpen)
 
     def isUp(self):
         """Whether the shell says that the keyboard shows; None before there is one."""
@@ -91,7 +87,7 @@ class PhoneTest(WindowTest):
         for width, height, scale, margin in ((360, 720, 1, 0.05), (720, 360, 1, 0.14), (360, 720, 2, 0.05)):
             with self.subTest(width=width, height=height, scale=scale):
                 self.startShell(width, height, scale, "squeekboard")
-                self.tapUntilOpen()
+                self.tap("Add token")
                 for name in fields:
                     edge = self.until(lambda: self.inSight(name), lambda: f"{name!r} is not in sight")
                     row = (height - edge) / 4
@@ -119,7 +115,7 @@ class PhoneTest(WindowTest):
         (services / f"{keyboard}.service").write_text(f"[D-BUS Service]\nName={keyboard}\nExec=/bin/touch {mark}\n")
         call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig")
         self.startShell(480, 844, 1)
-        self.tapUntilOpen()
+        self.tap("Add token")
         self.until(lambda: self.find(fields[0]).focused)
         typeText(f"otpauth://totp/Acme:alice?secret={secret}")
         key("Return")
