@@ -29,9 +29,7 @@ case $1 in
         mount -t tmpfs -o mode=1777 tmpfs "$systems/system/dev/shm"
         source=$systems/partial/source
         rm -rf --one-file-system build/window-tests/package "$source"
-        mkdir "$source"
-        tar -c --exclude=./build --exclude=./.git . | tar -x --no-same-owner -C "$source"
-        cp -r packaging/debian "$source/debian"
+        tools/package-source.sh "$source"
         exec autopkgtest --no-built-binaries --user=kim --output-dir=build/window-tests/package \
             ${emulated:+--env=MIRROWVALE_EMULATED=yes} "$2" "$source/" -- chroot "$systems/system"
         ;;
