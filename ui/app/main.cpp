@@ -8,7 +8,6 @@
 
 #include <QQuickWindow>
 #include <QSGRendererInterface>
-#include <QtQml/qqmlextensionplugin.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -16,11 +15,6 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-
-Q_IMPORT_QML_PLUGIN(MirrowvaleAuthenticatorPlugin)
-Q_IMPORT_QML_PLUGIN(MirrowvaleAuthenticator_DesktopPlugin)
-Q_IMPORT_QML_PLUGIN(MirrowvaleAuthenticator_ItemsPlugin)
-Q_IMPORT_QML_PLUGIN(MirrowvaleAuthenticator_ScreensPlugin)
 
 namespace {
 
