@@ -41,10 +41,7 @@ def main():
         preferred.write_text("[preferred]\ndefault=gtk\n")
         words, identity = sys.argv, {}
         if ordinaryUser and os.geteuid() == 0:
-            words, identity = asOrdinaryUser(pathlib.Path(home), *sys.argv)
-            leaks = pathlib.Path(__file__).resolve().parents[1] / "toolkit-leaks.txt"
-            environment["LSAN_OPTIONS"] = environment.get("LSAN_OPTIONS", "").replace(
-                str(leaks), shutil.copy(leaks, home))
+            words, identity = asOrdinaryUser(pathlib.Path(home), environment, *sys.argv)
         reading, writing = os.pipe()
         display = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", screen, "-nolisten", "tcp"],
@@ -72,13 +69,15 @@ def hideServices(folder):
         folder.joinpath(name + ".service").write_text(f"[D-BUS Service]\nName={name}\nExec={program}\n")
 
 
-def asOrdinaryUser(home, script, program, folder, *rest):
+def asOrdinaryUser(home, environment, script, program, folder, *rest):
     """Gives the home to a user without privileges, with a copy of what that user may not be able to reach.
     @returns the command's words, and as whom to run it"""
     shutil.copytree(pathlib.Path(script).parent, home / "tests")
     for module in pathlib.Path(program).parent.glob("mirrowvale-keyring-*.so"):
         shutil.copy(module, home)
     copied = shutil.copy(program, home)
+    leaks = pathlib.Path(__file__).resolve().parents[1] / "toolkit-leaks.txt"
+    environment["LSAN_OPTIONS"] = environment.get("LSAN_OPTIONS", "").replace(str(leaks), shutil.copy(leaks, home))
     pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
     user = 65534
     for path in (home, *home.rglob("*"), folder):
