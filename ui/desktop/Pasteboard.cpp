@@ -19,8 +19,9 @@ void Pasteboard::setString(const QString& text)
 void Pasteboard::withdrawSelection()
 {
     QClipboard* clipboard = QGuiApplication::clipboard();
-    if (clipboard->ownsSelection()) {
-        clipboard->clear(QClipboard::Selection);
+    // Owned, but empty: to give it up makes the toolkit complain of whoever asks for it in this moment.
+    if (clipboard->ownsSelection() && !clipboard->mimeData(QClipboard::Selection)->formats().isEmpty()) {
+        clipboard->setMimeData(new QMimeData, QClipboard::Selection);
     }
 }
 
