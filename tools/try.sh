@@ -15,6 +15,11 @@ if [ -z "${OWN_NAMESPACE:-}" ]; then
     exec unshare --mount --pid --fork --kill-child --mount-proc env OWN_NAMESPACE=yes tools/try.sh "$@"
 fi
 systems=${MIRROWVALE_SYSTEMS:-/var/cache/mirrowvale-systems}/${name/\//-}
+exec 9>"$systems/lock"
+flock --nonblock 9 || {
+    echo "The system in $systems is in use" >&2
+    exit 1
+}
 emulated=
 [[ $name != */* ]] || emulated=$(tools/emulate.sh "${name#*/}")
 
