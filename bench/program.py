@@ -8,8 +8,6 @@ import struct
 import subprocess
 import time
 
-environmentKept = ("PATH", "DBUS_SESSION_BUS_ADDRESS")
-
 
 class Display:
     """A virtual display; windows stand at its upper left corner."""
@@ -35,6 +33,45 @@ class Display:
         self.server.wait()
 
 
+class Bus:
+    """A session bus that starts no service of the machine; with a keyring of its own in a home, unless it has none."""
+
+    def __init__(self, home, keyring=False):
+        home.mkdir(mode=0o700, parents=True, exist_ok=True)
+        configuration = home / "bus.conf"
+        configuration.write_text(f"""<busconfig><type>session</type><listen>unix:dir={home}</listen>
+            <policy context="default"><allow send_destination="*" eavesdrop="true"/>
+                <allow eavesdrop="true"/><allow own="*"/></policy>
+            </busconfig>""")
+        self.processes = [subprocess.Popen(["dbus-daemon", f"--config-file={configuration}", "--print-address"],
+                                           stdout=subprocess.PIPE, text=True)]
+        self.address = self.processes[0].stdout.readline().strip()
+        if keyring:
+            self.startKeyring(home)
+
+    def startKeyring(self, home):
+        daemon = subprocess.Popen(["gnome-keyring-daemon", "--foreground", "--components=secrets", "--unlock"],
+                                  env={"PATH": os.environ["PATH"], "HOME": str(home), "XDG_RUNTIME_DIR": str(home),
+                                       "DBUS_SESSION_BUS_ADDRESS": self.address},
+                                  stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.processes.append(daemon)
+        daemon.stdin.write(b"password")
+        daemon.stdin.close()
+        while "true" not in subprocess.run(
+                ["dbus-send", f"--bus={self.address}", "--print-reply", "--dest=org.freedesktop.DBus", "/",
+                 "org.freedesktop.DBus.NameHasOwner", "string:org.freedesktop.secrets"],
+                capture_output=True, text=True, check=True).stdout:
+            time.sleep(0.05)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *failure):
+        for process in reversed(self.processes):
+            process.terminate()
+            process.wait()
+
+
 class Program:
     """One process. Times are in seconds, sizes in bytes."""
 
@@ -42,13 +79,12 @@ class Program:
         runtime = pathlib.Path(home, "runtime")
         runtime.mkdir(mode=0o700, parents=True, exist_ok=True)
         reading, writing = os.pipe()
-        environment = {name: os.environ[name] for name in environmentKept if name in os.environ}
-        environment.update(
-            DISPLAY=display.name, LANG="C.UTF-8", TZ="UTC", HOME=str(home), XDG_RUNTIME_DIR=str(runtime),
-            XDG_DATA_HOME=f"{home}/data", XDG_STATE_HOME=f"{home}/state", XDG_CACHE_HOME=f"{home}/cache",
-            XDG_CONFIG_HOME=f"{home}/config", QT_QPA_PLATFORM="xcb",
-            LD_PRELOAD=str(pathlib.Path(build, "bench/libbench_frames.so").resolve()),
-            MIRROWVALE_BENCH_FRAMES=str(writing), **changes)
+        folders = {f"XDG_{name.upper()}_HOME": f"{home}/{name}" for name in ("data", "state", "cache", "config")}
+        environment = {
+            "PATH": os.environ["PATH"], "LANG": "C.UTF-8", "TZ": "UTC", "HOME": str(home), **folders,
+            "XDG_RUNTIME_DIR": str(runtime), "DBUS_SESSION_BUS_ADDRESS": "disabled:", "DISPLAY": display.name,
+            "QT_QPA_PLATFORM": "xcb", "LD_PRELOAD": str(pathlib.Path(build, "bench/libbench_frames.so").resolve()),
+            "MIRROWVALE_BENCH_FRAMES": str(writing), **changes}
         self.display = display
         self.recorder = reading
         self.started = time.monotonic()
