@@ -35,15 +35,12 @@ void sortByIssuer(std::vector<AuthToken>& tokens)
     }
     std::ranges::stable_sort(entries, {}, &Entry::key);
 
-    // In place, cycle by cycle: fresh memory for the whole list would take longer than the sort.
-    for (std::size_t place = 0; place < entries.size(); ++place) {
-        const auto source = [&](std::size_t to) { return std::exchange(entries[to].position, to); };
-        auto to = place;
-        for (auto from = source(to); from != place; from = source(to)) {
-            std::swap(tokens[to], tokens[from]);
-            to = from;
-        }
+    std::vector<AuthToken> sorted;
+    sorted.reserve(tokens.size());
+    for (const auto& entry : entries) {
+        sorted.push_back(std::move(tokens[entry.position]));
     }
+    tokens = std::move(sorted);
 }
 
 } // namespace
