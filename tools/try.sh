@@ -36,6 +36,6 @@ case $1 in
         rm -rf --one-file-system build/window-tests/package "$source"
         tools/package-source.sh "$source"
         exec autopkgtest --no-built-binaries --user=kim --output-dir=build/window-tests/package \
-            ${emulated:+--env=MIRROWVALE_EMULATED=yes} "$2" "$source/" -- chroot "$systems/system"
+            ${emulated:+--timeout-factor=20 --env=MIRROWVALE_EMULATED=yes} "$2" "$source/" -- chroot "$systems/system"
         ;;
 esac
