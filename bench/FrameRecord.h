@@ -8,8 +8,9 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// Writes the instant and the processor time that the process has used by then, both in nanoseconds, to the descriptor
-/// that MIRROWVALE_BENCH_FRAMES names: to be called when a frame has been handed to the window system.
+/// Writes the instant and the processor time that the process has used by then, both in nanoseconds, to the
+/// descriptor that MIRROWVALE_BENCH_FRAMES names: to be called when a frame has been handed to the window
+/// system.
 inline void recordFrame()
 {
     static const char* const name = std::getenv("MIRROWVALE_BENCH_FRAMES");

@@ -1,4 +1,5 @@
-// A bare window of GTK 4 with one text, as other applications of a desktop have it at the least; records each frame.
+// A bare window of GTK 4 with one text, as other applications of a desktop have it at the least; records each
+// frame.
 
 #include "bench/FrameRecord.h"
 

@@ -1,5 +1,6 @@
 // Writes a stored list for the application to start with, and prints the size of its JSON in bytes.
-//   bench_fill FOLDER COUNT [keyring]    keyring: into that of the session, instead of a sealed file in the folder
+//   bench_fill FOLDER COUNT [keyring]    keyring: into that of the session, instead of a sealed file in the
+//   folder
 
 #include "bench/SampleTokens.h"
 #include "bench/SealedHome.h"

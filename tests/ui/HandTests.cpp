@@ -324,12 +324,26 @@ TEST_F(HandTest, rowsAreReadInTheirOrder)
         told->actionInterface()->doAction(QLatin1String(action));
         std::vector<int> tops;
         for (int child = 0; child < told->childCount(); ++child) {
-            if (told->child(child)->role() == QAccessible::ListItem) {
+            if (told->child(child)->role() == QAccessible::ListItem
+                && !told->child(child)->state().invisible) {
                 tops.push_back(told->child(child)->rect().top());
             }
         }
         EXPECT_GT(tops.size(), 3U);
         EXPECT_TRUE(std::ranges::is_sorted(tops)) << action;
+    }
+}
+
+TEST_F(HandTest, aRowServesItsNextTokenAsNew)
+{
+    open("abcdefghijklmnopqrstuvwxyz");
+    QQuickItem* swiped = row(1);
+    swiped->setProperty("open", true);
+    swiped->setProperty("revealed", 80);
+    for (const double far : {800.0, 0.0}) {
+        view->setProperty("contentY", view->property("originY").toDouble() + far);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return row(far > 0 ? 10 : 1) != nullptr; }));
+        EXPECT_EQ(button(view, "Delete"), nullptr) << far;
     }
 }
 

@@ -7,14 +7,25 @@ namespace MirrowvaleAuthenticator {
 void TokenRowItem::componentComplete()
 {
     KeyboardFocusItem::componentComplete();
-    // A list appends what it makes, but a screen reader reads the rows in the order in which they are
-    // stacked.
+    stackInOrder();
+}
+
+void TokenRowItem::stackInOrder()
+{
+    const TokenRowItem* previous = nullptr;
     for (QQuickItem* sibling : parentItem() != nullptr ? parentItem()->childItems() : QList<QQuickItem*>()) {
         const auto* row = qobject_cast<TokenRowItem*>(sibling);
-        if (row != nullptr && row->index_ > index_) {
+        if (row == nullptr || row == this || !row->isVisible()) {
+            continue;
+        }
+        if (row->index_ > index_) {
             stackBefore(row);
             return;
         }
+        previous = row;
+    }
+    if (previous != nullptr) {
+        stackAfter(previous);
     }
 }
 

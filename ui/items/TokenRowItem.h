@@ -30,6 +30,10 @@ public:
 
     bool doesOfferNext() const { return offersNext_; }
 
+    /// Takes the place among its visible siblings that the row has in the list: a screen reader reads them in
+    /// the order in which they are stacked, but a list appends what it makes.
+    Q_INVOKABLE void stackInOrder();
+
 signals:
     void indexChanged();
     void issuerChanged();

@@ -155,9 +155,10 @@ ListView {
     model: contentView.rows
     keyNavigationEnabled: false
     boundsBehavior: Flickable.DragAndOvershootBounds
-    // A tick works out every row that exists, so none exists that is not in sight.
+    // A tick works out every row that exists, so none exists that is not in sight, but for a few that wait for another
+    // token: to make a row takes longer than a frame of a fling may.
     cacheBuffer: 0
-    reuseItems: false
+    reuseItems: true
     Accessible.role: Accessible.List
     Accessible.name: title
     Accessible.onScrollDownAction: scroll(1)
@@ -222,6 +223,18 @@ ListView {
         inset: Theme.inset(width)
         listHasOpenRow: list.openRow !== null
         current: ListView.isCurrentItem
+        ListView.onPooled: {
+            visible = false // the view only moves it out of sight
+            if (list.selectedCode === code) {
+                list.selectedCode = null
+            }
+            forget()
+        }
+        ListView.onReused: {
+            opacity = 1 // it may be of a row that was deleted
+            visible = true
+            stackInOrder()
+        }
         onSwiped: {
             if (list.openRow !== row) {
                 list.closeOpenRow()

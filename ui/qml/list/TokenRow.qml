@@ -31,8 +31,7 @@ TokenRowItem {
 
     function settle(opens: bool): void {
         open = opens
-        settling.to = opens ? deleteWidth : 0
-        settling.restart()
+        swipe.settle(opens)
     }
 
     /// Opens the row and gives focus to "Delete".
@@ -60,13 +59,19 @@ TokenRowItem {
         visualFocus = true
     }
 
+    /// Forgets what was done to it as the row of another token.
+    function forget(): void {
+        open = false
+        swipe.closeAtOnce()
+        code.selected = false
+        code.deselect()
+    }
+
     /// How far the row stands away from its trailing edge.
-    property real revealed: 0
+    property alias revealed: swipe.revealed
     readonly property DeleteButton deleteButton: deletion.item as DeleteButton
     readonly property real deleteWidth: deleteButton?.implicitWidth ?? 0
-    readonly property int openingDirection: Theme.mirrored ? 1 : -1
 
-    onDeleteWidthChanged: if (revealed > 0 && open && !settling.running) revealed = deleteWidth
     implicitHeight: content.height
     activeFocusOnTab: current || activeFocus // an item that has focus stays in the order of Tab
     Accessible.role: Accessible.ListItem
@@ -87,44 +92,13 @@ TokenRowItem {
         }
     }
 
-    NumberAnimation {
-        id: settling
-
-        target: root
-        property: "revealed"
-        duration: Theme.moderate
-        easing.type: Easing.OutCubic
-    }
-
-    DragHandler {
+    Swipe {
         id: swipe
 
-        property real start: 0
-        readonly property real flickSpeed: 300
-
-        function follow(): void {
-            const distance = start + activeTranslation.x * root.openingDirection
-            const beyond = Math.max(0, distance - root.deleteWidth)
-            root.revealed = Math.max(0, Math.min(distance, root.deleteWidth)) + beyond / 4
-        }
-
-        function opens(): bool {
-            const speed = centroid.velocity.x * root.openingDirection
-            return speed > flickSpeed || (speed > -flickSpeed && root.revealed > root.deleteWidth / 2)
-        }
-
-        target: null
-        yAxis.enabled: false
-        onActiveChanged: {
-            if (active) {
-                settling.stop()
-                start = root.revealed
-                root.swiped()
-            } else {
-                root.settle(opens())
-            }
-        }
-        onActiveTranslationChanged: if (active) follow()
+        extent: root.deleteWidth
+        open: root.open
+        onBegun: root.swiped()
+        onEnded: opens => root.settle(opens)
     }
 
     RowLoader {
@@ -149,7 +123,7 @@ TokenRowItem {
     Rectangle {
         id: content
 
-        x: root.revealed * root.openingDirection
+        x: root.revealed * swipe.openingDirection
         width: parent.width
         height: header.height + Theme.spacing + codeLine.height + 2 * Theme.rowPadding
         color: Theme.background

@@ -1,0 +1,63 @@
+import QtQuick
+import MirrowvaleAuthenticator
+
+/// Draws a row away from its trailing edge, and lets it settle there or back.
+DragHandler {
+    id: root
+
+    /// How far away an open row stands.
+    required property real extent
+    /// Whether the row is open, or about to be.
+    required property bool open
+
+    /// How far away the row stands.
+    property real revealed: 0
+    readonly property int openingDirection: Theme.mirrored ? 1 : -1
+    readonly property real flickSpeed: 300
+    property real start: 0
+
+    signal begun
+
+    /// @param opens  whether the row was let go so that it opens
+    signal ended(bool opens)
+
+    readonly property NumberAnimation settling: NumberAnimation {
+        target: root
+        property: "revealed"
+        duration: Theme.moderate
+        easing.type: Easing.OutCubic
+    }
+
+    function settle(opens: bool): void {
+        settling.to = opens ? extent : 0
+        settling.restart()
+    }
+
+    function closeAtOnce(): void {
+        settling.stop()
+        revealed = 0
+    }
+
+    function begin(): void {
+        settling.stop()
+        start = revealed
+        begun()
+    }
+
+    function follow(): void {
+        const distance = start + activeTranslation.x * openingDirection
+        const beyond = Math.max(0, distance - extent)
+        revealed = Math.max(0, Math.min(distance, extent)) + beyond / 4
+    }
+
+    function opens(): bool {
+        const speed = centroid.velocity.x * openingDirection
+        return speed > flickSpeed || (speed > -flickSpeed && revealed > extent / 2)
+    }
+
+    target: null
+    yAxis.enabled: false
+    onExtentChanged: if (revealed > 0 && open && !settling.running) revealed = extent
+    onActiveChanged: active ? begin() : ended(opens())
+    onActiveTranslationChanged: if (active) follow()
+}
