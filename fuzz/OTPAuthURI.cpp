@@ -112,9 +112,9 @@ AuthToken naivelyParsed(std::string_view uri)
     token.secretBase32 = UnicodePath::uppercased(removingSpaces(query["secret"]));
     token.algorithm = algorithmFromRawValue(UnicodePath::uppercased(query["algorithm"]))
                           .value_or(AuthToken::Algorithm::sha1);
-    token.digits = number<long>(query["digits"], std::strtol, 6);
-    token.period = number<long>(query["period"], std::strtol, 30);
-    token.counter = number<unsigned long>(query["counter"], std::strtoul, 0);
+    token.digits = number<long long>(query["digits"], std::strtoll, 6);
+    token.period = number<long long>(query["period"], std::strtoll, 30);
+    token.counter = number<unsigned long long>(query["counter"], std::strtoull, 0);
     return token;
 }
 

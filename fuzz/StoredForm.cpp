@@ -2,8 +2,9 @@
 
 #include "fuzz/Fuzzing.h"
 
+#include <algorithm>
 #include <cmath>
-#include <fuzzer/FuzzedDataProvider.h>
+#include <cstring>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
@@ -114,31 +115,50 @@ void checkReading(std::string_view text)
         const auto tokens = decodeTokens(text);
         list = fieldsOf(tokens);
         Fuzzing::require(fieldsOf(decodeTokens(encodeTokens(tokens))) == list, "what was read is kept");
-    } catch (const StoredFormError&) {
+    } catch (const StoredFormError& error) {
         Fuzzing::require(!list, "what was read can be written and read again");
+        Fuzzing::require(!error.errorDescription().empty(), "a refusal says something");
     }
     Fuzzing::require(list == readByDocument(text), "both paths agree");
 }
 
-void checkWriting(FuzzedDataProvider input)
+/// Takes a value off the front of an input, behind whose end there are zeros.
+template <typename Value>
+Value take(std::string_view& input)
+{
+    Value value{};
+    const auto size = std::min(sizeof value, input.size());
+    std::memcpy(&value, input.data(), size);
+    input.remove_prefix(size);
+    return value;
+}
+
+std::string takeText(std::string_view& input)
+{
+    const std::size_t length = take<std::uint8_t>(input);
+    std::string text(input.substr(0, length));
+    input.remove_prefix(text.size());
+    return text;
+}
+
+void checkWriting(std::string_view input)
 {
     std::vector<AuthToken> tokens;
     bool isWritable = true;
-    while (input.remaining_bytes() > 0) {
-        const auto integer = [&] { return input.ConsumeIntegral<std::uint64_t>(); };
+    while (!input.empty()) {
         AuthToken token;
-        token.kind = allKinds[integer() % allKinds.size()];
-        token.algorithm = allAlgorithms[integer() % allAlgorithms.size()];
-        input.ConsumeData(token.id.bytes.data(), token.id.bytes.size());
-        token.digits = static_cast<std::int64_t>(integer());
-        token.period = static_cast<std::int64_t>(integer());
-        token.counter = integer();
-        token.createdAt = Date::fromSecondsSinceReferenceDate(std::bit_cast<double>(integer()));
+        token.kind = allKinds[take<std::uint8_t>(input) % allKinds.size()];
+        token.algorithm = allAlgorithms[take<std::uint8_t>(input) % allAlgorithms.size()];
+        token.createdAt = Date::fromSecondsSinceReferenceDate(take<double>(input));
         isWritable = isWritable && std::isfinite(token.createdAt.secondsSinceReferenceDate());
         for (auto* text : {&token.issuer, &token.account, &token.secretBase32}) {
-            *text = input.ConsumeRandomLengthString(24);
+            *text = takeText(input);
             isWritable = isWritable && Fuzzing::isWellFormedUTF8(*text);
         }
+        token.digits = take<std::int64_t>(input);
+        token.period = take<std::int64_t>(input);
+        token.counter = take<std::uint64_t>(input);
+        token.id.bytes = take<decltype(token.id.bytes)>(input);
         tokens.push_back(token);
     }
     try {
@@ -157,7 +177,7 @@ void checkWriting(FuzzedDataProvider input)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     if (size > 0 && data[0] == 0) {
-        checkWriting({data + 1, size - 1});
+        checkWriting(Fuzzing::text(data + 1, size - 1));
     } else {
         checkReading(Fuzzing::text(data, size));
     }
