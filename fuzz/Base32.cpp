@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 using namespace MirrowvaleAuthenticator;
 
@@ -16,6 +17,8 @@ struct Outcome {
     bool operator==(const Outcome&) const = default;
 };
 
+constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZ234567"; // RFC 4648, section 6
+
 /// Character by character, with the bits written out one by one.
 Outcome slowlyDecoded(std::string_view text)
 {
@@ -25,11 +28,11 @@ Outcome slowlyDecoded(std::string_view text)
     for (const auto character : UnicodePath::characters(cleaned)) {
         const auto composed = UnicodePath::canonicalComposition(character);
         const auto found = std::ranges::find_if(
-            base32Alphabet, [&](char entry) { return composed == std::string_view(&entry, 1); });
-        if (found == base32Alphabet.end()) {
+            alphabet, [&](char entry) { return composed == std::string_view(&entry, 1); });
+        if (found == alphabet.end()) {
             return {{}, std::string(character)};
         }
-        for (auto value = found - base32Alphabet.begin(), bit = std::ptrdiff_t{16}; bit > 0; bit /= 2) {
+        for (auto value = found - alphabet.begin(), bit = std::ptrdiff_t{16}; bit > 0; bit /= 2) {
             bits += (value & bit) != 0 ? '1' : '0';
         }
     }
@@ -42,9 +45,16 @@ Outcome slowlyDecoded(std::string_view text)
 
 Outcome decoded(std::string_view text)
 {
+    std::vector<std::uint8_t> memory(base32DecodedCapacity(text)); // no byte more than promised
     try {
-        return {decodeBase32(text), {}};
+        memory.resize(decodeBase32(text, memory));
+        const auto bytes = decodeBase32(text);
+        Fuzzing::require(std::ranges::equal(bytes, memory), "the caller's memory gets the same");
+        return {bytes, {}};
     } catch (const Base32Error& error) {
+        Fuzzing::require(localizedDescription(error)
+                             == "Invalid Base32 character: " + error.invalidCharacter(),
+                         "the message names the character");
         return {{}, error.invalidCharacter()};
     }
 }
