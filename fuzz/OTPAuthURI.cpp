@@ -130,13 +130,19 @@ bool hasWholeEscapes(std::string_view text)
     return true;
 }
 
-/// Whether a text is a URI beyond doubt: no characters but those that may stand anywhere after the host,
-/// escapes that are whole, and a path that decodes.
+/// Whether a text is a URI beyond doubt: a scheme, a host of letters, no characters but those that may stand
+/// anywhere after it, escapes that are whole, and a path that decodes.
 bool isPlainURI(std::string_view text)
 {
+    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz";
     constexpr std::string_view plain =
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~:/?&=+%";
-    return (text.starts_with("otpauth://totp/") || text.starts_with("otpauth://hotp/"))
+    constexpr std::string_view start = "otpauth://";
+    if (!text.starts_with(start)) {
+        return false;
+    }
+    const auto hostEnd = std::min(text.find_first_not_of(letters, start.size()), text.size());
+    return (hostEnd == text.size() || text[hostEnd] == '/' || text[hostEnd] == '?')
         && text.find_first_not_of(plain) == std::string_view::npos && hasWholeEscapes(text)
         && naivelyDecoded(std::string(text.substr(0, text.find('?'))));
 }
