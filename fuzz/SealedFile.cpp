@@ -1,6 +1,7 @@
 #include "fuzz/Fuzzing.h"
 #include "platform/crypto/SealedBox.h"
 
+#include <algorithm>
 #include <array>
 #include <numeric>
 
@@ -26,18 +27,23 @@ std::optional<SecretString> unsealed(SealingKey key, std::string_view context, c
 
 } // namespace
 
-/// The first two bytes choose what is damaged, the third the length of the context; the rest is both a file
-/// from elsewhere and the text to seal.
+/// The first two bytes choose what is damaged, the third the length of the context, the fourth how often the
+/// rest is repeated: both a file from elsewhere and the text to seal.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static const auto key = makeKey();
-    if (size < 3) {
+    if (size < 4) {
         return 0;
     }
     const std::size_t choice = data[0] | static_cast<std::size_t>(data[1]) << 8;
-    const auto text = Fuzzing::text(data + 3, size - 3);
-    const auto context = text.substr(0, data[2] % 48);
-    require(!unsealed(SealingKey(key), context, SecretString(text)), "a file from elsewhere stays shut");
+    const auto rest = Fuzzing::text(data + 4, size - 4);
+    const auto context = rest.substr(0, data[2] % 48);
+    std::string text;
+    for (int times = std::max<int>(data[3], 1); times > 0; --times) {
+        text += rest;
+    }
+    require(!unsealed(SealingKey(key), context, SecretString(std::string_view(text))),
+            "a file from elsewhere stays shut");
 
     const auto box = seal(SealingKey(key), context, text);
     require(box.size() == text.size() + 36, "a box is 36 bytes longer than what is in it");

@@ -71,6 +71,17 @@ TEST(CodeGeneration, givesTheVectorsOfRFC4226)
     EXPECT_EQ(generateOTP(sha1Secret, 0, Algorithm::sha1, 8), "84755224");
 }
 
+TEST(CodeGeneration, takesAKeyLargerThanABlockOfTheHash)
+{
+    std::string secret; // 131 bytes of 0xAA, whose codes are another implementation's
+    while (secret.size() < 210) {
+        secret += "VK";
+    }
+    EXPECT_EQ(generateOTP(secret, 1, Algorithm::sha1, 8), "81922472");
+    EXPECT_EQ(generateOTP(secret, 1, Algorithm::sha256, 8), "75738337");
+    EXPECT_EQ(generateOTP(secret, 1, Algorithm::sha512, 8), "95076744");
+}
+
 TEST(CodeGeneration, givesTheVectorsOfRFC6238)
 {
     // clang-format off
