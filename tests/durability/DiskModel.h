@@ -70,8 +70,7 @@ public:
     }
 
     /// Hands over each tree that may be found if the power were cut now.
-    /// @param tears  into how many steps the unsafe bytes of a file are cut
-    void forEachState(std::size_t tears, const std::function<void(const Tree&)>& visit) const
+    void forEachState(const std::function<void(const Tree&)>& visit) const
     {
         if (unsafeChanges.size() > 16) {
             throw std::length_error("too many unsafe changes to try each choice of them");
@@ -82,7 +81,7 @@ public:
             std::vector<Tree> trees(1);
             for (const auto& [path, node] : found) {
                 std::vector<Tree> longer;
-                for (const auto& content : possibleContents(nodes[node], tears)) {
+                for (const auto& content : possibleContents(nodes[node])) {
                     for (const auto& tree : trees) {
                         longer.emplace_back(tree)[path] = content;
                     }
@@ -148,14 +147,16 @@ private:
         std::erase_if(unsafeChanges, [&](const auto& change) { return change.folder == node; });
     }
 
-    static std::set<Content> possibleContents(const Node& node, std::size_t tears)
+    static std::set<Content> possibleContents(const Node& node)
     {
-        std::set<Content> found{node.isFolder ? Content() : node.bytes};
-        const auto unsafeSize = node.bytes.size() - node.safeSize;
-        for (std::size_t tear = 0; tear < tears && unsafeSize > 0; ++tear) {
-            const auto kept = node.bytes.substr(0, node.safeSize + unsafeSize * tear / tears);
+        if (node.isFolder) {
+            return {Content()};
+        }
+        std::set<Content> found{node.bytes};
+        for (const auto size : {node.safeSize, (node.safeSize + node.bytes.size()) / 2}) {
+            const auto kept = node.bytes.substr(0, size);
             found.insert(kept);
-            found.insert(kept + std::string(node.bytes.size() - kept.size(), '\0'));
+            found.insert(kept + std::string(node.bytes.size() - size, '\0'));
         }
         return found;
     }

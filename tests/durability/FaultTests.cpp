@@ -64,12 +64,12 @@ bool mountSmallDisk(const fs::path& folder)
     return mount("small", folder.c_str(), "tmpfs", 0, "size=64k,mode=0700") == 0;
 }
 
-/// A save of list 12 fails with its status and keeps it in memory, and the old list on disk.
+/// A save of list 9 fails with its status and keeps it in memory, and the old list on disk.
 void expectRefusal(TokenStore& store, const Vault& vault, OSStatus status)
 {
     const auto before = contents(vault.item);
-    EXPECT_EQ(Vault::save(store, 12), statusMessage(status));
-    EXPECT_EQ(nameOf(*store.tokens), listName(12));
+    EXPECT_EQ(Vault::save(store, 9), statusMessage(status));
+    EXPECT_EQ(nameOf(*store.tokens), listName(9));
     EXPECT_EQ(contents(vault.item), before);
 }
 
@@ -125,14 +125,12 @@ TEST(Fault, NoneBehindALinkToAFolderOfTheUsersOwn)
 
 TEST(Fault, OfAnyCallDuringASaveLeavesTheOldOrTheNewList)
 {
-    std::size_t count = 0;
-    const auto rounds = static_cast<std::size_t>(amount("MIRROWVALE_ERRORS", 1));
-    for (std::size_t variant = 0; variant < 2 * rounds * std::size(starts); ++variant) {
-        const auto& start = starts[variant / 2 % std::size(starts)];
+    for (std::size_t variant = 0; variant < 2 * std::size(starts); ++variant) {
+        const auto& start = starts[variant / 2];
         const bool stays = variant % 2 == 1; // later calls fail too
         bool isReached = true;
-        for (std::size_t faulty = 0; isReached; ++faulty, ++count) {
-            const auto [error, status] = errors[(variant / 12 + faulty) % std::size(errors)];
+        for (std::size_t faulty = 0; isReached; ++faulty) {
+            const auto [error, status] = errors[(variant + faulty) % std::size(errors)];
             const bool isRepeated = status == errSecSuccess;
             SCOPED_TRACE(std::string(start.name) + ", errno " + std::to_string(error) + " in call "
                          + std::to_string(faulty) + (stays ? " and later" : ""));
@@ -158,7 +156,6 @@ TEST(Fault, OfAnyCallDuringASaveLeavesTheOldOrTheNewList)
             ASSERT_TRUE(vault.keeps(treasures));
         }
     }
-    std::cout << count << " saves with a failing call\n";
 }
 
 TEST(Fault, OfAnyCallDuringALoadIsToldAndNothingIsLost)
@@ -292,7 +289,7 @@ TEST(Fault, OfOneAfterAnotherKeepsEachCopy)
 TEST(Fault, OfAnyLengthAndAnyBitIsTold)
 {
     const Vault vault;
-    ASSERT_EQ(Vault::save(amount("MIRROWVALE_DAMAGED_LIST", 1)), "");
+    ASSERT_EQ(Vault::save(1), "");
     for (const auto& path : {vault.key, vault.item}) {
         const auto whole = contents(path);
         for (std::size_t size = 0; size < whole.size(); ++size) {
@@ -307,7 +304,6 @@ TEST(Fault, OfAnyLengthAndAnyBitIsTold)
             ASSERT_EQ(contents(path), damaged);
         }
         overwrite(path, whole);
-        std::cout << whole.size() << " lengths and " << whole.size() * 8 << " bits\n";
     }
     const auto sealed = contents(vault.item);
     EXPECT_EQ(contents(vault.key).size(), 32U);
@@ -320,25 +316,6 @@ TEST(Fault, OfAnyLengthAndAnyBitIsTold)
     overwrite(vault.item, contents(vault.home.data() / (std::string(vault.service) + "_other.sealed")));
     EXPECT_EQ(Vault::found(), statusMessage(errSecDecode)) << "another item's file opens";
     EXPECT_EQ(SecItemAdd(item(vault.service, "vault", "[]")), errSecDuplicateItem);
-}
-
-TEST(Fault, NoneInTenThousandTokensThatKeepTheirOrderAmongEquals)
-{
-    std::vector<AuthToken> tokens(10'000, numberedList(0).front());
-    for (std::size_t number = 0; number < tokens.size(); ++number) {
-        tokens[number].issuer = "Issuer " + std::to_string(1'000 + number * 7919 % 1'000);
-        tokens[number].counter = number;
-    }
-    const Vault vault;
-    TokenStore store;
-    store.tokens = tokens;
-    store.persist();
-    std::ranges::stable_sort(tokens, {}, &AuthToken::issuer);
-    TokenStore started;
-    EXPECT_TRUE(*started.tokens == tokens);
-    started.advanceCounter(tokens.front());
-    ++tokens.front().counter;
-    EXPECT_TRUE(*TokenStore().tokens == tokens);
 }
 
 } // namespace MirrowvaleAuthenticator

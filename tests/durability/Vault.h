@@ -7,7 +7,6 @@
 #include "tests/support/TemporaryHome.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <set>
@@ -20,26 +19,15 @@ namespace MirrowvaleAuthenticator {
 
 namespace fs = std::filesystem;
 
-/// How much of an experiment to run: an environment variable's value, or what suits every build.
-inline int amount(const char* variable, int usual)
-{
-    const char* value = std::getenv(variable);
-    return value == nullptr ? usual : std::atoi(value);
-}
-
-/// A list that is known by its number as long as no token of it is lost or changed; short for a number
-/// below 10.
+/// A list of one token, which is known by its number and differs from others in length, too.
 inline std::vector<AuthToken> numberedList(int number)
 {
-    std::vector<AuthToken> tokens(static_cast<std::size_t>(1 + number / 10 * 37 % 150));
-    for (auto& token : tokens) {
-        token.issuer = "list " + std::to_string(number);
-        token.secretBase32 = "GEZDGNBVGY3TQOJQ";
-        token.counter = static_cast<std::uint64_t>(&token - tokens.data());
-        token.id.bytes = {static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(number >> 8),
-                          static_cast<std::uint8_t>(number >> 16), static_cast<std::uint8_t>(token.counter)};
-    }
-    return tokens;
+    AuthToken token;
+    token.id.bytes[0] = static_cast<std::uint8_t>(number);
+    token.issuer = "list " + std::to_string(number);
+    token.account.assign(static_cast<std::size_t>(number), 'a');
+    token.secretBase32 = "GEZDGNBVGY3TQOJQ";
+    return {token};
 }
 
 inline std::string listName(int number)
@@ -51,15 +39,9 @@ inline std::string listName(int number)
 inline std::string nameOf(const std::vector<AuthToken>& tokens)
 {
     std::string names;
-    for (auto first = tokens.begin(); first != tokens.end();) {
-        const auto& name = first->issuer;
-        const auto list = numberedList(name.size() > 5 ? std::atoi(name.c_str() + 5) : 0);
-        const auto count = std::min<std::ptrdiff_t>(tokens.end() - first, std::ssize(list));
-        if (!std::equal(first, first + count, list.begin(), list.end())) {
-            return "a spoilt list";
-        }
-        names += (names.empty() ? "" : " + ") + name;
-        first += count;
+    for (const auto& token : tokens) {
+        const bool isWhole = token.issuer.size() > 5 && numberedList(token.issuer[5] - '0').front() == token;
+        names += (names.empty() ? "" : " + ") + (isWhole ? token.issuer : "a spoilt token");
     }
     return names.empty() ? "nothing" : names;
 }

@@ -5,6 +5,7 @@
 #include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/Tokens.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -103,6 +104,17 @@ TEST_F(TokenStoreTest, aLoadSortsByIssuerAsTheUsersLocaleDoesAndWritesNothing)
     EXPECT_TRUE(TokenStore().tokens->empty());
     EXPECT_EQ(*TokenStore().lastError, std::nullopt);
     EXPECT_EQ(writes(), 0U);
+}
+
+TEST_F(TokenStoreTest, tokensOfOneIssuerKeepTheirOrderHoweverMany)
+{
+    std::vector<AuthToken> tokens;
+    for (std::uint64_t number = 0; number < 10'000; ++number) {
+        tokens.push_back(tokenNamed("Issuer " + std::to_string(1'000 + number * 7919 % 1'000), "", number));
+    }
+    put(tokens);
+    std::ranges::stable_sort(tokens, {}, &AuthToken::issuer);
+    EXPECT_TRUE(*TokenStore().tokens == tokens);
 }
 
 TEST_F(TokenStoreTest, announcesEachAssignmentOnceBeforeItHappens)

@@ -93,7 +93,6 @@ public:
             : std::optional<std::string>(std::get<SecretString>(found->second.at(kSecValueData)));
     }
 
-    std::size_t itemCount() const { return items.size(); }
     std::size_t callCount(Operation operation) const
     {
         return static_cast<std::size_t>(std::ranges::count(calls, operation, &Call::operation));
