@@ -5,11 +5,11 @@
 
 #include <array>
 #include <csignal>
+#include <cstdio>
 #include <memory>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace MirrowvaleAuthenticator {
 
@@ -22,31 +22,21 @@ class Bus {
 public:
     Bus()
     {
-        std::array<int, 2> ends{};
-        EXPECT_EQ(pipe(ends.data()), 0);
-        const auto output = "--print-address=" + std::to_string(ends[1]);
-        process = fork();
-        if (process == 0) {
-            execlp("dbus-daemon", "dbus-daemon", "--session", "--nofork", output.c_str(), nullptr);
-            _exit(1);
+        std::array<char, 256> address{};
+        auto* output = popen("dbus-daemon --session --fork --print-address=1 --print-pid=1", "r");
+        const int count = std::fscanf(output, "%255s %d", address.data(), &process);
+        pclose(output);
+        if (count != 2) {
+            throw std::runtime_error("no bus");
         }
-        close(ends[1]);
-        std::array<char, 256> line{};
-        EXPECT_GT(read(ends[0], line.data(), line.size() - 1), 0);
-        close(ends[0]);
-        const std::string address(line.data());
-        setenv("DBUS_SESSION_BUS_ADDRESS", address.substr(0, address.find('\n')).c_str(), 1);
+        setenv("DBUS_SESSION_BUS_ADDRESS", address.data(), 1);
     }
-    ~Bus()
-    {
-        kill(process, SIGTERM);
-        waitpid(process, nullptr, 0);
-    }
+    ~Bus() { kill(process, SIGTERM); }
     Bus(const Bus&) = delete;
     Bus& operator=(const Bus&) = delete;
 
 private:
-    pid_t process = -1;
+    pid_t process = 0;
 };
 
 /// In a session with a bus, where a second start has another home folder; and in one without, where it has
