@@ -34,7 +34,8 @@ class FaultTest(harness.KeyringTest):
         return fake
 
     def assertOneItem(self, fake, data):
-        self.assertEqual([(item["collection"], item["data"]) for item in fake.look().items], [("login", data)])
+        self.assertEqual([(item["collection"], item["label"], item["data"]) for item in fake.look().items],
+                         [("login", "Mirrowvale Authenticator (vault)", data)])
         self.assertEqual(self.traces(), inKeyring)
 
     def testAKeyringOfAnyKindKeepsOneItem(self):
