@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
@@ -32,15 +33,34 @@ Integer integer(const JSON& value)
     return fits ? value.get<Integer>() : throw std::out_of_range("integer");
 }
 
+UUID uuid(std::string text)
+{
+    static const std::regex form("[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}");
+    if (!std::regex_match(text, form)) {
+        throw std::invalid_argument("UUID");
+    }
+    std::erase(text, '-');
+    UUID id;
+    for (std::size_t place = 0; place < id.bytes.size(); ++place) {
+        id.bytes[place] = static_cast<std::uint8_t>(std::stoul(text.substr(2 * place, 2), nullptr, 16));
+    }
+    return id;
+}
+
 AuthToken tokenFrom(const JSON& object)
 {
+    using Kind = AuthToken::Kind;
+    using Algorithm = AuthToken::Algorithm;
+    static const std::map<std::string, Kind> kinds{{"totp", Kind::totp}, {"hotp", Kind::hotp}};
+    static const std::map<std::string, Algorithm> algorithms{
+        {"SHA1", Algorithm::sha1}, {"SHA256", Algorithm::sha256}, {"SHA512", Algorithm::sha512}};
     const auto text = [&](const char* key) { return object.at(key).get<std::string>(); };
-    return {UUID::fromString(text("id")).value(),
-            kindFromRawValue(text("kind")).value(),
+    return {uuid(text("id")),
+            kinds.at(text("kind")),
             text("issuer"),
             text("account"),
             text("secretBase32"),
-            algorithmFromRawValue(text("algorithm")).value(),
+            algorithms.at(text("algorithm")),
             integer<std::int64_t>(object.at("digits")),
             integer<std::int64_t>(object.at("period")),
             integer<std::uint64_t>(object.at("counter")),
