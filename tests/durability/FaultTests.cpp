@@ -94,8 +94,6 @@ TEST(Fault, InAPlaceGivesItsStatusAndSpoilsNothing)
                 EXPECT_EQ(nameOf(*running.tokens), listName(2));
                 EXPECT_EQ(Vault::found(), message);
                 EXPECT_EQ(Vault::save(3), message);
-            } else {
-                std::cout << "this user cannot make: " << impostor.name << "\n";
             }
             fs::remove_all(path);
             fs::rename(moved(path), path);

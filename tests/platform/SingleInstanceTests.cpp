@@ -9,7 +9,6 @@
 #include <memory>
 #include <poll.h>
 #include <stdexcept>
-#include <sys/stat.h>
 
 namespace MirrowvaleAuthenticator {
 
@@ -79,9 +78,7 @@ TEST_P(SingleInstanceTest, aSecondHandsItsActivationToTheFirst)
         EXPECT_TRUE(passed(second));
     }
     EXPECT_EQ(first.takeActivation(), std::nullopt);
-    struct stat folder { };
-    ASSERT_EQ(stat(home.data().c_str(), &folder), 0);
-    EXPECT_EQ(folder.st_mode & 0777, 0700U);
+    EXPECT_EQ(fs::status(home.data()).permissions(), fs::perms::owner_all);
 }
 
 TEST_P(SingleInstanceTest, manyEndWhileTheFirstIsFrozen)

@@ -75,31 +75,24 @@ protected:
 
 } // namespace
 
-TEST_F(TokenStoreTest, aLoadSortsByIssuerAsTheUsersLocaleDoesAndWritesNothing)
+TEST_F(TokenStoreTest, aLoadSortsByIssuerWithoutRegardToCaseAndWritesNothing)
 {
-    // clang-format off
-    const struct { const char* locale; Names storedNames, loadedNames; } table[] = {
-        {"en_US.UTF-8", {"beta", "Alpha", "", "alpha"}, {"Alpha", "alpha", "beta", ""}},
-        {"en_US.UTF-8", {"Tokens", "token", "", "TOKEN", "toke"}, {"toke", "token", "", "TOKEN", "Tokens"}},
-        {"en_US.UTF-8", {"z", "Ö", "ö", "Zebra"}, {"Ö", "ö", "z", "Zebra"}},
-        {"sv_SE.UTF-8", {"Ö", "z", "ö", "Zebra"}, {"z", "Zebra", "Ö", "ö"}},
-        {"en_US.UTF-8", {"Cafe\u0301 2", "Café 1"}, {"Café 1", "Cafe\u0301 2"}},
-        {"C", {"beta", "Alpha", "", "alpha"}, {"Alpha", "alpha", "beta", ""}},
+    const std::pair<Names, Names> table[] = {
+        {{"beta", "Alpha", "", "alpha"}, {"Alpha", "alpha", "beta", ""}},
+        {{"Tokens", "token", "", "TOKEN", "toke"}, {"toke", "token", "", "TOKEN", "Tokens"}},
+        {{"z", "Ö", "ö", "Zebra"}, {"Ö", "ö", "z", "Zebra"}},
     };
-    // clang-format on
-    for (const auto& row : table) {
-        SCOPED_TRACE(testing::PrintToString(row.storedNames));
-        setenv("LC_ALL", row.locale, 1);
+    for (const auto& [storedNames, loadedNames] : table) {
         std::vector<AuthToken> tokens;
-        for (const auto& name : row.storedNames) {
+        for (const auto& name : storedNames) {
             tokens.push_back(tokenNamed(name, "z" + std::to_string(9 - tokens.size())));
         }
         put(tokens);
         const TokenStore store;
-        EXPECT_EQ(issuers(*store.tokens), row.loadedNames);
+        EXPECT_EQ(issuers(*store.tokens), loadedNames);
         EXPECT_EQ(*store.lastError, std::nullopt);
     }
-    EXPECT_EQ(writes(), 0U) << "a load writes nothing";
+    EXPECT_EQ(writes(), 0U);
     credentials = {};
     EXPECT_TRUE(TokenStore().tokens->empty());
     EXPECT_EQ(*TokenStore().lastError, std::nullopt);
