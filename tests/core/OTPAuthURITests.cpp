@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// Labels, parameters and numbers, the fuzz target tells, too: it compares with a slow reference.
+// What the parts of a URI come to, the fuzz target tells: it compares with a slow reference.
 
 namespace MirrowvaleAuthenticator {
 
@@ -39,22 +39,15 @@ TEST(OTPAuthURI, takesEveryFieldFromTheURI)
     EXPECT_FALSE(parseOTPAuthURI("otpauth://totp?secret=X").id == token.id);
 }
 
-TEST(OTPAuthURI, acceptsSchemeTypeAndNamesInAnyCase)
-{
-    for (const auto* uri : {"OTPAUTH://TOTP/x?SECRET=S", "otpauth://u:p@totp:99/x?secret=S#secret=T",
-                            "otpauth://:@%74otp:/x?%73ecret=S", "otpauth://totp/x?a=1&&secret=S&b&c=&&a=2",
-                            "otpauth://totp/x?a=%FF&secret=S&%ED%A0%80=%C3&%C3%A9=1&%C3%89=2&secret%FF=1"}) {
-        SCOPED_TRACE(uri);
-        ASSERT_EQ(failure(uri), "");
-        EXPECT_EQ(parseOTPAuthURI(uri).kind, Kind::totp);
-        EXPECT_EQ(parseOTPAuthURI(uri).secretBase32, "S");
-    }
-}
-
-TEST(OTPAuthURI, saysWhyATextIsNone)
+TEST(OTPAuthURI, isTakenInEveryFormOfAURIAndElseSaysWhyNot)
 {
     // clang-format off
-    const std::pair<const char*, std::vector<std::string>> refusals[] = {
+    const std::pair<const char*, std::vector<std::string>> failures[] = {
+        {"", {
+            "OTPAUTH://TOTP/x?SECRET=S", "otpauth://u:p@totp:99/x?secret=S#secret=T",
+            "otpauth://:@%74otp:/x?%73ecret=S", "otpauth://totp/x?a=1&&secret=S&b&c=&&a=2",
+            "otpauth://totp/x?a=%FF&secret=S&%ED%A0%80=%C3&%C3%A9=1&%C3%89=2&secret%FF=1",
+        }},
         {"Enter a valid otpauth:// URI.", {
             "", "otpauth://totp/x?secret=X\n", "otpauth://totp/a b?secret=X", "otpauth://totp/é?secret=X",
             "otpauth://totp/x?secret=X|", "otpauth://totp/x?secret=X#a#b", "otpauth://totp/x?secret=X\0"s,
@@ -68,7 +61,7 @@ TEST(OTPAuthURI, saysWhyATextIsNone)
         {"The otpauth URI does not contain a secret.", {"otpauth://totp/x#secret=X"}},
     };
     // clang-format on
-    for (const auto& [message, uris] : refusals) {
+    for (const auto& [message, uris] : failures) {
         for (const auto& uri : uris) {
             EXPECT_EQ(failure(uri), message) << uri;
         }
