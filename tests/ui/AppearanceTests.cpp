@@ -5,11 +5,10 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QImage>
+#include <QQmlExpression>
 #include <QTest>
 
 #include <cmath>
-#include <iomanip>
-#include <iostream>
 #include <set>
 #include <tuple>
 
@@ -24,8 +23,8 @@ protected:
     void SetUp() override
     {
         build();
-        appearance = qobject_cast<SystemAppearance*>(singleton("SystemAppearance"));
-        theme = singleton("Theme");
+        theme = singleton("Theme", window.get());
+        appearance = qobject_cast<SystemAppearance*>(singleton("SystemAppearance", theme));
         ASSERT_TRUE(appearance && theme);
     }
 
@@ -36,17 +35,10 @@ protected:
         set("org.gnome.desktop.interface", "text-scaling-factor", 1.0);
     }
 
-    QObject* singleton(const char* name)
+    /// @param user  what has the singleton among its imports
+    static QObject* singleton(const char* name, QObject* user)
     {
-        QQmlComponent holder(&engine);
-        holder.setData(
-            QByteArray(
-                "import QtQml\nimport MirrowvaleAuthenticator\nimport MirrowvaleAuthenticator.Desktop\n"
-                "QtObject { property QtObject held: ")
-                + name + " }",
-            {});
-        const std::unique_ptr<QObject> object(holder.create());
-        return object ? object->property("held").value<QObject*>() : nullptr;
+        return QQmlExpression(qmlContext(user), user, QLatin1String(name)).evaluate().value<QObject*>();
     }
 
     void set(const char* group, const char* key, const QVariant& value)
@@ -107,11 +99,8 @@ TEST_F(AppearanceTest, everyTextStandsOutFromWhatLiesBehindIt)
         set("org.freedesktop.appearance", "color-scheme", scheme);
         for (const auto& [text, surfaces] : texts) {
             for (const char* surface : surfaces) {
-                const double ratio = contrast(color(text), color(surface));
-                EXPECT_GE(ratio, 4.5) << text << " on " << surface << (scheme == 1 ? ", dark" : ", light");
-                std::cout << std::setw(18) << text << " on " << std::setw(18) << surface << std::setw(6)
-                          << (scheme == 1 ? "dark" : "light") << std::fixed << std::setprecision(2)
-                          << std::setw(7) << ratio << '\n';
+                EXPECT_GE(contrast(color(text), color(surface)), 4.5)
+                    << text << " on " << surface << (scheme == 1 ? ", dark" : ", light");
             }
         }
     }
@@ -142,7 +131,6 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
     store.tokens = tokens;
     contentView.setShowingAdd(true);
     window->resize(320, 1400);
-    double smallest = 1000;
     for (const double scale : {0.8, 1.0, 1.35, 2.0}) {
         set("org.gnome.desktop.interface", "text-scaling-factor", scale);
         ASSERT_TRUE(QTest::qWaitFor([&] {
@@ -150,9 +138,8 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
         }));
         QTest::qWait(50); // a layout
         for (const QQuickItem* button : shown(window->contentItem(), "MirrowvaleAuthenticator::ButtonItem")) {
-            smallest = std::min({smallest, button->width(), button->height()});
-            EXPECT_GE(button->width(), 44) << button->metaObject()->className() << " at " << scale;
-            EXPECT_GE(button->height(), 44) << button->metaObject()->className() << " at " << scale;
+            EXPECT_GE(std::min(button->width(), button->height()), 44)
+                << button->metaObject()->className() << " at " << scale;
         }
         ASSERT_EQ(rows().size(), 2);
         for (QQuickItem* row : rows()) {
@@ -166,7 +153,6 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
                 << "at " << scale;
         }
     }
-    std::cout << "smallest target: " << smallest << " points\n";
 }
 
 /// Tokens with names of many kinds that end in the same character, once for the issuer, once for the account.
