@@ -32,52 +32,32 @@ TEST(TokenRowView, groupsSixCharactersAndNothingElse)
 TEST(TokenRowView, showsTheTokenAtAnInstant)
 {
     struct Case {
-        const char* what;
         void (*change)(AuthToken&);
         double instant;
-        const char* issuer;
-        const char* account;
-        const char* code;
-        const char* countdown;
-        bool urgent;
-        bool next;
+        const char* shown;
     };
-    const auto hotp = [](AuthToken& token) { token.kind = AuthToken::Kind::hotp; };
     const Case cases[] = {
-        {"RFC 6238", [](AuthToken& token) { token.digits = 8; }, 59, "Bank", "ada", "94287082", "1s", true,
-         false},
-        {"six left", [](AuthToken&) {}, 54, "Bank", "ada", "287 082", "6s", false, false},
-        {"five left", [](AuthToken&) {}, 55, "Bank", "ada", "287 082", "5s", true, false},
-        {"a step begins", [](AuthToken&) {}, 60, "Bank", "ada", "359 152", "30s", false, false},
-        {"no names", [](AuthToken& token) { token.issuer = token.account = ""; }, 54, "Token", "Account",
-         "287 082", "6s", false, false},
-        {"names of blanks", [](AuthToken& token) { token.issuer = token.account = " "; }, 54, " ", " ",
-         "287 082", "6s", false, false},
-        {"names like markup and placeholders",
-         [](AuthToken& token) {
-             token.issuer = "<b>x</b>";
-             token.account = "%1";
-         },
-         54, "<b>x</b>", "%1", "287 082", "6s", false, false},
-        {"no Base32", [](AuthToken& token) { token.secretBase32 = "1"; }, 54, "Bank", "ada", "--- ---", "6s",
-         false, false},
-        {"nine digits", [](AuthToken& token) { token.digits = 9; }, 54, "Bank", "ada", "--- ---", "6s", false,
-         false},
-        {"the longest step", [](AuthToken& token) { token.period = INT64_MAX; }, 0, "Bank", "ada", "755 224",
-         "9223372036854775807s", false, false},
-        {"counter-based", hotp, 54, "Bank", "ada", "755 224", "0s", true, true},
+        {[](AuthToken& token) { token.digits = 8; }, 59, "Bank, ada, 94287082, 1s, urgent"}, // RFC 6238
+        {[](AuthToken&) {}, 54, "Bank, ada, 287 082, 6s"},
+        {[](AuthToken&) {}, 55, "Bank, ada, 287 082, 5s, urgent"},
+        {[](AuthToken&) {}, 60, "Bank, ada, 359 152, 30s"},
+        {[](AuthToken& token) { token.issuer = token.account = ""; }, 54, "Token, Account, 287 082, 6s"},
+        {[](AuthToken& token) { token.issuer = token.account = " "; }, 54, " ,  , 287 082, 6s"},
+        {[](AuthToken& token) { token.issuer = "<b>x</b>"; }, 54, "<b>x</b>, ada, 287 082, 6s"},
+        {[](AuthToken& token) { token.account = "%1"; }, 54, "Bank, %1, 287 082, 6s"},
+        {[](AuthToken& token) { token.secretBase32 = "1"; }, 54, "Bank, ada, --- ---, 6s"},
+        {[](AuthToken& token) { token.period = INT64_MAX; }, 0, "Bank, ada, 755 224, 9223372036854775807s"},
+        {[](AuthToken& token) { token.kind = AuthToken::Kind::hotp; }, 54,
+         "Bank, ada, 755 224, 0s, urgent, Next"},
     };
     for (const Case& test : cases) {
-        SCOPED_TRACE(test.what);
         AuthToken token = tokenNamed("Bank", "ada");
         test.change(token);
         const TokenRowView view(token, Date::fromSecondsSince1970(test.instant), false);
-        EXPECT_EQ(view.issuer().toStdString(), test.issuer);
-        EXPECT_EQ(view.account().toStdString(), test.account);
-        EXPECT_EQ(view.displayCode().toStdString(), test.code);
-        EXPECT_EQ(view.countdown().toStdString(), test.countdown);
-        EXPECT_EQ(view.isUrgent(), test.urgent);
-        EXPECT_EQ(view.offersNext(), test.next);
+        QStringList shown{view.issuer(), view.account(), view.displayCode(), view.countdown()};
+        shown += view.isUrgent() ? QStringList{QStringLiteral("urgent")} : QStringList();
+        shown += view.offersNext() ? QStringList{QStringLiteral("Next")} : QStringList();
+        EXPECT_EQ(shown.join(QStringLiteral(", ")).toStdString(), test.shown);
     }
 }
 
