@@ -41,7 +41,7 @@ TEST_F(ContentViewTest, deletesEveryTokenOfTheRowsIdentityAndSaves)
     EXPECT_EQ(listed(), "b") << "a save that fails brings nothing back";
 }
 
-TEST_F(ContentViewTest, actionsOnRowsThatHaveLeftDoNothing)
+TEST_F(ContentViewTest, rowsThatLagBehindTheStoreStandForTheirOwnTokenAlone)
 {
     list("ab");
     store.persist();
@@ -55,6 +55,8 @@ TEST_F(ContentViewTest, actionsOnRowsThatHaveLeftDoNothing)
     EXPECT_EQ(listed(), "b");
     EXPECT_EQ(store.tokens->at(0).counter, 0U);
     EXPECT_EQ(saves(), 1U);
+    EXPECT_FALSE(view.rows()->index(0).data(TokenListModel::Issuer).isValid());
+    EXPECT_EQ(view.rows()->index(1).data(TokenListModel::Issuer), QStringLiteral("b"));
 }
 
 TEST_F(ContentViewTest, everyPresentationHasAFormOfItsOwn)

@@ -54,10 +54,9 @@ bool inMemory(const Disguised& text)
         std::istringstream fields(line);
         std::uintptr_t begin = 0;
         std::uintptr_t end = 0;
+        char dash = 0;
         std::string access;
-        fields >> std::hex >> begin;
-        fields.ignore(1);
-        fields >> end >> access;
+        fields >> std::hex >> begin >> dash >> end >> access;
         if (!access.starts_with("rw") || line.find("[v") != std::string::npos) {
             continue;
         }
