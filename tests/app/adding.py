@@ -31,33 +31,6 @@ class AddingTest(WindowTest):
         self.gone("Cancel")
         self.row("Acme", "90698825")
 
-    def testByKeyboard(self):
-        self.start()
-        self.tabTo("Add token")
-        key("space")
-        self.until(lambda: self.find("otpauth:// URI").focused)
-        typeText(f"otpauth://hotp/Acme:bob?secret={secret}&counter=7")
-        self.tabTo("Import URI")
-        key("Return")
-        self.gone("Cancel")
-        self.row("Acme", "162 583")
-        self.tabTo("Next")
-        key("space")
-        self.row("Acme", "399 871")
-        self.tabTo("Add token")
-        key("Return")
-        self.still("Cancel")
-        key("Escape")
-        self.gone("Cancel")
-
-    def tabTo(self, name):
-        """Presses Tab until the focus has come to an element."""
-        for _ in range(20):
-            if self.find(name).focused:
-                return
-            key("Tab")
-        self.fail(f"Tab does not lead to {name!r}")
-
     def testByHand(self):
         self.start()
         self.openSheet()
@@ -66,11 +39,6 @@ class AddingTest(WindowTest):
         self.find(secretField).click()
         typeText("gezd gnbv gy3t qojq gezd gnbv gy3t qojq gezd gnbv gy3t qojq geza")
         self.find("Algorithm").click()
-        self.still("SHA512")
-        key("Escape")
-        self.gone("SHA512")
-        self.until(lambda: self.find("Algorithm").focused)
-        key("Return")
         self.still("SHA256")
         key("Down", "Return")
         self.gone("SHA512")
@@ -89,23 +57,12 @@ class AddingTest(WindowTest):
         row = self.until(lambda: next((e for e in self.elements() if e.text.startswith(label)), None))
         self.find("Increment", lambda e: abs(e.y - row.y) < 30).click()
 
-    def testMessagesAndFreshSheet(self):
-        byURI, byHand = ("otpauth:// URI", "Import URI"), (secretField, "Save")
+    def testFreshSheet(self):
         self.start()
         self.openSheet()
-        for (field, button), text, message in (
-                (byURI, "otp://totp/x?secret=GE", "Enter a valid otpauth:// URI."),
-                (byURI, "otpauth://totp/x?issuer=Acme", "The otpauth URI does not contain a secret."),
-                (byURI, "otpauth://push/x?secret=GE", "Only TOTP and HOTP otpauth URIs are supported."),
-                (byURI, "otpauth://totp/x?secret=GE&digits=9", "Only 6, 7, and 8 digit OTP codes are supported."),
-                (byURI, "otpauth://totp/x?secret=GE!", "Invalid Base32 character: !"),
-                (byURI, "otpauth://hotp/x?secret=A", "The token secret is not valid Base32."),
-                (byHand, "abc1", "Invalid Base32 character: 1"),
-                (byHand, "====", "The token secret is not valid Base32.")):
-            with self.subTest(text=text):
-                self.fill(field, text)
-                self.find(button).click()
-                self.find(message)
+        self.fill(secretField, "====")
+        self.find("Save").click()
+        self.find("The token secret is not valid Base32.")
         self.stepUp("Digits: ")
         self.find("Digits: 7")
         self.closeSheet()
