@@ -5,6 +5,7 @@ import ctypes
 import os
 import pathlib
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -130,22 +131,15 @@ def drag(x, y, toX, toY, steps=12):
     xdotool(*words, "sleep", "0.1", "mouseup", 1)
 
 
-class ClientMessage(ctypes.Structure):
-    """XClientMessageEvent, padded to the size of an XEvent."""
-    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("sendEvent", ctypes.c_int),
-                ("display", ctypes.c_void_p), ("window", ctypes.c_ulong), ("messageType", ctypes.c_ulong),
-                ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("padding", ctypes.c_long * 12)]
-
-
 def closeWindow(window):
     """Asks a window to close, as its title bar's button does."""
     xlib = ctypes.CDLL("libX11.so.6")
     xlib.XOpenDisplay.restype = ctypes.c_void_p
     display = ctypes.c_void_p(xlib.XOpenDisplay(None))
     protocols, delete = (xlib.XInternAtom(display, name, 0) for name in (b"WM_PROTOCOLS", b"WM_DELETE_WINDOW"))
-    message = ClientMessage(type=33, window=int(window), messageType=protocols, format=32,
-                            data=(ctypes.c_long * 5)(delete, 0))
-    xlib.XSendEvent(display, ctypes.c_ulong(int(window)), 0, 0, ctypes.byref(message))
+    # An XClientMessageEvent, padded to the size of an XEvent.
+    message = struct.pack("iLiPLLi5l", 33, 0, 0, 0, int(window), protocols, 32, delete, 0, 0, 0, 0).ljust(192, b"\0")
+    xlib.XSendEvent(display, ctypes.c_ulong(int(window)), 0, 0, message)
     xlib.XCloseDisplay(display)
 
 
@@ -154,10 +148,10 @@ def end(process):
     process.wait()
 
 
-def callBus(service, path, interface, method, arguments):
+def callBus(service, path, interface, method, arguments="()", flags=0):
     """A call on the session's bus; the arguments in GVariant's text form."""
     return Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
-        service, path, interface, method, GLib.Variant.parse(None, arguments, None, None), None, 0, -1).unpack()
+        service, path, interface, method, GLib.Variant.parse(None, arguments, None, None), None, flags, -1).unpack()
 
 
 def setDesktop(**settings):

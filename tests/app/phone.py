@@ -5,17 +5,15 @@ import pathlib
 import subprocess
 
 import harness
-from harness import Gio, GLib, WindowTest, click, key, main, secret, typeText
+from harness import Gio, WindowTest, callBus, click, key, main, secret, typeText
 
 harness.screen = "720x1440x24"
 keyboard = "sm.puri.OSK0"  # what a shell's on-screen keyboard is called on the bus
 fields = ("otpauth:// URI", "Issuer", "Account", "Base32 secret")
 
 
-def call(service, path, method, arguments=None):
-    interface, _, name = method.rpartition(".")
-    return Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(service, path, interface, name, arguments, None,
-                                                           Gio.DBusCallFlags.NO_AUTO_START, 1000, None).unpack()
+def callKeyboard(interface, method, arguments):
+    return callBus(keyboard, "/sm/puri/OSK0", interface, method, arguments, Gio.DBusCallFlags.NO_AUTO_START)
 
 
 class PhoneTest(WindowTest):
@@ -66,8 +64,7 @@ class PhoneTest(WindowTest):
 
     def isUp(self):
         """Whether the shell says that the keyboard shows; None before there is one."""
-        return call(keyboard, "/sm/puri/OSK0", "org.freedesktop.DBus.Properties.Get",
-                    GLib.Variant("(ss)", (keyboard, "Visible")))[0]
+        return callKeyboard("org.freedesktop.DBus.Properties", "Get", f"('{keyboard}', 'Visible')")[0]
 
     def keyboardTop(self):
         """Where the evenly coloured keyboard begins at its left edge."""
@@ -99,7 +96,7 @@ class PhoneTest(WindowTest):
                 self.until(lambda: not self.isUp() and self.find("Algorithm").focused)
                 self.tap(fields[-1])
                 self.until(self.isUp)
-                call(keyboard, "/sm/puri/OSK0", keyboard + ".SetVisible", GLib.Variant("(b)", (False,)))
+                callKeyboard(keyboard, "SetVisible", "(false,)")
                 self.until(lambda: not self.isUp())
                 self.tap(fields[-1])  # put away by its user, wanted again
                 self.until(lambda: self.inSight(fields[-1]))
@@ -113,7 +110,7 @@ class PhoneTest(WindowTest):
         services = pathlib.Path(os.environ["XDG_RUNTIME_DIR"]) / "dbus-1" / "services"
         mark = self.home / "started"
         (services / f"{keyboard}.service").write_text(f"[D-BUS Service]\nName={keyboard}\nExec=/bin/touch {mark}\n")
-        call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig")
+        callBus("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "ReloadConfig")
         self.startShell(480, 844, 1)
         self.tap("Add token")
         self.until(lambda: self.find(fields[0]).focused)
