@@ -2,36 +2,30 @@
 
 #include <QTest>
 
-#include <algorithm>
 #include <fstream>
-#include <random>
 #include <sstream>
 #include <string>
 
 namespace MirrowvaleAuthenticator {
 namespace {
 
-/// A text that this test holds in a changed form alone, to look for it in memory without finding itself.
-class Disguised {
-public:
-    Disguised()
-    {
-        std::random_device random;
-        std::generate(letters.begin(), letters.end(),
-                      [&random] { return static_cast<char>(('A' + random() % 26) ^ mask); });
-        letters.back() = '1' ^ mask; // no digit of Base32: what is typed must not become a token
-    }
+/// A text that stands nowhere in memory but where it is typed: each letter is worked out anew.
+struct Typed {
+    static constexpr std::size_t size = 48;
 
-    std::size_t size() const { return letters.size(); }
-    char at(std::size_t index) const { return static_cast<char>(letters[index] ^ mask); }
+    char at(std::size_t index) const
+    {
+        return index + 1 < size ? static_cast<char>('A' + (index * index + start) % 26)
+                                : '1'; // no digit of Base32: what is typed must not become a token
+    }
 
     /// Whether ten characters of the text stand in a row in memory, `width` bytes apart.
     bool standsIn(const char* begin, const char* end, std::size_t width) const
     {
         const std::size_t wanted = 10;
-        for (const char* start = begin; start + wanted * width <= end; ++start) {
+        for (const char* first = begin; first + wanted * width <= end; ++first) {
             std::size_t index = 0;
-            while (index < wanted && start[index * width] == at(20 + index)) {
+            while (index < wanted && first[index * width] == at(20 + index)) {
                 ++index;
             }
             if (index == wanted) {
@@ -41,13 +35,11 @@ public:
         return false;
     }
 
-private:
-    static constexpr char mask = 0x15;
-    std::string letters = std::string(48, '\0');
+    std::size_t start;
 };
 
 /// Whether the text stands anywhere in what this process can write, as UTF-8 or as UTF-16.
-bool inMemory(const Disguised& text)
+bool inMemory(const Typed& text)
 {
     std::ifstream maps("/proc/self/maps");
     for (std::string line; std::getline(maps, line);) {
@@ -75,14 +67,14 @@ TEST_F(TypedSecretTest, noCopyOfAFieldOutlivesTheSheet)
 {
     build();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    for (const int tabs : {0, 3}) { // the URI's field has focus; the secret's lies further down
+    for (const std::size_t tabs : {0U, 3U}) { // the URI's field has focus; the secret's lies further down
         contentView.setShowingAdd(true);
         ASSERT_TRUE(QTest::qWaitFor([this] { return window->activeFocusItem() != nullptr; }));
-        for (int press = 0; press < tabs; ++press) {
+        for (std::size_t press = 0; press < tabs; ++press) {
             QTest::keyClick(window.get(), Qt::Key_Tab);
         }
-        const Disguised text;
-        for (std::size_t index = 0; index < text.size(); ++index) {
+        const Typed text{tabs};
+        for (std::size_t index = 0; index < Typed::size; ++index) {
             QTest::keyClick(window.get(), text.at(index));
         }
         ASSERT_TRUE(inMemory(text));
