@@ -31,6 +31,39 @@ class AddingTest(WindowTest):
         self.gone("Cancel")
         self.row("Acme", "90698825")
 
+    def testByKeyboard(self):
+        self.start()
+        self.tabTo("Add token")
+        key("space")
+        self.until(lambda: self.find("otpauth:// URI").focused)
+        typeText(f"otpauth://hotp/Acme:bob?secret={secret}&counter=7")
+        self.tabTo("Import URI")
+        key("Return")
+        self.row("Acme", "162 583")
+        self.tabTo("Next")
+        key("space")
+        self.row("Acme", "399 871")
+        key("ctrl+n")
+        self.until(lambda: self.find("otpauth:// URI").focused)
+        key("Escape")
+        self.gone("Cancel")
+        self.until(lambda: self.find("Next").focused)
+        key("Down")
+        self.until(lambda: self.row("Acme").focused)
+        key("Return")
+        self.until(lambda: clipboard() == "399871")
+        key("Delete", "Return")
+        self.until(lambda: self.find("Add token").focused)
+        self.find("No tokens yet")
+
+    def tabTo(self, name):
+        """Presses Tab until the focus has come to an element."""
+        for _ in range(20):
+            if self.find(name).focused:
+                return
+            key("Tab")
+        self.fail(f"Tab does not lead to {name!r}")
+
     def testByHand(self):
         self.start()
         self.openSheet()

@@ -35,11 +35,7 @@ protected:
 
     QQuickItem* row(int index) const
     {
-        return shown(view,
-                     [index](const QQuickItem& item) {
-                         return item.inherits("MirrowvaleAuthenticator::TokenRowItem")
-                             && item.property("index") == index;
-                     })
+        return shown(view, [index](const QQuickItem& item) { return item.property("index") == index; })
             .value(0);
     }
 
@@ -194,18 +190,30 @@ TEST_F(HandTest, theListStaysWhereItWasScrolledTo)
     EXPECT_LT(scrolled(), place);
 }
 
-TEST_F(HandTest, aRowDeletedByTouchShowsNoKeyboard)
+TEST_F(HandTest, aDeletedRowPassesTheKeyboardOnAndShowsItWhereKeysWereUsed)
 {
     open("abc");
-    for (const char* left : {"ac", "a", ""}) {
-        swipe(*row(listed().size() > 1 ? 1 : 0));
-        tap(*awaited("Delete"));
-        ASSERT_TRUE(QTest::qWaitFor([this, left] { return listed() == left; })) << left;
-        QTest::qWait(50);
-        EXPECT_FALSE(ringIsAt(window->activeFocusItem())) << left;
+    for (const bool byKeys : {false, true}) {
+        list("abc");
+        ASSERT_TRUE(QTest::qWaitFor([this] { return row(2) != nullptr; }));
+        for (const std::string_view left : {"ac", "a", ""}) {
+            QQuickItem* gone = row(listed().size() > 1 ? 1 : 0);
+            if (byKeys) {
+                gone->forceActiveFocus(Qt::TabFocusReason);
+                QTest::keyClick(window.get(), Qt::Key_Delete);
+                QTest::keyClick(window.get(), Qt::Key_Space);
+            } else {
+                swipe(*gone);
+                tap(*awaited("Delete"));
+            }
+            ASSERT_TRUE(QTest::qWaitFor([this, left] { return listed() == left; })) << left;
+            QTest::qWait(50);
+            const QQuickItem* next = left.empty() ? button("Add token") : row(left == "ac" ? 1 : 0);
+            EXPECT_EQ(ringIsAt(next), byKeys) << left;
+            EXPECT_EQ(ringIsAt(window->activeFocusItem()), byKeys) << left;
+            EXPECT_TRUE(next->hasActiveFocus() || !left.empty());
+        }
     }
-    QTest::keyClick(window.get(), Qt::Key_Space);
-    EXPECT_TRUE(contentView.showingAdd());
 }
 
 TEST_F(HandTest, everyQuickTapCountsAndAHeldReturnOnce)
@@ -267,6 +275,11 @@ TEST_F(HandTest, theKeyboardStaysWhereItCanBeSeen)
     EXPECT_TRUE(ringIsAt(row(1))) << "back from the sheet";
 
     openSecond();
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isOpen(); }));
+    EXPECT_TRUE(ringIsAt(row(1))) << "closed by a key";
+
+    openSecond();
     tap(*row(2));
     EXPECT_TRUE(QTest::qWaitFor([&] { return !isOpen(); }));
     EXPECT_TRUE(ringIsAt(row(1))) << "closed by a finger";
@@ -298,8 +311,11 @@ TEST_F(HandTest, keysLeadToAllOfEveryRowHoweverHighItIs)
 {
     open("abcdefghijklmnopqrstuvwxyz");
     nameAtLength();
-    QTest::keyClick(window.get(), Qt::Key_Home);
     const auto current = [this] { return view->property("currentIndex").toInt(); };
+    for (const auto& [key, last] : {std::pair{Qt::Key_Home, 0}, {Qt::Key_End, 25}, {Qt::Key_Home, 0}}) {
+        QTest::keyClick(window.get(), key);
+        EXPECT_EQ(current(), last);
+    }
     for (const auto& [key, last] : {std::pair{Qt::Key_PageDown, 25}, {Qt::Key_PageUp, 0}}) {
         for (int presses = 0; current() != last; ++presses) {
             ASSERT_LT(presses, 20);
