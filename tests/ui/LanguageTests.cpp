@@ -65,9 +65,10 @@ public:
         tokens[2].issuer = tokens[2].account = "";
         store.tokens = tokens;
         show();
-        for (QQuickItem* item : drawnItems()) {
-            item->setProperty("open", true);
-            item->setProperty("revealed", item->property("deleteWidth"));
+        window->grabWindow(); // makes the rows
+        for (QQuickItem* row : shown(window->contentItem(), "MirrowvaleAuthenticator::TokenRowItem")) {
+            row->setProperty("open", true);
+            row->setProperty("revealed", row->property("deleteWidth"));
         }
     }
 
@@ -78,31 +79,17 @@ public:
         contentView.addTokenView()->importFromURI();
     }
 
-    QList<QQuickItem*> drawnItems() const
-    {
-        window->grabWindow(); // lays everything out
-        QList<QQuickItem*> items{window->contentItem()};
-        for (qsizetype next = 0; next < items.size(); ++next) {
-            for (QQuickItem* child : items[next]->childItems()) {
-                if (child->isVisible() && child->opacity() > 0) {
-                    items += child;
-                }
-            }
-        }
-        return items;
-    }
-
     /// All drawn texts. What must be readable is whole and within what it belongs to.
     QStringList drawnTexts() const
     {
+        window->grabWindow(); // lays everything out
         QStringList texts;
-        for (const QQuickItem* item : drawnItems()) {
-            const QString text = item->property("text").toString();
-            if (text.isEmpty() || !item->property("contentWidth").isValid()) {
-                continue;
-            }
-            texts += text;
-            SCOPED_TRACE(text.toStdString());
+        for (const QQuickItem* item : shown(window->contentItem(), [](const QQuickItem& candidate) {
+                 return candidate.property("contentWidth").isValid()
+                     && !candidate.property("text").toString().isEmpty();
+             })) {
+            texts += item->property("text").toString();
+            SCOPED_TRACE(texts.constLast().toStdString());
             EXPECT_FALSE(item->property("truncated").toBool());
             EXPECT_LE(item->property("contentWidth").toReal(), item->width() + 0.5);
             EXPECT_GE(item->x(), -0.5);
@@ -114,11 +101,12 @@ public:
     QStringList spokenTexts() const
     {
         QStringList texts{window->title()};
-        for (QQuickItem* item : drawnItems()) {
-            if (QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(item)) {
+        shown(window->contentItem(), [&texts](QQuickItem& item) {
+            if (QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&item)) {
                 texts << spoken->text(QAccessible::Name) << spoken->text(QAccessible::Description);
             }
-        }
+            return false; // goes on to what is in it
+        });
         return texts;
     }
 
@@ -186,19 +174,15 @@ TEST_F(LanguageTest, theInterfaceRunsInTheDirectionOfItsLanguageAndCodesFromLeft
               QStringLiteral("27\u00a0שנ׳"));
 
     showList();
-    int codes = 0;
-    for (QQuickItem* item : drawnItems()) {
-        if (item->inherits("QQuickTextInput")) {
-            QRectF first;
-            QRectF last;
-            QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, first),
-                                      Q_ARG(int, 1));
-            QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, last), Q_ARG(int, 6));
-            EXPECT_LT(first.x(), last.x());
-            ++codes;
-        }
+    const auto codes = shown(window->contentItem(), "QQuickTextInput");
+    EXPECT_EQ(codes.size(), 3);
+    for (QQuickItem* code : codes) {
+        QRectF first;
+        QRectF last;
+        QMetaObject::invokeMethod(code, "positionToRectangle", Q_RETURN_ARG(QRectF, first), Q_ARG(int, 1));
+        QMetaObject::invokeMethod(code, "positionToRectangle", Q_RETURN_ARG(QRectF, last), Q_ARG(int, 6));
+        EXPECT_LT(first.x(), last.x());
     }
-    EXPECT_EQ(codes, 3);
 }
 
 TEST(BestTranslationTest, servesTheFirstLanguageThatThereIs)

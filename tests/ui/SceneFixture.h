@@ -23,7 +23,7 @@ protected:
     {
         QList<QQuickItem*> found;
         for (QQuickItem* child : item->childItems()) {
-            if (child->isVisible()) {
+            if (child->isVisible() && child->opacity() > 0) {
                 found += wanted(*child) ? QList{child} : shown(child, wanted);
             }
         }
