@@ -1,7 +1,6 @@
 """The looks that the desktop asks for: followed from the start, and while the application runs. A real portal tells
 them, to a user without privileges."""
 
-import contextlib
 import os
 import signal
 import subprocess
@@ -36,21 +35,15 @@ class AppearanceTest(WindowTest):
 
     def testPortalThatAnswersLate(self):
         setDesktop(color_scheme="'prefer-dark'")
-        with self.frozenPortal():
-            self.start()
-            self.until(lambda: self.ground() == light)
-        self.until(lambda: self.ground() == dark)
-
-    @contextlib.contextmanager
-    def frozenPortal(self):
         bus, name = ("org.freedesktop.DBus", "/", "org.freedesktop.DBus"), "'org.freedesktop.portal.Desktop'"
         harness.callBus(*bus, "StartServiceByName", f"({name}, uint32 0)")
         process, = harness.callBus(*bus, "GetConnectionUnixProcessID", f"({name},)")
         os.kill(process, signal.SIGSTOP)
-        try:
-            yield
-        finally:
-            os.kill(process, signal.SIGCONT)
+        self.addCleanup(os.kill, process, signal.SIGCONT)
+        self.start()
+        self.until(lambda: self.ground() == light)
+        os.kill(process, signal.SIGCONT)
+        self.until(lambda: self.ground() == dark)
 
     def testTextScale(self):
         setDesktop()
