@@ -16,9 +16,6 @@ namespace MirrowvaleAuthenticator {
 namespace {
 
 class AppearanceTest : public SceneTest {
-public:
-    static void SetUpTestSuite() { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); }
-
 protected:
     void SetUp() override
     {
