@@ -20,16 +20,11 @@ with tempfile.TemporaryDirectory() as folder:
     for copy in map(pathlib.Path, copies):
         if copy.read_bytes() != (module / "translations" / copy.name).read_bytes():
             faults.append(f"{copy.name} is not in step with the sources: build the target update_translations")
-        messages = ElementTree.parse(copy).getroot().findall(".//message")
-        for message in messages:
+        for message in ElementTree.parse(copy).getroot().iter("message"):
             text, translation = message.findtext("source"), message.find("translation")
             if translation.get("type") or not translation.text:
                 faults.append(f"{copy.name} does not translate {text!r}")
             elif sorted(placeholder.findall(text)) != sorted(placeholder.findall(translation.text)):
                 faults.append(f"{copy.name} translates {text!r} with other placeholders")
-        if not messages:
-            faults.append(f"{copy.name} holds nothing")
 
-if not copies:
-    faults.append("There are no translations")
 sys.exit("\n".join(faults) or 0)
