@@ -502,12 +502,13 @@ TEST_F(HandTest, aPressIsOneStepOrRepeatsWhileItIsHeld)
                            return item.property("subject").toString().startsWith(QStringLiteral("Period"));
                        }).constLast();
     plus->forceActiveFocus(Qt::TabFocusReason);
-    const std::pair<std::function<void()>, std::function<void()>> presses[] = {
-        {[&] { press(middle(*plus)); }, [&] { release(middle(*plus)); }},
-        {[this] { QTest::keyPress(window.get(), Qt::Key_Space); },
-         [this] { QTest::keyRelease(window.get(), Qt::Key_Space); }},
-    };
-    for (const auto& [begin, end] : presses) {
+    for (const bool byKey : {false, true}) {
+        const auto begin = [&] {
+            byKey ? QTest::keyPress(window.get(), Qt::Key_Space) : press(middle(*plus));
+        };
+        const auto end = [&] {
+            byKey ? QTest::keyRelease(window.get(), Qt::Key_Space) : release(middle(*plus));
+        };
         form.setPeriod(15);
         begin();
         end();
