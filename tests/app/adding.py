@@ -40,6 +40,7 @@ class AddingTest(WindowTest):
         self.tabTo("Import URI")
         key("Return")
         self.row("Acme", "162 583")
+        self.until(lambda: self.find("Add token").focused)
         self.tabTo("Next")
         key("space")
         self.row("Acme", "399 871")

@@ -2,7 +2,9 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <fstream>
+#include <ranges>
 #include <sstream>
 #include <string>
 
@@ -22,13 +24,9 @@ struct Typed {
     /// Whether ten characters of the text stand in a row in memory, `width` bytes apart.
     bool standsIn(const char* begin, const char* end, std::size_t width) const
     {
-        const std::size_t wanted = 10;
-        for (const char* first = begin; first + wanted * width <= end; ++first) {
-            std::size_t index = 0;
-            while (index < wanted && first[index * width] == at(20 + index)) {
-                ++index;
-            }
-            if (index == wanted) {
+        const auto wanted = std::views::iota(0U, 10U);
+        for (const char* first = begin; first + wanted.size() * width <= end; ++first) {
+            if (std::ranges::all_of(wanted, [&](auto i) { return first[i * width] == at(20 + i); })) {
                 return true;
             }
         }
