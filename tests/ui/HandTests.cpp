@@ -344,6 +344,7 @@ TEST_F(HandTest, aRowServesItsNextTokenAsNew)
     QQuickItem* swiped = row(1);
     swiped->setProperty("open", true);
     swiped->setProperty("revealed", 80);
+    ASSERT_NE(button("Delete"), nullptr);
     for (const double far : {800.0, 0.0}) {
         view->setProperty("contentY", view->property("originY").toDouble() + far);
         ASSERT_TRUE(QTest::qWaitFor([&] { return row(far > 0 ? 10 : 1) != nullptr; }));
