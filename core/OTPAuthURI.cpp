@@ -142,6 +142,11 @@ OTPAuthParserError::OTPAuthParserError(Case which) : LocalizedError(sentence(whi
 
 AuthToken parseOTPAuthURI(std::string_view text)
 {
+    return parseOTPAuthURI(text, UUID::random(), Date::now());
+}
+
+AuthToken parseOTPAuthURI(std::string_view text, const UUID& id, Date createdAt)
+{
     const auto components = URLComponents::fromString(text);
     if (!components) {
         throw OTPAuthParserError(Case::invalidURL);
@@ -159,7 +164,7 @@ AuthToken parseOTPAuthURI(std::string_view text)
     const auto parts = splitLabel(label);
     const auto issuer = query["issuer"].value_or(parts ? parts->first : std::string_view());
 
-    token.id = UUID::random();
+    token.id = id;
     token.issuer = trimmed(issuer);
     token.account = trimmed(parts ? parts->second : label);
     token.secretBase32 = uppercased(removingSpaces(secret));
@@ -168,7 +173,7 @@ AuthToken parseOTPAuthURI(std::string_view text)
     token.digits = decimal<std::int64_t>(query["digits"].value_or("")).value_or(6);
     token.period = decimal<std::int64_t>(query["period"].value_or("")).value_or(30);
     token.counter = decimal<std::uint64_t>(query["counter"].value_or("")).value_or(0);
-    token.createdAt = Date::now();
+    token.createdAt = createdAt;
     return token;
 }
 

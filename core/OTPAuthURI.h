@@ -23,13 +23,17 @@ private:
     Case which_;
 };
 
-/// Reads an `otpauth://` provisioning URI into a new token with a fresh `id` and the current instant.
+/// Reads an `otpauth://` provisioning URI into a new token.
 ///
 /// Unknown algorithm names and unreadable numbers fall back to SHA1, 6 digits, 30 seconds and counter 0. One
 /// of the six parameters that occurs more than once, or whose value is not UTF-8, fails, since a credential
 /// is never guessed; other parameters are ignored. Secret, digits and period are not judged here.
 /// @param text  a URI (RFC 3986), already trimmed
+/// @param id, createdAt  what no URI tells
 /// @throws OTPAuthParserError  the first check that fails: `invalidURL`, `unsupportedType`, `missingSecret`
+AuthToken parseOTPAuthURI(std::string_view text, const UUID& id, Date createdAt);
+
+/// The same, with a fresh `id` and the current instant.
 AuthToken parseOTPAuthURI(std::string_view text);
 
 } // namespace MirrowvaleAuthenticator
