@@ -4,6 +4,7 @@
 #include "ui/accessibility/FieldAccessible.h"
 #include "ui/accessibility/ScreenAccessible.h"
 #include "ui/accessibility/TokenRowAccessible.h"
+#include "ui/items/ButtonItem.h"
 #include "ui/items/TokenRowItem.h"
 
 #include <QAccessible>
@@ -19,7 +20,7 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
         return new TokenRowAccessible(static_cast<TokenRowItem*>(object));
     }
     if (className == QLatin1String("MirrowvaleAuthenticator::ButtonItem")) {
-        return new ButtonAccessible(static_cast<QQuickItem*>(object));
+        return new ButtonAccessible(static_cast<ButtonItem*>(object));
     }
     if (className == QLatin1String("MirrowvaleAuthenticator::ScreenItem")) {
         return new ScreenAccessible(static_cast<QQuickItem*>(object));

@@ -1,14 +1,25 @@
 #include "ui/accessibility/ButtonAccessible.h"
 
+#include "ui/items/ButtonItem.h"
+
 namespace MirrowvaleAuthenticator {
+
+ButtonAccessible::ButtonAccessible(ButtonItem* button) : ItemAccessible(button)
+{
+}
+
+ButtonItem* ButtonAccessible::button() const
+{
+    return static_cast<ButtonItem*>(object());
+}
 
 QString ButtonAccessible::text(QAccessible::Text kind) const
 {
     switch (kind) {
     case QAccessible::Name:
-        return item()->property("text").toString();
+        return button()->text();
     case QAccessible::Description:
-        return item()->property("subject").toString();
+        return button()->subject();
     default:
         return {};
     }
@@ -17,24 +28,23 @@ QString ButtonAccessible::text(QAccessible::Text kind) const
 QAccessible::State ButtonAccessible::state() const
 {
     QAccessible::State state = ItemAccessible::state();
-    state.focusable = state.focusable && item()->property("focusable").toBool();
-    state.pressed = item()->property("down").toBool();
-    state.hasPopup = item()->property("opensMenu").toBool();
-    const QVariant checked = item()->property("checked"); // an option's alone
-    state.checkable = checked.isValid();
-    state.checked = checked.toBool();
+    state.focusable = state.focusable && button()->isFocusable();
+    state.pressed = button()->isDown();
+    state.hasPopup = button()->doesOpenMenu();
+    state.checkable = button()->isCheckable();
+    state.checked = button()->isChecked();
     return state;
 }
 
 QStringList ButtonAccessible::actionNames() const
 {
-    return item()->isEnabled() ? ItemAccessible::actionNames() << pressAction() : QStringList{};
+    return button()->isEnabled() ? ItemAccessible::actionNames() << pressAction() : QStringList{};
 }
 
 void ButtonAccessible::doAction(const QString& name)
 {
-    if (name == pressAction() && item()->isEnabled() && item()->isVisible()) {
-        QMetaObject::invokeMethod(item(), "clicked");
+    if (name == pressAction() && button()->isEnabled() && button()->isVisible()) {
+        emit button()->clicked();
     } else {
         ItemAccessible::doAction(name);
     }

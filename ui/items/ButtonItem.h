@@ -17,6 +17,14 @@ class ButtonItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualif
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text MEMBER text_ NOTIFY textChanged FINAL)
+    /// What the button acts on, where its title alone does not tell.
+    Q_PROPERTY(QString subject MEMBER subject_ NOTIFY subjectChanged FINAL)
+    Q_PROPERTY(bool opensMenu MEMBER opensMenu_ NOTIFY opensMenuChanged FINAL)
+    /// Whether assistive technology may give it focus.
+    Q_PROPERTY(bool focusable MEMBER focusable_ NOTIFY focusableChanged FINAL)
+    /// Whether it is an option, which can be the chosen one.
+    Q_PROPERTY(bool checkable MEMBER checkable_ NOTIFY checkableChanged FINAL)
+    Q_PROPERTY(bool checked MEMBER checked_ NOTIFY checkedChanged FINAL)
     Q_PROPERTY(bool down READ isDown NOTIFY downChanged FINAL)
     Q_PROPERTY(bool autoRepeat MEMBER autoRepeat_ NOTIFY autoRepeatChanged FINAL)
     Q_PROPERTY(
@@ -33,6 +41,12 @@ class ButtonItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualif
 public:
     explicit ButtonItem(QQuickItem* parent = nullptr);
 
+    QString text() const { return text_; }
+    QString subject() const { return subject_; }
+    bool doesOpenMenu() const { return opensMenu_; }
+    bool isFocusable() const { return focusable_; }
+    bool isCheckable() const { return checkable_; }
+    bool isChecked() const { return checked_; }
     bool isDown() const { return down_; } ///< a press that would count if it ended now
 
     void setContentItem(QQuickItem* item);
@@ -42,6 +56,11 @@ public:
 
 signals:
     void textChanged();
+    void subjectChanged();
+    void opensMenuChanged();
+    void focusableChanged();
+    void checkableChanged();
+    void checkedChanged();
     void downChanged();
     void autoRepeatChanged();
     void contentItemChanged();
@@ -79,6 +98,11 @@ private:
     void arrange();
 
     QString text_;
+    QString subject_;
+    bool opensMenu_ = false;
+    bool focusable_ = true;
+    bool checkable_ = false;
+    bool checked_ = false;
     bool down_ = false;
     bool autoRepeat_ = false;
     bool repeated_ = false; // the press under way has clicked while it was held

@@ -6,8 +6,9 @@ PlainButton {
     id: root
 
     required property string modelData
-    required property bool checked
+    required checked
 
+    checkable: true
     implicitHeight: Math.max(Theme.target, implicitContentHeight + 20)
     leftPadding: 12
     rightPadding: 12

@@ -6,14 +6,6 @@ import MirrowvaleAuthenticator.Items
 ButtonItem {
     id: root
 
-    /// What the button acts on, where its title alone does not tell.
-    property string subject
-
-    property bool opensMenu: false
-
-    /// Whether assistive technology may give it focus.
-    property bool focusable: true
-
     property alias focusRing: ring
     property font font
 
