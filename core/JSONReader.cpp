@@ -199,10 +199,9 @@ void JSONReader::skipSpace()
     while (takeByteIf(' ') || takeByteIf('\n') || takeByteIf('\r') || takeByteIf('\t')) { }
 }
 
-/// Skips a string, a number or one of the three words.
+/// Skips a string, a number or one of the three words that stands at the front.
 void JSONReader::skipLiteral()
 {
-    skipSpace();
     for (const std::string_view word : {"true", "false", "null"}) {
         if (rest_.starts_with(word)) {
             rest_.remove_prefix(word.size());

@@ -179,7 +179,7 @@ SecretBytes EmbeddedCredentialStore::safeDeviceKey() const
 {
     const auto folder = PrivateFolder::create(stateFolder_);
     if (auto key = deviceKey()) {
-        folder.flush(); // whoever made it may not have lived to
+        folder.flush(); // the process that made it may have ended before it did
         return std::move(*key);
     }
     folder.setAside(deviceKeyName); // damaged, yet perhaps of use to whoever repairs it

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 constexpr auto thisProgram = "/proc/self/exe";
 constexpr auto secretService = "org.freedesktop.secrets";
-constexpr std::chrono::seconds patience{1}; ///< with the bus, which answers this by itself
+constexpr std::chrono::seconds timeout{1}; ///< with the bus, which answers this by itself
 
 /// Where an installed program has its modules; any other has them beside itself.
 fs::path moduleFolder()
@@ -48,7 +48,7 @@ CredentialStore* loadStore()
 CredentialStore& loadedStore()
 {
     static CredentialStore* store = nullptr;
-    if (store == nullptr && hasSessionBus() && mayAnswer(secretService, patience)) {
+    if (store == nullptr && hasSessionBus() && mayAnswer(secretService, timeout)) {
         store = loadStore();
     }
     if (store == nullptr) {

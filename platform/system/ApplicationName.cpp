@@ -16,7 +16,7 @@ constexpr auto interface = "org.freedesktop.Application";
 /// The first is what a desktop that knows both of them means.
 constexpr std::array tokenKeys{"activation-token", "desktop-startup-id"};
 
-constexpr std::chrono::milliseconds busPatience{2000};
+constexpr std::chrono::milliseconds busTimeout{2000};
 
 /// Reads an entry's value where it is a text, and skips any other.
 int readText(sd_bus_message* message, const char*& text)
@@ -109,7 +109,7 @@ BusMessage makeRequest(sd_bus* bus, const std::string& token)
 
 } // namespace
 
-ApplicationName::ApplicationName() : bus_(connectToSessionBus(busPatience))
+ApplicationName::ApplicationName() : bus_(connectToSessionBus(busTimeout))
 {
     // The object first: a request may come as soon as the name is there.
     if (!bus_
@@ -125,10 +125,10 @@ ApplicationName::ApplicationName() : bus_(connectToSessionBus(busPatience))
 }
 
 bool ApplicationName::activateOwner(const std::string& activationToken,
-                                    std::chrono::milliseconds patience) const
+                                    std::chrono::milliseconds timeout) const
 {
     const BusMessage request = makeRequest(bus_.get(), activationToken);
-    const auto limit = static_cast<std::uint64_t>(std::chrono::microseconds(patience).count());
+    const auto limit = static_cast<std::uint64_t>(std::chrono::microseconds(timeout).count());
     return request && sd_bus_call(bus_.get(), request.get(), limit, nullptr, nullptr) >= 0;
 }
 

@@ -24,8 +24,8 @@ public:
 
     /// Asks the process that has the name to come to the front.
     /// @param activationToken  the desktop's token that allows it to, or empty
-    /// @returns                false where it does not answer within `patience`
-    bool activateOwner(const std::string& activationToken, std::chrono::milliseconds patience) const;
+    /// @returns                false where it does not answer within `timeout`
+    bool activateOwner(const std::string& activationToken, std::chrono::milliseconds timeout) const;
 
     /// Becomes readable when there is something to take; -1 for none.
     int descriptor() const;

@@ -21,7 +21,7 @@ namespace MirrowvaleAuthenticator {
 namespace {
 
 /// A desktop that starts its portal for this question may well take seconds.
-constexpr std::chrono::seconds patienceOfProcess{25};
+constexpr std::chrono::seconds processTimeout{25};
 
 BusMessage askPortal(sd_bus* bus)
 {
@@ -89,7 +89,7 @@ void askAndWrite(int pipe)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
     prctl(PR_SET_DUMPABLE, 1, 0, 0, 0);
-    if (const auto bus = connectToSessionBus(patienceOfProcess)) {
+    if (const auto bus = connectToSessionBus(processTimeout)) {
         if (const auto reply = askPortal(bus.get())) {
             const auto lines = linesOf(reply.get());
             if (write(pipe, lines.data(), lines.size()) < 0) {
@@ -140,10 +140,10 @@ void PortalQuestion::end()
     }
 }
 
-std::optional<std::vector<DesktopSetting>> PortalQuestion::takeAnswer(std::chrono::milliseconds patience)
+std::optional<std::vector<DesktopSetting>> PortalQuestion::takeAnswer(std::chrono::milliseconds timeout)
 {
     const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(
-        asked_ + patience - std::chrono::steady_clock::now());
+        asked_ + timeout - std::chrono::steady_clock::now());
     pollfd waiting{answer_.get(), POLLIN, 0};
     if (answer_ && poll(&waiting, 1, std::max(0, static_cast<int>(rest.count()))) <= 0) {
         return std::nullopt;

@@ -35,8 +35,8 @@ public:
     int descriptor() const { return answer_.get(); }
 
     /// @returns the desktop's settings, none where it tells none; nothing where it has not answered within
-    ///          `patience` from the question on
-    std::optional<std::vector<DesktopSetting>> takeAnswer(std::chrono::milliseconds patience);
+    ///          `timeout` from the question on
+    std::optional<std::vector<DesktopSetting>> takeAnswer(std::chrono::milliseconds timeout);
 
 private:
     void end();

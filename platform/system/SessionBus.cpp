@@ -102,23 +102,23 @@ void ReleaseBusMessage::operator()(sd_bus_message* message) const
     sd_bus_message_unref(message);
 }
 
-BusConnection connectToSessionBus(std::chrono::milliseconds patience)
+BusConnection connectToSessionBus(std::chrono::milliseconds timeout)
 {
-    const auto deadline = steady_clock::now() + patience;
+    const auto deadline = steady_clock::now() + timeout;
     sd_bus* opened = nullptr;
     if (sd_bus_open_user(&opened) < 0) {
         return nullptr;
     }
     BusConnection bus(opened);
-    const auto limit = static_cast<std::uint64_t>(microseconds(patience).count());
+    const auto limit = static_cast<std::uint64_t>(microseconds(timeout).count());
     const bool isReady =
         sd_bus_set_method_call_timeout(bus.get(), limit) >= 0 && becomesReady(bus.get(), deadline);
     return isReady ? std::move(bus) : nullptr;
 }
 
-bool mayAnswer(const char* service, std::chrono::milliseconds patience)
+bool mayAnswer(const char* service, std::chrono::milliseconds timeout)
 {
-    const auto bus = connectToSessionBus(patience);
+    const auto bus = connectToSessionBus(timeout);
     return !bus || !hasNoOwner(bus.get(), service) || !cannotBeStarted(bus.get(), service);
 }
 

@@ -25,14 +25,14 @@ struct ReleaseBusMessage {
 using BusMessage = std::unique_ptr<sd_bus_message, ReleaseBusMessage>;
 
 /// A new connection to the bus of the user's session, which answers its calls or fails them within
-/// `patience`. A bus is never started for it.
+/// `timeout`. A bus is never started for it.
 ///
-/// @returns nothing where there is no bus, or one that does not answer within `patience`
-BusConnection connectToSessionBus(std::chrono::milliseconds patience);
+/// @returns nothing where there is no bus, or one that does not answer within `timeout`
+BusConnection connectToSessionBus(std::chrono::milliseconds timeout);
 
 /// Whether a service may answer on the session's bus: a program has its name, or can be started for it. Where
-/// the bus does not say so within `patience`, it may.
-bool mayAnswer(const char* service, std::chrono::milliseconds patience);
+/// the bus does not say so within `timeout`, it may.
+bool mayAnswer(const char* service, std::chrono::milliseconds timeout);
 
 /// Keeps this process's libraries from asking the session's bus: they would start one where there is none,
 /// and wait long for one that does not answer.

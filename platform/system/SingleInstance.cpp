@@ -178,10 +178,10 @@ void SingleInstance::waitFor(int descriptor)
 }
 
 bool SingleInstance::activateFirst(const std::string& activationToken,
-                                   std::chrono::milliseconds patience) const
+                                   std::chrono::milliseconds timeout) const
 {
-    return name_.isTaken() ? name_.activateOwner(activationToken, patience)
-                           : askListener(folder_.get(), activationToken, steady_clock::now() + patience);
+    return name_.isTaken() ? name_.activateOwner(activationToken, timeout)
+                           : askListener(folder_.get(), activationToken, steady_clock::now() + timeout);
 }
 
 std::optional<std::string> SingleInstance::takeActivation()
@@ -193,9 +193,9 @@ std::optional<std::string> SingleInstance::takeActivation()
     return token;
 }
 
-std::unique_ptr<SingleInstance> becomeOnlyInstance(const std::string& activationToken, milliseconds patience)
+std::unique_ptr<SingleInstance> becomeOnlyInstance(const std::string& activationToken, milliseconds timeout)
 {
-    const auto deadline = steady_clock::now() + patience;
+    const auto deadline = steady_clock::now() + timeout;
     do {
         auto instance = std::make_unique<SingleInstance>();
         if (!instance->isSecond()) {

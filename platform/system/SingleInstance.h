@@ -33,8 +33,8 @@ public:
 
     /// Second instance: asks the first to come to the front.
     /// @param activationToken  the desktop's token that allows it to (XDG_ACTIVATION_TOKEN), or empty
-    /// @returns false where the first does not answer within `patience`
-    bool activateFirst(const std::string& activationToken, std::chrono::milliseconds patience) const;
+    /// @returns false where the first does not answer within `timeout`
+    bool activateFirst(const std::string& activationToken, std::chrono::milliseconds timeout) const;
 
     /// First instance: the descriptor that becomes readable when another start may have asked for it; -1 for
     /// none. What has come already is to be taken first.
@@ -59,10 +59,10 @@ private:
 
 /// Becomes the only instance; where another process is that already, it is asked to come to the front.
 /// @param activationToken  as in `SingleInstance::activateFirst`
-/// @param patience         how long the other may take to answer or to end
+/// @param timeout         how long the other may take to answer or to end
 /// @returns                nothing where another process is the first, and has answered
 /// @throws std::runtime_error  where it does not answer
 std::unique_ptr<SingleInstance> becomeOnlyInstance(const std::string& activationToken,
-                                                   std::chrono::milliseconds patience);
+                                                   std::chrono::milliseconds timeout);
 
 } // namespace MirrowvaleAuthenticator

@@ -48,7 +48,7 @@ std::string activationToken()
 }
 
 /// How long another process may take to bring its window to the front.
-constexpr std::chrono::seconds patience{5};
+constexpr std::chrono::seconds activationTimeout{5};
 
 int run(int& argc, char** argv, SingleInstance& instance)
 {
@@ -70,7 +70,7 @@ int main(int argc, char* argv[])
     PortalQuestion question; // first, for all the time that the desktop can get
     std::unique_ptr<SingleInstance> instance;
     try {
-        instance = becomeOnlyInstance(activationToken(), patience);
+        instance = becomeOnlyInstance(activationToken(), activationTimeout);
     } catch (const std::runtime_error& failure) {
         std::cerr << "mirrowvale-authenticator: " << failure.what() << '\n';
         return EXIT_FAILURE;

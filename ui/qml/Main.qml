@@ -109,7 +109,7 @@ Window {
             clip: true
             focus: true
             visible: !root.contentView.empty
-            onEmptied: byKeyboard => addButton.forceActiveFocus(byKeyboard ? Qt.TabFocusReason : Qt.OtherFocusReason)
+            onEmptied: showsFocus => addButton.forceActiveFocus(showsFocus ? Qt.TabFocusReason : Qt.OtherFocusReason)
             contentView: root.contentView
             title: root.title
         }

@@ -6,12 +6,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds patience{4};
+constexpr std::chrono::seconds timeout{4};
 
 } // namespace
 
 SecretServiceDeadline::SecretServiceDeadline()
-    : end_(Clock::now() + patience), watcher_([this](const std::stop_token& stop) { watch(stop); })
+    : end_(Clock::now() + timeout), watcher_([this](const std::stop_token& stop) { watch(stop); })
 {
     current = this;
 }

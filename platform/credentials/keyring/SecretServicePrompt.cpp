@@ -74,12 +74,12 @@ public:
     /// Asks whether the service is still there: one that was stopped leaves its prompt unanswered for ever.
     static gboolean requireRunning(gpointer object)
     {
-        constexpr int patience = 4000; // milliseconds
+        constexpr int timeout = 4000; // milliseconds
         auto& answer = *static_cast<PromptAnswer*>(object);
         GError* error = nullptr;
         auto* reply = g_dbus_connection_call_sync(answer.bus_, answer.owner_, "/",
                                                   "org.freedesktop.DBus.Peer", "Ping", nullptr, nullptr,
-                                                  G_DBUS_CALL_FLAGS_NO_AUTO_START, patience, nullptr, &error);
+                                                  G_DBUS_CALL_FLAGS_NO_AUTO_START, timeout, nullptr, &error);
         answer.isServiceGone_ |= g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE;
         g_clear_pointer(&reply, g_variant_unref);
         g_clear_error(&error);

@@ -35,8 +35,8 @@ PlainButton {
     PopupMenu {
         id: menu
 
-        readonly property Item keyboard: root.Window.activeFocusItem
-        readonly property bool keyboardIsElsewhere: keyboard !== null && keyboard !== root.Window.contentItem
+        readonly property Item focused: root.Window.activeFocusItem
+        readonly property bool focusIsElsewhere: focused !== null && focused !== root.Window.contentItem
 
         x: Theme.mirrored ? Theme.spacing : root.width - width - Theme.spacing
         y: root.height - 4
@@ -46,7 +46,7 @@ PlainButton {
         focus: true
         onActiveFocusChanged: if (!activeFocus) close()
         onClosed: {
-            if (root.enabled && !keyboardIsElsewhere) {
+            if (root.enabled && !focusIsElsewhere) {
                 root.forceActiveFocus(Qt.PopupFocusReason)
                 root.visualFocus = root.hadKeyboard
             }

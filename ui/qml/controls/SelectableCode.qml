@@ -21,7 +21,7 @@ TextInput {
 
     signal selectionStarted
 
-    /// The keyboard, which came with the selection, is to go back to where it belongs.
+    /// Focus, which came with the selection, is to go back to where it belongs.
     signal selectionEnded
 
     function selectCode() {

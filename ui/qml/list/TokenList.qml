@@ -14,20 +14,20 @@ ListView {
     property SelectableCode selectedCode: null
 
     /// The last token has been deleted.
-    /// @param byKeyboard  whether the focus ring was shown
-    signal emptied(bool byKeyboard)
+    /// @param showsFocus  whether the focus ring was shown
+    signal emptied(bool showsFocus)
 
     /// 0 while the large title is in sight, 1 when it has gone under the bar.
     readonly property real titleScrolledAway: Math.max(0, Math.min(1, (contentY - originY - 28) / 16))
 
     /// Gives focus to a row or to something in it.
-    function giveKeyboard(item: Item, shows: bool): void {
+    function giveFocus(item: Item, shows: bool): void {
         item.forceActiveFocus(shows ? Qt.TabFocusReason : Qt.OtherFocusReason)
     }
 
     function closeOpenRow(): void {
         if (openRow?.deleteButton?.activeFocus) {
-            giveKeyboard(openRow, openRow.deleteButton.visualFocus)
+            giveFocus(openRow, openRow.deleteButton.visualFocus)
         }
         openRow?.settle(false)
         openRow = null
@@ -122,7 +122,7 @@ ListView {
     function showFocus(): void {
         const row = currentItem as TokenRow
         scrollIntoView(currentIndex)
-        row?.takeKeyboard()
+        row?.takeFocus()
     }
 
     function scrollIntoView(row: int): void {
@@ -173,7 +173,7 @@ ListView {
         const shows = (item as KeyboardFocusItem)?.visualFocus ?? false
         if (currentIndex !== row.index) {
             currentIndex = row.index // which gives the row focus
-            giveKeyboard(item, shows)
+            giveFocus(item, shows)
         }
         if (shows) {
             scrollIntoView(row.index)
@@ -257,22 +257,22 @@ ListView {
         onNextRequested: list.contentView.advanceCounter(index)
         onDeleteRequested: {
             const view = list
-            const keyboard = Window.activeFocusItem
-            const byKeyboard = visualFocus || (deleteButton?.visualFocus ?? false)
-            const isElsewhere = view.rowAround(keyboard) !== null && view.rowAround(keyboard) !== row
-            const showed = (keyboard as KeyboardFocusItem)?.visualFocus ?? false
+            const focused = Window.activeFocusItem
+            const showsFocus = visualFocus || (deleteButton?.visualFocus ?? false)
+            const isElsewhere = view.rowAround(focused) !== null && view.rowAround(focused) !== row
+            const showed = (focused as KeyboardFocusItem)?.visualFocus ?? false
             view.openRow = null
-            if (byKeyboard) {
+            if (showsFocus) {
                 view.currentIndex = index
             }
             view.contentView.deleteToken(index)
             view.forceLayout() // only then is the next row the current one
             if (view.count === 0) {
-                view.emptied(byKeyboard)
-            } else if (byKeyboard) {
+                view.emptied(showsFocus)
+            } else if (showsFocus) {
                 view.showFocus()
             } else if (isElsewhere) {
-                view.giveKeyboard(keyboard, showed)
+                view.giveFocus(focused, showed)
             }
         }
     }

@@ -43,7 +43,7 @@ TokenRowItem {
 
     function close(): void {
         settle(false)
-        takeKeyboard()
+        takeFocus()
     }
 
     /// Copies for a key, once however long it is held.
@@ -54,7 +54,7 @@ TokenRowItem {
     }
 
     /// Has the focus, and shows it.
-    function takeKeyboard(): void {
+    function takeFocus(): void {
         forceActiveFocus(Qt.TabFocusReason)
         visualFocus = true
     }
