@@ -364,6 +364,11 @@ TEST_F(HandTest, theClockStandsWhileNobodyCanSeeTheWindow)
         {[this] { window->hide(); }, [this] { window->show(); }},
         {[this] { window->showMinimized(); }, [this] { window->showNormal(); }},
         {[&] { saver(true); }, [&] { saver(false); }},
+        {[&] { saver(true); },
+         [this] { // which may never say that it is over
+             QFocusEvent event(QEvent::FocusIn);
+             QCoreApplication::sendEvent(window.get(), &event);
+         }},
     };
     const auto now = [this] { return contentView.now().secondsSince1970(); };
     for (const auto& [leave, comeBack] : ways) {
