@@ -9,6 +9,8 @@ WindowSight::WindowSight(QWindow& window, ContentView& screen)
     : QObject(&window), window_(window), screen_(screen)
 {
     window_.installEventFilter(this);
+    // Its event may come only after a frame that was due already.
+    connect(&window_, &QWindow::windowStateChanged, this, &WindowSight::tell);
     for (const auto& interface :
          {QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("org.gnome.ScreenSaver")}) {
         QDBusConnection::sessionBus().connect({}, {}, interface, QStringLiteral("ActiveChanged"), this,
@@ -26,7 +28,6 @@ bool WindowSight::eventFilter(QObject* watched, QEvent* event)
         tell();
         break;
     case QEvent::Expose: // before the frame that follows from it
-    case QEvent::WindowStateChange:
         tell();
         break;
     default:
