@@ -1,62 +1,25 @@
 #include "ui/app/MirrowvaleAuthenticatorApp.h"
 
-#include "ui/accessibility/AccessibleFactory.h"
-#include "ui/app/Language.h"
 #include "ui/app/MainWindow.h"
 
-#include <QFont>
-#include <QLocale>
 #include <QSocketNotifier>
 
-#include <string>
+#include <cstdlib>
 
 namespace MirrowvaleAuthenticator {
 
-namespace {
-
-/// The theme's caption. A text that may shrink looks at the default font, which is then one that is loaded
-/// anyway.
-QFont defaultFont()
-{
-    QFont font(QStringLiteral("Roboto"));
-    font.setPixelSize(12);
-    return font;
-}
-
-} // namespace
-
 MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv, SingleInstance& instance)
-    : instance_(instance), application_(argc, argv)
+    : instance_(instance), application_(argc, argv), window_(makeMainWindow(engine_, contentView_))
 {
-    QGuiApplication::setApplicationName(QStringLiteral("mirrowvale-authenticator"));
-    QGuiApplication::setOrganizationDomain(QStringLiteral("mirrowvale.app"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("app.mirrowvale.authenticator"));
-    QGuiApplication::setFont(defaultFont());
-    useTranslation(application_, bestTranslation(QLocale::system().uiLanguages()));
 }
-
-MirrowvaleAuthenticatorApp::~MirrowvaleAuthenticatorApp() = default;
 
 int MirrowvaleAuthenticatorApp::run()
 {
-    if (!buildScene()) {
+    if (!window_) {
         return EXIT_FAILURE;
     }
     listenForOtherStarts();
     return QGuiApplication::exec();
-}
-
-TokenStore& MirrowvaleAuthenticatorApp::tokenStore()
-{
-    return store_ ? *store_ : store_.emplace();
-}
-
-bool MirrowvaleAuthenticatorApp::buildScene()
-{
-    contentView_.emplace(tokenStore());
-    installAccessibleFactory();
-    window_ = makeMainWindow(engine_, *contentView_);
-    return window_ != nullptr;
 }
 
 void MirrowvaleAuthenticatorApp::listenForOtherStarts()
