@@ -30,7 +30,7 @@ Recording record(const Start& start, std::optional<std::size_t> killedAt = {})
     auto treasures = start.make(vault);
     Recording recording{DiskModel(vault.home.root), std::move(treasures), {Vault::found(), listName(2)}};
     tap.recorded.clear();
-    tap.largestWrite = 100;
+    tap.largestTransfer = 100;
     if (killedAt) {
         recording.allowed.insert(listName(1));
         tap.fault = [&](std::size_t) { return tap.recorded.size() >= *killedAt ? EIO : 0; };
@@ -57,7 +57,7 @@ Recording recordTwoPlaces(bool isReached)
     Recording recording{DiskModel(vault.home.root), {}, {"list 0 + list 9"}};
     recording.keyring[0] = stored();
     tap.recorded.clear();
-    tap.largestWrite = 100;
+    tap.largestTransfer = 100;
     if (isReached) {
         vault.letKeyringAnswer(errSecSuccess);
         recording.allowed.insert({"list 2 + list 9", "list 2"});

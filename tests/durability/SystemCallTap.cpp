@@ -48,6 +48,11 @@ auto tapped(Describe describe, Real real) -> decltype(real())
     return result;
 }
 
+std::size_t allowedTransfer(std::size_t size)
+{
+    return SystemCallTap::current == nullptr ? size : std::min(size, SystemCallTap::current->largestTransfer);
+}
+
 } // namespace
 
 } // namespace MirrowvaleAuthenticator
@@ -81,7 +86,7 @@ TAP(int, mkdir, (const char* path, mode_t mode), (path, mode), {Kind::makeFolder
 // The mode of a call without one is whatever the register holds, and the kernel does not look at it.
 TAP(int, OPENAT, (int folder, const char* name, int flags, mode_t mode), (folder, name, flags, mode),
     {(flags & O_CREAT) != 0 ? Kind::create : Kind::other, pathOf(folder, name)})
-TAP(ssize_t, read, (int file, void* bytes, std::size_t size), (file, bytes, size), {})
+TAP(ssize_t, read, (int file, void* bytes, std::size_t size), (file, bytes, allowedTransfer(size)), {})
 TAP(int, renameat, (int folder, const char* from, int toFolder, const char* to), (folder, from, toFolder, to),
     {Kind::rename, pathOf(folder, from), pathOf(toFolder, to)})
 TAP(int, unlinkat, (int folder, const char* name, int flags), (folder, name, flags),
@@ -90,8 +95,7 @@ TAP(int, unlinkat, (int folder, const char* name, int flags), (folder, name, fla
 ssize_t __real_write(int file, const void* bytes, std::size_t size);
 ssize_t __wrap_write(int file, const void* bytes, std::size_t size)
 {
-    const auto allowed =
-        SystemCallTap::current == nullptr ? size : std::min(size, SystemCallTap::current->largestWrite);
+    const auto allowed = allowedTransfer(size);
     return tapped(
         [&] {
             return SystemCall{Kind::write, pathOf(file), {static_cast<const char*>(bytes), allowed}};

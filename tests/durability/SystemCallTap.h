@@ -28,7 +28,7 @@ public:
 
     static inline SystemCallTap* current = nullptr; ///< the one that stands in between
     std::function<int(std::size_t number)> fault; ///< the `errno` for a call, or 0 to let it through
-    std::size_t largestWrite = SIZE_MAX; ///< longer writes are cut short, as the kernel may do
+    std::size_t largestTransfer = SIZE_MAX; ///< longer reads and writes are cut short, as the kernel may do
     std::vector<SystemCall> recorded{}; ///< what succeeded, in order; `other` calls are left out
     std::size_t callCount = 0; ///< those that failed included
 };

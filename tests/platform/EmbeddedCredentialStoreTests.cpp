@@ -4,6 +4,8 @@
 #include "tests/support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
 
 namespace MirrowvaleAuthenticator {
 
@@ -63,6 +65,11 @@ TEST(PrivateFolder, liesWhereTheEnvironmentSays)
         EXPECT_EQ(dataFolderPath(), home.root / "home/.local/share/mirrowvale-authenticator");
         EXPECT_EQ(stateFolderPath(), home.root / "home/.local/state/mirrowvale-authenticator");
     }
+    const std::filesystem::path accountsHome = getpwuid(geteuid())->pw_dir;
+    setenv("HOME", "relative/path", 1);
+    EXPECT_EQ(dataFolderPath(), accountsHome / ".local/share/mirrowvale-authenticator");
+    unsetenv("HOME");
+    EXPECT_EQ(stateFolderPath(), accountsHome / ".local/state/mirrowvale-authenticator");
 }
 
 } // namespace MirrowvaleAuthenticator
