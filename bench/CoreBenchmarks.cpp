@@ -116,6 +116,16 @@ void parsing(benchmark::State& state)
 }
 BENCHMARK(parsing)->Name("otpauth URI");
 
+void parsingWithIdentifier(benchmark::State& state)
+{
+    const auto id = UUID::random();
+    const auto now = Date::now();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(parseOTPAuthURI(uri, id, now));
+    }
+}
+BENCHMARK(parsingWithIdentifier)->Name("otpauth URI with an identifier");
+
 void parsingWithTheLibrary(benchmark::State& state)
 {
     for (auto _ : state) {
