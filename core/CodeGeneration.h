@@ -36,16 +36,14 @@ private:
 /// @param counter       the moving factor; the MAC is taken over its eight bytes, most significant first
 /// @param digits        6, 7 or 8
 /// @returns exactly `digits` decimal digits, leading zeros kept
-/// @throws OTPError     `unsupportedDigits` before the secret is looked at; `invalidSecret` when it decodes
-/// to no bytes
+/// @throws OTPError     `unsupportedDigits`, before the secret is looked at; `invalidSecret`: no bytes
 /// @throws Base32Error  naming the first character that is not Base32
 std::string generateOTP(std::string_view secretBase32, std::uint64_t counter, AuthToken::Algorithm algorithm,
                         std::int64_t digits);
 
 /// The token's code at an instant: HOTP (RFC 4226) of its counter, or TOTP (RFC 6238) of the clock.
-/// @throws OTPError, Base32Error  as `generateOTP`; `instantOutOfRange` for a TOTP token where the instant
-/// has
-///                                no step count
+/// @throws OTPError, Base32Error  as `generateOTP`
+/// @throws OTPError               `instantOutOfRange` for a TOTP token where the instant has no step count
 std::string currentCode(const AuthToken& token, Date instant);
 
 /// The whole seconds left in the token's current time step, 1 to its length; 0 for an HOTP token.

@@ -31,6 +31,7 @@ public:
     /// A number as it is written.
     std::string_view takeNumber();
 
+    /// Passes over any value.
     void skipValue();
 
     /// Checks that nothing is left.

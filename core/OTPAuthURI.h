@@ -10,7 +10,11 @@ namespace MirrowvaleAuthenticator {
 /// Why a text is no provisioning URI.
 class OTPAuthParserError : public LocalizedError {
 public:
-    enum class Case { invalidURL, missingSecret, unsupportedType };
+    enum class Case {
+        invalidURL, ///< no URI, another scheme, or a parameter that is repeated or cannot be read
+        missingSecret,
+        unsupportedType, ///< neither "totp" nor "hotp"
+    };
 
     explicit OTPAuthParserError(Case which);
 
@@ -30,7 +34,7 @@ private:
 /// is never guessed; other parameters are ignored. Secret, digits and period are not judged here.
 /// @param text  a URI (RFC 3986), already trimmed
 /// @param id, createdAt  what no URI tells
-/// @throws OTPAuthParserError  the first check that fails: `invalidURL`, `unsupportedType`, `missingSecret`
+/// @throws OTPAuthParserError  the first check that fails: URI and scheme, type, parameters, secret
 AuthToken parseOTPAuthURI(std::string_view text, const UUID& id, Date createdAt);
 
 /// The same, with a fresh `id` and the current instant.

@@ -21,7 +21,8 @@ public:
 /// @throws StoredFormError  `unwritable` for a text that is not UTF-8 or an instant that is not finite
 SecretString encodeTokens(const std::vector<AuthToken>& tokens);
 
-/// Reads a stored list. Unknown members are skipped; everything else must be as `encodeTokens` writes it.
+/// Reads a stored list. Members come in any order; unknown ones are skipped, a missing, repeated or mistyped
+/// one fails.
 /// @throws StoredFormError  `unreadable`; no part of the list is returned
 std::vector<AuthToken> decodeTokens(std::string_view json);
 

@@ -18,7 +18,7 @@ std::vector<AuthToken> TokenReserve::take()
     leave();
     try {
         auto kept = storage_.load();
-        inUse_ = !kept.empty();
+        isInUse_ = !kept.empty();
         isRead_ = true;
         return kept;
     } catch (const std::exception&) {
@@ -30,7 +30,7 @@ void TokenReserve::leave()
 {
     apart_.clear();
     isRead_ = false;
-    inUse_ = false;
+    isInUse_ = false;
 }
 
 bool TokenReserve::keep(const std::vector<AuthToken>& tokens)
@@ -40,7 +40,7 @@ bool TokenReserve::keep(const std::vector<AuthToken>& tokens)
             readApart();
         }
         save(tokens);
-        inUse_ = true;
+        isInUse_ = true;
         return true;
     } catch (const std::exception&) {
         return false; // the failure to show is that of the list's own place
@@ -49,7 +49,7 @@ bool TokenReserve::keep(const std::vector<AuthToken>& tokens)
 
 void TokenReserve::release()
 {
-    if (!inUse_) {
+    if (!isInUse_) {
         return;
     }
     try {
@@ -58,7 +58,7 @@ void TokenReserve::release()
         } else {
             storage_.save(apart_);
         }
-        inUse_ = false;
+        isInUse_ = false;
     } catch (const std::exception&) {
         return; // the next save tries again
     }

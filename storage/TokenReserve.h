@@ -29,7 +29,7 @@ public:
     void release();
 
     /// Whether anything is kept that is part of the list.
-    bool isInUse() const { return inUse_; }
+    bool isInUse() const { return isInUse_; }
 
 private:
     void readApart();
@@ -38,7 +38,7 @@ private:
     KeychainTokenStore storage_;
     std::vector<AuthToken> apart_; ///< what is kept and no part of the list
     bool isRead_ = false; ///< whether it is known what is kept
-    bool inUse_ = false;
+    bool isInUse_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator

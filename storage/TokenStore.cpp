@@ -77,7 +77,7 @@ void TokenStore::load()
     }
 }
 
-/// A caller that takes the list into `tokens` sets `item` to known.
+/// A caller that takes the list into `tokens` sets `item_` to `known`.
 std::vector<AuthToken> TokenStore::loadItem()
 {
     item_ = Item::unreached;

@@ -20,17 +20,18 @@ public:
     TokenStore();
 
     Published<std::vector<AuthToken>> tokens{*this}; ///< in display order
-    Published<std::optional<std::string>> lastError{
-        *this}; ///< message of the last load or save, if it failed
+    /// The message of the last load or save, if it failed.
+    Published<std::optional<std::string>> lastError{*this};
 
     /// Replaces `tokens` by the stored list, sorted by issuer in the user's locale; empty after a failure.
     /// What the reserve keeps becomes part of a list that could be loaded, and is saved along with it.
     void load();
 
     /// Writes `tokens` to the credential store. After a failed load, an item that is no list is set aside
-    /// first; one that could not even be reached is spared, and `lastError` stays. A list that another
-    /// process has changed meanwhile is united with `tokens`, which is then assigned, too. Whatever fails,
-    /// the reserve keeps the tokens that are not saved.
+    /// first; one that could not even be reached is spared, and `lastError` stays, unless the reserve fails
+    /// as well and the item can be read by now: then both are united there. A list that another process has
+    /// changed meanwhile is united with `tokens`, which is then assigned, too. Whatever fails, the reserve
+    /// keeps the tokens that are not saved.
     void persist();
 
     /// Adds one to the counter of the listed token with `token`'s id and persists. A token that is not
@@ -42,7 +43,7 @@ private:
     enum class Item {
         known, ///< its tokens are listed, or it holds none: it may be replaced
         unreadable, ///< it is no list: to be set aside before it is replaced
-        unreached, ///< not to be touched before a load has succeeded
+        unreached, ///< to be spared before a load has succeeded, as long as there is a reserve
     };
 
     std::vector<AuthToken> loadItem();

@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view keyringMark = "keyring\n";
 constexpr std::string_view sealedFilesMark = "sealed files\n";
 
-/// A search that asks whether the item exists: without its data, so that a locked keyring need not ask back.
+/// A search that asks whether the item exists: without its data, so that a locked keyring shows no prompt.
 SecDictionary nameOnly(const SecDictionary& entries)
 {
     SecDictionary query;
@@ -145,7 +145,8 @@ OSStatus DeviceCredentialStore::askKeyring(const SecDictionary& query, std::stri
 {
     auto question = nameOnly(query);
     if (mark == sealedFilesMark && sealedFiles_.copyMatching(question, result) != errSecItemNotFound) {
-        // The items were found here when the keyring was open: what it locks now is not opened on suspicion.
+        // The items were found here when the keyring was open: what it locks now is not unlocked only to
+        // search it.
         const auto status = keyring_.copyMatching(question, result);
         if (status != errSecSuccess) {
             return status == errSecInteractionNotAllowed ? errSecItemNotFound : status;
@@ -158,7 +159,8 @@ OSStatus DeviceCredentialStore::askKeyring(const SecDictionary& query, std::stri
     return keyring_.copyMatching(question, result);
 }
 
-/// The mark, or an empty text where there is none that makes sense.
+/// What stands in the mark's file: one of the two marks, or a text that is neither; empty where it cannot be
+/// read.
 std::string DeviceCredentialStore::rememberedMark(std::string_view service) const
 {
     std::string mark;
@@ -172,7 +174,7 @@ std::string DeviceCredentialStore::rememberedMark(std::string_view service) cons
     return mark;
 }
 
-/// Where it cannot be written, both places are as findable as they were.
+/// Writes the mark. A failure is ignored: the next start goes by the mark before.
 void DeviceCredentialStore::remember(const SecDictionary& entries, std::string_view mark) const
 {
     const auto service = requireName(entries).service;

@@ -20,6 +20,8 @@ namespace MirrowvaleAuthenticator {
 /// | has the item                       | the keyring                                                   |
 /// | has it not, and is open            | the sealed files if they have it, else the keyring; nowhere   |
 /// |                                    | while the sealed files cannot be read                         |
+/// | is locked, and the mark names the  | the sealed files: no prompt only to search                    |
+/// | sealed files, which have the item  |                                                               |
 /// | is locked, and not to be unlocked  | nowhere: the operation answers with the keyring's status      |
 /// | fails, is silent or absent         | nowhere if they were last found in it, else the sealed files  |
 ///

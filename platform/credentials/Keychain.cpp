@@ -1,8 +1,8 @@
 #include "platform/credentials/Keychain.h"
 
 #include "platform/credentials/DeviceCredentialStore.h"
-#include "platform/credentials/EmbeddedCredentialStore.h"
 #include "platform/credentials/KeyringModule.h"
+#include "platform/credentials/SealedFileCredentialStore.h"
 #include "platform/system/PrivateFolder.h"
 
 namespace MirrowvaleAuthenticator {
@@ -17,7 +17,7 @@ CredentialStore& currentStore()
         return *overridingStore;
     }
     static KeyringModule keyring;
-    static EmbeddedCredentialStore sealedFiles(dataFolderPath(), stateFolderPath());
+    static SealedFileCredentialStore sealedFiles(dataFolderPath(), stateFolderPath());
     static DeviceCredentialStore deviceStore(keyring, sealedFiles, stateFolderPath());
     return deviceStore;
 }

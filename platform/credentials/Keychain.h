@@ -11,7 +11,7 @@
 /// The credential store: generic-password items found by class, service and account.
 namespace MirrowvaleAuthenticator {
 
-/// A result of a keychain call: 0, or the platform's public number of what went wrong.
+/// A result of a keychain call: 0, or the platform's public error code.
 using OSStatus = std::int32_t;
 
 inline constexpr OSStatus errSecSuccess = 0;
@@ -32,17 +32,17 @@ inline constexpr std::string_view kSecClass = "kSecClass";
 inline constexpr std::string_view kSecClassGenericPassword = "kSecClassGenericPassword";
 inline constexpr std::string_view kSecAttrService = "kSecAttrService";
 inline constexpr std::string_view kSecAttrAccount = "kSecAttrAccount";
-inline constexpr std::string_view kSecAttrAccessible = "kSecAttrAccessible";
+inline constexpr std::string_view kSecAttrAccessible = "kSecAttrAccessible"; ///< accepted, of no effect here
 inline constexpr std::string_view kSecAttrAccessibleAfterFirstUnlockThisDeviceOnly =
     "kSecAttrAccessibleAfterFirstUnlockThisDeviceOnly";
 inline constexpr std::string_view kSecValueData = "kSecValueData";
 inline constexpr std::string_view kSecReturnData = "kSecReturnData";
-inline constexpr std::string_view kSecMatchLimit = "kSecMatchLimit";
+inline constexpr std::string_view kSecMatchLimit = "kSecMatchLimit"; ///< accepted: a name has one item
 inline constexpr std::string_view kSecMatchLimitOne = "kSecMatchLimitOne";
 /// A flag: means the item of that name in the reserve, which lies on this device beside the item's own place.
 inline constexpr std::string_view kSecUseReserve = "kSecUseReserve";
-/// A flag: the item is known to exist, so that a keyring asks for all that is locked before it is "not
-/// found".
+/// A flag: the item is known to exist. A keyring asks to unlock every collection that may hide it before it
+/// answers `errSecItemNotFound`.
 inline constexpr std::string_view kSecMatchKnownItem = "kSecMatchKnownItem";
 
 /// An entry's value: a flag, or text or bytes.
@@ -68,12 +68,12 @@ public:
 /// @returns `errSecItemNotFound` where there is none, or the status of what went wrong
 OSStatus SecItemCopyMatching(const SecDictionary& query, SecResult& result);
 
-/// Sets data and accessibility of the item that matches class, service and account.
+/// Sets the data of the item that matches class, service and account.
 /// @returns `errSecItemNotFound` where there is none, `errSecInvalidItemRef` where it holds what this process
 ///          has neither read nor written, or the status of what went wrong
 OSStatus SecItemUpdate(const SecDictionary& query, const SecDictionary& attributesToUpdate);
 
-/// Creates the item from class, service, account, data and accessibility.
+/// Creates the item from class, service, account and data.
 /// @returns `errSecDuplicateItem` where it exists already, or the status of what went wrong
 OSStatus SecItemAdd(const SecDictionary& attributes);
 

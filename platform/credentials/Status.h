@@ -6,7 +6,8 @@
 #include <new>
 #include <system_error>
 
-/// The one place that tells the failures of both credential stores in the platform's public numbers.
+/// The statuses of what fails in a credential store: of exceptions and `errno`. Those of the keyring's
+/// library are told in `keyring/SecretServiceStatus.h`.
 namespace MirrowvaleAuthenticator {
 
 /// Ends an operation of a credential store with a status.

@@ -29,7 +29,7 @@ std::optional<SecretString> unseal(SealingKey key, std::string_view context, Sec
 /// What tells a box from every other: its tag. The whole text where it is too short to be a box.
 std::string_view tagOf(std::string_view box);
 
-/// Whether `unseal` would give it back, found out without a copy of it.
+/// Whether `unseal` would succeed. Decrypts in pieces, and keeps no plaintext.
 bool opens(SealingKey key, std::string_view context, std::string_view box);
 
 } // namespace MirrowvaleAuthenticator

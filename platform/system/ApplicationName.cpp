@@ -117,8 +117,8 @@ ApplicationName::ApplicationName() : bus_(connectToSessionBus(busTimeout))
         return;
     }
     const int status = sd_bus_request_name(bus_.get(), busName, 0);
-    own_ = status >= 0;
-    taken_ = status == -EEXIST;
+    isOwn_ = status >= 0;
+    isTaken_ = status == -EEXIST;
     if (status == -ETIMEDOUT) {
         bus_ = nullptr;
     }
@@ -134,7 +134,7 @@ bool ApplicationName::activateOwner(const std::string& activationToken,
 
 int ApplicationName::descriptor() const
 {
-    return own_ && bus_ ? sd_bus_get_fd(bus_.get()) : -1;
+    return isOwn_ && bus_ ? sd_bus_get_fd(bus_.get()) : -1;
 }
 
 std::optional<std::string> ApplicationName::takeActivation()

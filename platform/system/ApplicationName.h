@@ -19,8 +19,8 @@ public:
     ApplicationName& operator=(const ApplicationName&) = delete;
 
     bool isConnected() const { return bus_ != nullptr; } ///< whether there is a bus that answers
-    bool isOwn() const { return own_; }
-    bool isTaken() const { return taken_; } ///< by another process
+    bool isOwn() const { return isOwn_; }
+    bool isTaken() const { return isTaken_; } ///< by another process
 
     /// Asks the process that has the name to come to the front.
     /// @param activationToken  the desktop's token that allows it to, or empty
@@ -33,7 +33,7 @@ public:
     /// Answers what waits at the descriptor, without waiting for more.
     /// @returns the token of the last request to come to the front, empty where it brought none; nothing
     /// where
-    ///          no such request was there
+    ///          there was no request
     std::optional<std::string> takeActivation();
 
     /// Called by the interface.
@@ -41,8 +41,8 @@ public:
 
 private:
     BusConnection bus_;
-    bool own_ = false;
-    bool taken_ = false;
+    bool isOwn_ = false;
+    bool isTaken_ = false;
     std::optional<std::string> requested_;
 };
 

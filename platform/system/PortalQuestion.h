@@ -10,7 +10,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// One of the desktop's settings that is a number or a truth value (0 or 1).
+/// One of the desktop's settings that is a number or a Boolean (0 or 1).
 struct DesktopSetting {
     std::string group;
     std::string key;
@@ -20,9 +20,9 @@ struct DesktopSetting {
 /// A question to the desktop: how it wants applications to look (the Settings interface of the XDG desktop
 /// portal).
 ///
-/// A short-lived process of its own asks it. The portal answers only a process that it can look into, which
-/// this one forbids for the sake of its secrets; and a portal that has yet to be started may take longer to
-/// answer than a user should wait for the window.
+/// A short-lived process of its own asks it. The portal answers only a process whose entry in /proc it can
+/// read, which `protectProcess` forbids for this one; and a portal that has yet to be started may take longer
+/// to answer than a user should wait for the window.
 class PortalQuestion {
 public:
     /// Starts the process, which is a copy of this one: this one may not have threads yet, nor secrets.

@@ -14,7 +14,7 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
-/// Far beyond any list of tokens; more would rather exhaust the machine than tell anything.
+/// In bytes, far beyond any list of tokens: what a damaged file can make this process allocate.
 constexpr off_t largestFile = off_t(1) << 30;
 
 std::filesystem::path homeFolderPath()
@@ -89,14 +89,14 @@ std::optional<FileDescriptor> openExisting(int folder, const char* name, int fla
     return std::nullopt;
 }
 
-bool isFolderMade(const std::filesystem::path& path)
+bool makeFolder(const std::filesystem::path& path)
 {
     return uninterrupted([&] { return mkdir(path.c_str(), 0700); }) == 0 || errno == EEXIST;
 }
 
 void createFolders(const std::filesystem::path& path)
 {
-    if (isFolderMade(path)) {
+    if (makeFolder(path)) {
         return;
     }
     if (errno != ENOENT || !path.has_relative_path()) {
@@ -104,7 +104,7 @@ void createFolders(const std::filesystem::path& path)
     }
     createFolders(path.parent_path());
     // Once: below a link that leads nowhere it would fail for ever.
-    if (!isFolderMade(path)) {
+    if (!makeFolder(path)) {
         throwErrno("mkdir");
     }
 }
@@ -164,7 +164,7 @@ SecretString readAll(int descriptor)
             throwErrno("read");
         }
         if (count == 0) {
-            break; // shorter than it was a moment ago
+            break; // cut short since its size was asked for
         }
         position += static_cast<std::size_t>(count);
     }
@@ -189,7 +189,7 @@ std::optional<PrivateFolder> PrivateFolder::open(const std::filesystem::path& pa
     auto descriptor = openExisting(AT_FDCWD, path.c_str(), O_DIRECTORY);
     if (!descriptor) {
         if (std::filesystem::is_symlink(std::filesystem::symlink_status(path))) {
-            throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory)); // as of now
+            throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory)); // yet
         }
         return std::nullopt;
     }
@@ -229,7 +229,7 @@ std::optional<SecretString> PrivateFolder::read(const std::string& name) const
 void PrivateFolder::write(const std::string& name, std::string_view bytes) const
 {
     const auto temporary = name + ".new";
-    removeFrom(folder_.get(), temporary); // what an interrupted write left behind is of no use to anyone
+    removeFrom(folder_.get(), temporary); // left by an interrupted write
     try {
         const auto file =
             opened(folder_.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
@@ -277,7 +277,7 @@ void PrivateFolder::setAside(const std::string& name) const
             return;
         }
         if (*copy == *bytes) {
-            flush(); // whoever made it may not have lived to
+            flush(); // the process that made it may have ended before it did
             return;
         }
     }

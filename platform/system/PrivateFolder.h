@@ -14,7 +14,7 @@ namespace MirrowvaleAuthenticator {
 std::filesystem::path dataFolderPath(); ///< $XDG_DATA_HOME/mirrowvale-authenticator
 std::filesystem::path stateFolderPath(); ///< $XDG_STATE_HOME/mirrowvale-authenticator
 
-/// A folder (0700) of whole files (0600) for this user alone. Modes that are more open are tightened; a
+/// A folder (0700) of whole files (0600) for this user alone. Other modes are set to these; a
 /// folder or file that belongs to another user, and a symbolic link in a file's place, are refused. The
 /// folder itself may be reached by a link: to another disk, say.
 /// Every operation throws `std::system_error` for what the file system answers.
@@ -27,7 +27,7 @@ public:
     static PrivateFolder openOrCreate(const std::filesystem::path& path);
 
     /// The folder, made with its parents where it does not exist; its name and theirs are flushed, also those
-    /// that an earlier run made and did not live to flush.
+    /// that an earlier run made and did not flush.
     static PrivateFolder create(const std::filesystem::path& path);
 
     /// A file's bytes, or nothing where there is no such file.
@@ -40,7 +40,7 @@ public:
     /// Removes a file, if it exists, and flushes the folder.
     void remove(const std::string& name) const;
 
-    /// Makes the names in the folder safe from a power cut, also those of an earlier run.
+    /// Flushes the folder: its names, also those of an earlier run, survive a power cut.
     void flush() const;
 
     /// Copies a file under the first free one of "<name>.unreadable-1", "<name>.unreadable-2" and so on,

@@ -2,9 +2,9 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// Closes this process to other eyes as far as the kernel allows: no core dump, and no reading of its memory
-/// by other processes of the same user (PR_SET_DUMPABLE). Signals that would end it for a full disk or a
-/// closed connection are ignored; the calls that they belong to fail with a status instead.
+/// Allows no core dump, and no other process of the same user to read this one's memory (PR_SET_DUMPABLE), as
+/// far as the kernel can. Ignores the signals for a limit on the size of files (SIGXFSZ) and for a closed
+/// connection (SIGPIPE): the call that meets one fails with its `errno` instead.
 void protectProcess();
 
 } // namespace MirrowvaleAuthenticator

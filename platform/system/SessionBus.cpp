@@ -22,7 +22,7 @@ std::uint64_t microsecondsUntil(steady_clock::time_point deadline)
     return rest > 0 ? static_cast<std::uint64_t>(rest) : 0;
 }
 
-/// Whether the bus has greeted back by then: a call on a connection that is not ready waits without end.
+/// Whether the bus has answered "Hello" by then: a call on a connection that is not ready waits without end.
 bool becomesReady(sd_bus* bus, steady_clock::time_point deadline)
 {
     while (true) {
@@ -122,7 +122,7 @@ bool mayAnswer(const char* service, std::chrono::milliseconds timeout)
     return !bus || !hasNoOwner(bus.get(), service) || !cannotBeStarted(bus.get(), service);
 }
 
-void renounceSessionBus()
+void disableSessionBus()
 {
     setenv("DBUS_SESSION_BUS_ADDRESS", noBus, 1);
 }

@@ -36,6 +36,6 @@ bool mayAnswer(const char* service, std::chrono::milliseconds timeout);
 
 /// Keeps this process's libraries from asking the session's bus: they would start one where there is none,
 /// and wait long for one that does not answer.
-void renounceSessionBus();
+void disableSessionBus();
 
 } // namespace MirrowvaleAuthenticator

@@ -38,11 +38,11 @@ FileDescriptor openFolder()
 {
     try {
         PrivateFolder::openOrCreate(dataFolderPath());
-    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): it may still serve to be locked
+    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): it may still be lockable
     }
     FileDescriptor folder(open(dataFolderPath().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     struct stat status { };
-    // Another user's is not this user's to lock, nor to be kept out by.
+    // Another user's is not locked: that user could keep this one out.
     const bool isOwn = folder && fstat(folder.get(), &status) == 0 && status.st_uid == geteuid();
     return isOwn ? std::move(folder) : FileDescriptor();
 }
@@ -70,8 +70,8 @@ FileDescriptor listenIn(int folder)
 {
     FileDescriptor listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     unlinkat(folder, socketName, 0); // left by a process that ended without a chance to remove it
-    const bool isBound =
-        listener && withAddress(folder, [&](auto... of) { return bind(listener.get(), of...); });
+    const bool isBound = listener
+        && withAddress(folder, [&](auto... socketAddress) { return bind(listener.get(), socketAddress...); });
     return isBound && listen(listener.get(), 8) == 0 ? std::move(listener) : FileDescriptor();
 }
 
@@ -85,7 +85,8 @@ bool isReady(int descriptor, short events, milliseconds timeout)
 FileDescriptor connectTo(int folder, steady_clock::time_point deadline)
 {
     FileDescriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    while (!withAddress(folder, [&](auto... of) { return connect(connection.get(), of...); })) {
+    while (!withAddress(folder,
+                        [&](auto... socketAddress) { return connect(connection.get(), socketAddress...); })) {
         if (!connection || steady_clock::now() > deadline) {
             return {};
         }
@@ -116,8 +117,8 @@ std::string receiveToken(int connection)
 {
     std::string token;
     std::array<char, 512> piece{};
-    constexpr milliseconds blink{100}; // the sender has nothing to wait for
-    while (token.size() < 4096 && isReady(connection, POLLIN, blink)) {
+    constexpr milliseconds timeout{100}; // the sender writes at once
+    while (token.size() < 4096 && isReady(connection, POLLIN, timeout)) {
         const auto count = recv(connection, piece.data(), piece.size(), 0);
         if (count <= 0) {
             break;
@@ -155,8 +156,8 @@ void SingleInstance::lockFolder()
     if (!folder_) {
         return;
     }
-    // The folder itself, as anything may lie in the place of a file in it; and a file, as disks of a network
-    // lock only what is open for writing.
+    // The folder itself, as anything may lie in the place of a file in it; and a file, as network file
+    // systems lock only what is open for writing.
     lock_ = FileDescriptor(
         openat(folder_.get(), lockName, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
     for (const auto* place : {&folder_, &lock_}) {

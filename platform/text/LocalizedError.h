@@ -6,7 +6,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// The base of every error of this system: one English sentence, shown to the user as it stands.
+/// The base of every error that is shown to the user: one English sentence, shown as it stands.
 class LocalizedError : public std::exception {
 public:
     const std::string& errorDescription() const noexcept { return description_; }

@@ -9,8 +9,9 @@
 
 struct UCollator;
 
-/// Text is UTF-8 in `std::string`. Every operation has a fast path for all-ASCII text that gives the same
-/// result; bytes that are not UTF-8 count as U+FFFD unless an operation says otherwise.
+/// Text is UTF-8 in `std::string`; bytes that are not count as U+FFFD unless an operation says otherwise. The
+/// operations of `UnicodePath` have a fast path for all-ASCII text that gives the same result. All throw
+/// `std::runtime_error` where ICU fails.
 namespace MirrowvaleAuthenticator {
 
 /// The Unicode default full case mappings (Unicode 3.13), independent of any locale.

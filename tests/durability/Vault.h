@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/credentials/DeviceCredentialStore.h"
-#include "platform/credentials/EmbeddedCredentialStore.h"
+#include "platform/credentials/SealedFileCredentialStore.h"
 #include "storage/TokenStore.h"
 #include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/TemporaryHome.h"
@@ -151,7 +151,7 @@ public:
 private:
     static inline Vault* current = nullptr;
     Vault* previous = std::exchange(current, this);
-    EmbeddedCredentialStore sealedFiles{home.data(), home.state()};
+    SealedFileCredentialStore sealedFiles{home.data(), home.state()};
     std::optional<DeviceCredentialStore> device;
     std::optional<CredentialStoreOverride> inPlace;
 };

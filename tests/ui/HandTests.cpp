@@ -1,5 +1,5 @@
 #include "tests/ui/SceneFixture.h"
-#include "ui/app/WindowSight.h"
+#include "ui/app/WindowVisibility.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -179,7 +179,7 @@ TEST_F(HandTest, theListStaysWhereItWasScrolledTo)
     EXPECT_LT(scrolled(), place);
 }
 
-TEST_F(HandTest, aDeletedRowPassesTheKeyboardOnAndShowsItWhereKeysWereUsed)
+TEST_F(HandTest, aDeletedRowPassesFocusOnAndShowsItWhereKeysWereUsed)
 {
     open("abc");
     for (const bool byKeys : {false, true}) {
@@ -229,7 +229,7 @@ TEST_F(HandTest, everyQuickTapCountsAndAHeldReturnOnce)
     EXPECT_EQ(store.tokens->front().counter, 6U);
 }
 
-TEST_F(HandTest, theKeyboardGoesToAnyRowAndStaysThereWhateverHappensToOthers)
+TEST_F(HandTest, focusGoesToAnyRowAndStaysThereWhateverHappensToOthers)
 {
     open("abc");
     QQuickItem* copy = button("Copy code", row(1));
@@ -244,7 +244,7 @@ TEST_F(HandTest, theKeyboardGoesToAnyRowAndStaysThereWhateverHappensToOthers)
     EXPECT_TRUE(ringIsAt(copy));
 }
 
-TEST_F(HandTest, theKeyboardStaysWhereItCanBeSeen)
+TEST_F(HandTest, focusStaysWhereItCanBeSeen)
 {
     open("abc");
     const std::tuple<const char*, int, std::function<void()>> ways[] = {
@@ -362,7 +362,7 @@ TEST_F(HandTest, theClockStandsWhileNobodyCanSeeTheWindow)
     open("a");
     openSheet();
     const auto saver = [this](bool active) {
-        QMetaObject::invokeMethod(window->findChild<WindowSight*>(), "screenSaverChanged",
+        QMetaObject::invokeMethod(window->findChild<WindowVisibility*>(), "screenSaverChanged",
                                   Q_ARG(bool, active));
     };
     const std::pair<std::function<void()>, std::function<void()>> ways[] = {
@@ -481,7 +481,7 @@ TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
     }
 }
 
-TEST_F(HandTest, aPickersMenuGoesWithTheKeyboard)
+TEST_F(HandTest, aPickersMenuGoesWithFocus)
 {
     open("a");
     openSheet();
@@ -542,7 +542,7 @@ TEST_F(HandTest, scrollingClosesAnOpenRowAndKeepsTheAcknowledgement)
     EXPECT_TRUE(QTest::qWaitFor([this] { return button("Copy code", row(0)) != nullptr; }));
 }
 
-TEST_F(HandTest, theSheetStaysUpInAWindowOfAnySizeAndShowsWhatTheKeyboardReaches)
+TEST_F(HandTest, theSheetStaysUpInAWindowOfAnySizeAndShowsWhatHasFocus)
 {
     open("a");
     openSheet();

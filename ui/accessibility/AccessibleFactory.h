@@ -2,8 +2,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// Lets screens, rows, buttons and fields meet assistive technology through this application's own
-/// interfaces. Does nothing until assistive technology asks.
+/// Registers the accessible interfaces of screens, rows, buttons and fields. Nothing is made until assistive
+/// technology asks.
 void installAccessibleFactory();
 
 } // namespace MirrowvaleAuthenticator

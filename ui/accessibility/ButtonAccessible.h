@@ -6,7 +6,7 @@ namespace MirrowvaleAuthenticator {
 
 class ButtonItem;
 
-/// A button as assistive technology meets it: its title, what it acts on, whether it can be pressed.
+/// The accessible interface of a button: its title, what it acts on, whether it can be pressed.
 class ButtonAccessible : public ItemAccessible {
 public:
     explicit ButtonAccessible(ButtonItem* button);

@@ -4,8 +4,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// A field as assistive technology meets it, which can write into it too. Of a masked one it gets the
-/// bullets. Positions and lengths are in UTF-16 code units.
+/// The accessible interface of a field, which can be written into. A masked one gives its bullets. Positions
+/// and lengths are in UTF-16 code units.
 class FieldAccessible : public ItemAccessible,
                         public QAccessibleTextInterface,
                         public QAccessibleEditableTextInterface {

@@ -17,7 +17,7 @@ public:
     QAccessibleInterface* child(int index) const override;
     int childCount() const override;
     int indexOfChild(const QAccessibleInterface* child) const override;
-    QRect rect() const override; ///< in the screen's pixels
+    QRect rect() const override; ///< in screen coordinates, in device-independent pixels
     QAccessible::State state() const override;
     void* interface_cast(QAccessible::InterfaceType type) override;
 
@@ -28,7 +28,7 @@ public:
 protected:
     QQuickItem* item() const;
 
-    /// A rectangle of the item in the screen's pixels.
+    /// A rectangle of the item in screen coordinates, in device-independent pixels.
     QRect onScreen(const QRectF& rectangle) const;
 
     /// What lies in the item and is shown, in the order in which it is stacked.

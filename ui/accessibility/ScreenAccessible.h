@@ -4,7 +4,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// A screen as assistive technology meets it: empty while it is disabled, whatever can be seen of it.
+/// The accessible interface of a screen: empty while it is disabled, whatever can be seen of it.
 class ScreenAccessible : public ItemAccessible {
 public:
     using ItemAccessible::ItemAccessible;

@@ -6,7 +6,7 @@ namespace MirrowvaleAuthenticator {
 
 class TokenRowItem;
 
-/// A row of the list as assistive technology meets it: one thing with its actions. What it says is worked out
+/// The accessible interface of a row of the list: one thing with its actions. What it says is worked out
 /// when it is asked for; no tick announces it.
 class TokenRowAccessible : public ItemAccessible {
 public:

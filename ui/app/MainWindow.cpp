@@ -1,7 +1,7 @@
 #include "ui/app/MainWindow.h"
 
 #include "ui/app/SymbolProvider.h"
-#include "ui/app/WindowSight.h"
+#include "ui/app/WindowVisibility.h"
 #include "ui/desktop/OnScreenKeyboard.h"
 
 #include <QDebug>
@@ -28,7 +28,7 @@ std::unique_ptr<QQuickWindow> makeMainWindow(QQmlEngine& engine, ContentView& co
     if (!window) {
         return nullptr;
     }
-    new WindowSight(*window, contentView);
+    new WindowVisibility(*window, contentView);
     if (OnScreenKeyboard::isNeeded()) {
         new OnScreenKeyboard(*window);
     }

@@ -53,7 +53,7 @@ constexpr std::chrono::seconds activationTimeout{5};
 int run(int& argc, char** argv, SingleInstance& instance)
 {
     if (!instance.isOnBus()) {
-        renounceSessionBus();
+        disableSessionBus();
     }
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasRenderDevice()) {
         drawInSoftware();

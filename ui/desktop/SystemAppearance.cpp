@@ -33,12 +33,12 @@ QString portalInterface()
     return QStringLiteral("org.freedesktop.portal.Settings");
 }
 
-QString common()
+QString appearanceGroup()
 {
     return QStringLiteral("org.freedesktop.appearance");
 }
 
-QString ofGNOME()
+QString gnomeInterfaceGroup()
 {
     return QStringLiteral("org.gnome.desktop.interface");
 }
@@ -106,14 +106,14 @@ void SystemAppearance::settingChanged(const QDBusMessage& signal)
 
 void SystemAppearance::apply(const QString& group, const QString& key, const QVariant& value)
 {
-    if (group == common() && key == QLatin1String("color-scheme")) {
+    if (group == appearanceGroup() && key == QLatin1String("color-scheme")) {
         const uint scheme = value.toUInt(); // 0 is no preference
         darkWanted_ = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
-    } else if (group == common() && key == QLatin1String("reduced-motion")) {
+    } else if (group == appearanceGroup() && key == QLatin1String("reduced-motion")) {
         reducedMotion_ = value.toUInt() == 1;
-    } else if (group == ofGNOME() && key == QLatin1String("enable-animations")) {
+    } else if (group == gnomeInterfaceGroup() && key == QLatin1String("enable-animations")) {
         reducedMotion_ = !value.toBool();
-    } else if (group == ofGNOME() && key == QLatin1String("text-scaling-factor")) {
+    } else if (group == gnomeInterfaceGroup() && key == QLatin1String("text-scaling-factor")) {
         const qreal factor = value.toDouble();
         textScale_ = factor > 0 && !isScaledByDisplay() ? qBound(0.8, factor, 2.0) : 1;
     } else {

@@ -8,7 +8,7 @@ namespace MirrowvaleAuthenticator {
 
 void KeyboardFocusItem::setVisualFocus(bool shows)
 {
-    if (std::exchange(focusShown_, shows) != shows) {
+    if (std::exchange(hasVisualFocus_, shows) != shows) {
         emit visualFocusChanged();
     }
 }

@@ -14,7 +14,7 @@ class KeyboardFocusItem : public QQuickItem {
 public:
     using QQuickItem::QQuickItem;
 
-    bool hasVisualFocus() const { return focusShown_; }
+    bool hasVisualFocus() const { return hasVisualFocus_; }
     void setVisualFocus(bool shows);
 
 signals:
@@ -25,7 +25,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    bool focusShown_ = false;
+    bool hasVisualFocus_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -29,12 +29,12 @@ ContentView::ContentView(TokenStore& store, QObject* parent)
     connect(&ticker_, &QTimer::timeout, this, &ContentView::tick);
 }
 
-void ContentView::setSeen(bool seen)
+void ContentView::setVisible(bool visible)
 {
-    if (seen == ticker_.isActive()) {
+    if (visible == ticker_.isActive()) {
         return;
     }
-    if (seen) {
+    if (visible) {
         tick();
         ticker_.start();
     } else {

@@ -32,7 +32,7 @@ public:
 
     /// Says whether the screen can be seen. Its clock runs only while it can, and is right from the first
     /// instant on.
-    void setSeen(bool seen);
+    void setVisible(bool visible);
 
     /// Whether the empty state stands in place of the list, as of the last rendering.
     bool isEmpty() const { return empty_; }

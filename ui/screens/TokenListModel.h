@@ -42,14 +42,14 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    /// Brings the rows in line with the store.
+    /// Updates the rows to the store's tokens.
     void render();
 
-    /// Brings the instant to the rows.
+    /// Sets the instant that codes and countdowns are computed for.
     void setNow(Date instant);
 
     /// The listed token that a row shows; none for a row that does not exist or whose token has just been
-    /// removed.
+    /// removed. Valid until the store's list changes.
     const AuthToken* tokenAt(int row) const;
 
     /// Copies a row's code and shows the acknowledgement for 1.5 seconds.

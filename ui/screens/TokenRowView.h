@@ -23,14 +23,12 @@ public:
     QString account() const; ///< the token's own, or "Account"
     QString code() const; ///< the digits, or "------" where there is no code
     QString displayCode() const { return displayCode(code()); }
-    bool offersNext() const
-    {
-        return token_.kind == AuthToken::Kind::hotp;
-    } ///< otherwise the countdown shows
+    /// Otherwise the countdown shows.
+    bool offersNext() const { return token_.kind == AuthToken::Kind::hotp; }
     std::int64_t seconds() const; ///< left in the current time step; 0 for a counter-based token
     QString countdown() const; ///< the seconds and their unit
     QString longestCountdown() const; ///< as a time step begins
-    bool isUrgent() const; ///< the countdown is about to end
+    bool isUrgent() const; ///< 5 seconds or less are left; of no meaning for a counter-based token
     bool isCopied() const { return copied_; }
 
     /// Writes the bare code to the pasteboard.

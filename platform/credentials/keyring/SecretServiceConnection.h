@@ -37,7 +37,8 @@ private:
 };
 
 /// A connection to the Secret Service of the user's session, which has a bus.
-/// @throws StatusError  `errSecNotAvailable` where the bus or the service cannot be reached
+/// @throws StatusError  `errSecNotAvailable` where the bus cannot be reached, else what the service's failure
+/// means
 Owned<SecretService> connectToSecretService(GCancellable* cancellable);
 
 } // namespace MirrowvaleAuthenticator

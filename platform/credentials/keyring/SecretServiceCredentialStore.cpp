@@ -211,7 +211,7 @@ Owned<SecretValue> valueOf(const SecretString& data)
 }
 
 /// Replaces the item's data. @returns false where it is locked
-bool isSet(const Keyring& keyring, SecretItem& item, const SecretString& data)
+bool setData(const Keyring& keyring, SecretItem& item, const SecretString& data)
 {
     ErrorReport report;
     secret_item_set_secret_sync(&item, valueOf(data).get(), keyring.cancellable, report);
@@ -325,9 +325,9 @@ OSStatus SecretServiceCredentialStore::update(const SecDictionary& query,
             return errSecInvalidItemRef;
         }
         note(name.account, data); // before: a call that gets no answer may have been carried out
-        if (!isSet(keyring, *item, data)) { // some keyrings lock an item after each use
+        if (!setData(keyring, *item, data)) { // some keyrings lock an item after each use
             unlock(keyring, item.get());
-            if (!isSet(keyring, *item, data)) {
+            if (!setData(keyring, *item, data)) {
                 return errSecInteractionNotAllowed;
             }
         }

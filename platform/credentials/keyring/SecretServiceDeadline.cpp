@@ -21,7 +21,7 @@ SecretServiceDeadline::~SecretServiceDeadline()
     current = nullptr;
     watcher_.request_stop();
     watcher_.join();
-    g_object_unref(calls_);
+    g_object_unref(cancellable_);
 }
 
 void SecretServiceDeadline::watch(const std::stop_token& stop)
@@ -32,7 +32,7 @@ void SecretServiceDeadline::watch(const std::stop_token& stop)
         changed_.wait_until(lock, stop, seen, [&] { return end_ != seen; });
     }
     if (!stop.stop_requested()) {
-        g_cancellable_cancel(calls_);
+        g_cancellable_cancel(cancellable_);
     }
 }
 

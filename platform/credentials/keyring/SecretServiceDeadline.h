@@ -19,8 +19,8 @@ public:
     SecretServiceDeadline& operator=(const SecretServiceDeadline&) = delete;
 
     /// For each call of the operation that waits for an answer.
-    GCancellable* cancellable() const { return calls_; }
-    bool hasPassed() const { return g_cancellable_is_cancelled(calls_) != FALSE; }
+    GCancellable* cancellable() const { return cancellable_; }
+    bool hasPassed() const { return g_cancellable_is_cancelled(cancellable_) != FALSE; }
 
     /// The user is being asked: as long as this lives, the time of the operation at hand does not count.
     class Pause {
@@ -38,8 +38,9 @@ private:
     void watch(const std::stop_token& stop);
     void setEnd(std::chrono::steady_clock::time_point newEnd);
 
-    static inline SecretServiceDeadline* current = nullptr; ///< of the operation at hand: there is one thread
-    GCancellable* calls_ = g_cancellable_new();
+    static inline SecretServiceDeadline* current =
+        nullptr; ///< of the operation at hand: all run on one thread
+    GCancellable* cancellable_ = g_cancellable_new();
     std::mutex mutex_;
     std::condition_variable_any changed_;
     std::chrono::steady_clock::time_point end_;

@@ -30,20 +30,20 @@ private:
 };
 
 /// Calls a function every two seconds, in a context.
-class Repeated {
+class PeriodicTimer {
 public:
-    Repeated(GMainContext* context, GSourceFunc function, gpointer data)
+    PeriodicTimer(GMainContext* context, GSourceFunc function, gpointer data)
     {
         g_source_set_callback(source_, function, data, nullptr);
         g_source_attach(source_, context);
     }
-    ~Repeated()
+    ~PeriodicTimer()
     {
         g_source_destroy(source_);
         g_source_unref(source_);
     }
-    Repeated(const Repeated&) = delete;
-    Repeated& operator=(const Repeated&) = delete;
+    PeriodicTimer(const PeriodicTimer&) = delete;
+    PeriodicTimer& operator=(const PeriodicTimer&) = delete;
 
 private:
     GSource* source_ = g_timeout_source_new_seconds(2);
@@ -72,7 +72,7 @@ public:
     PromptAnswer& operator=(const PromptAnswer&) = delete;
 
     /// Asks whether the service is still there: one that was stopped leaves its prompt unanswered for ever.
-    static gboolean requireRunning(gpointer object)
+    static gboolean pingService(gpointer object)
     {
         constexpr int timeout = 4000; // milliseconds
         auto& answer = *static_cast<PromptAnswer*>(object);
@@ -150,7 +150,7 @@ GVariant* resultOfPrompt(SecretService& service, SecretPrompt& prompt, const GVa
     }
     g_variant_unref(reply);
     const SecretServiceDeadline::Pause pause; // the user may take as long as it takes
-    const Repeated check(context.get(), PromptAnswer::requireRunning, &answer);
+    const PeriodicTimer check(context.get(), PromptAnswer::pingService, &answer);
     while (!answer.hasCome()) {
         context.wait();
     }

@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// Brings up a field's edit menu where the field is held, or clicked with the other button. Few fields ever need one,
+/// Brings up a field's edit menu where the field is held, or clicked with the right button. Few fields ever need one,
 /// so it is made at the first time.
 Loader {
     id: root
@@ -17,7 +17,7 @@ Loader {
         menu.openAt(x, y)
     }
 
-    // A field of many lines clears its selection at a press of the other button, too.
+    // A field of many lines clears its selection at a press of the right button, too.
     property point selection
 
     Connections {

@@ -10,7 +10,7 @@ PlainButton {
     required property string choice
 
     /// Whether the focus ring showed here when the menu came up, and is to show again after it.
-    property bool hadKeyboard: false
+    property bool hadVisualFocus: false
 
     signal chosen(string option)
 
@@ -22,7 +22,7 @@ PlainButton {
     rightPadding: Theme.padding
     focusRing.anchors.margins: 2
     onClicked: {
-        hadKeyboard = visualFocus
+        hadVisualFocus = visualFocus
         menu.open()
     }
 
@@ -48,7 +48,7 @@ PlainButton {
         onClosed: {
             if (root.enabled && !focusIsElsewhere) {
                 root.forceActiveFocus(Qt.PopupFocusReason)
-                root.visualFocus = root.hadKeyboard
+                root.visualFocus = root.hadVisualFocus
             }
         }
 

@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// Parts a row of a form from the one above it.
+/// Separates a row of a form from the one above it.
 Hairline {
     anchors { top: parent.top; left: parent.left; leftMargin: Theme.padding; right: parent.right }
     visible: parent.y > 0

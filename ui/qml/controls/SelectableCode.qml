@@ -10,7 +10,7 @@ TextInput {
     required property string code
 
     // A text without a letter runs in the direction of the keyboard's language, which can put the second half of the
-    // code first. A mark that has no width holds it, and stays out of the selection.
+    // code first. A mark of no width (LEFT-TO-RIGHT MARK) prevents that, and stays out of the selection.
     readonly property string mark: InputMethod.inputDirection === Qt.RightToLeft ? "\u200e" : ""
 
     /// The width that the code must not exceed.

@@ -29,7 +29,7 @@ Flickable {
         }
     }
 
-    /// Brings an item of the form into sight.
+    /// Scrolls an item of the form into view.
     ///
     /// @param part  what of it to show
     function reveal(item: Item, part: rect): void {

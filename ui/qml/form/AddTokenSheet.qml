@@ -11,7 +11,7 @@ FocusScope {
 
     readonly property bool presented: contentView.showingAdd
 
-    /// The panel's place. What an on-screen keyboard leaves of a phone held sideways is all its own.
+    /// The panel's place: at the very top of a low window, as of a phone held sideways with its keyboard up.
     readonly property real panelTop: height < 400 ? 0 : Theme.sheetTop
 
     /// How far the panel stands below its place.
@@ -22,12 +22,17 @@ FocusScope {
         sliding.restart()
     }
 
-    /// Follows a finger downwards; lets go of the sheet where it has gone far or is fast.
+    /// Follows a finger downwards.
+    ///
+    /// @param distance  from the panel's place, in points
     function drag(distance: real): void {
         sliding.stop()
         lowered = Math.max(0, distance)
     }
 
+    /// Dismisses a sheet that was drawn far or fast.
+    ///
+    /// @param velocity  downwards, in points a second
     function release(velocity: real): void {
         if (lowered > panel.height / 4 || (velocity > 800 && lowered > 0)) {
             form.cancel()

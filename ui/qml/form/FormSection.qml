@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// Rows on one card, parted by hairlines, under a header where there is one.
+/// Rows on one card, separated by hairlines, under a header where there is one.
 Column {
     id: root
 

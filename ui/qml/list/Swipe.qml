@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// Draws a row away from its trailing edge, and lets it settle there or back.
+/// Moves a row away from its trailing edge, and lets it settle there or back.
 DragHandler {
     id: root
 
@@ -13,7 +13,7 @@ DragHandler {
     /// How far away the row stands.
     property real revealed: 0
     readonly property int openingDirection: Theme.mirrored ? 1 : -1
-    readonly property real flickSpeed: 300
+    readonly property real flickSpeed: 300 // points a second
     property real start: 0
 
     signal begun

@@ -46,7 +46,7 @@ ListView {
     }
 
     /// Whether the focus has been where it was not seen; it is shown now, and a key does no more.
-    function showsFocusFirst(): bool {
+    function revealFocus(): bool {
         const row = currentItem as TokenRow
         const hidden = row !== null && row.activeFocus && !row.visualFocus
         if (hidden) {
@@ -56,7 +56,7 @@ ListView {
     }
 
     /// Whether the current row is higher than the view and has more to show; that comes into sight now.
-    function showsRest(direction: int): bool {
+    function scrollToRest(direction: int): bool {
         const row = currentItem as TokenRow
         if (!row || row.height <= height) {
             return false
@@ -71,21 +71,21 @@ ListView {
 
     /// Moves the focus to a row.
     function moveTo(row: int): void {
-        if (!showsFocusFirst()) {
+        if (!revealFocus()) {
             goTo(row)
         }
     }
 
     /// Moves the focus to the next row, or the one before.
     function step(direction: int): void {
-        if (!showsFocusFirst() && !showsRest(direction)) {
+        if (!revealFocus() && !scrollToRest(direction)) {
             goOn(currentIndex + direction, direction)
         }
     }
 
     /// Moves the focus by as many rows as the view holds.
     function turnPage(direction: int): void {
-        if (!showsFocusFirst() && !showsRest(direction)) {
+        if (!revealFocus() && !scrollToRest(direction)) {
             goOn(rowAPageFrom(currentIndex, direction), direction)
         }
     }

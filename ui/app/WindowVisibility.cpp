@@ -1,34 +1,34 @@
-#include "ui/app/WindowSight.h"
+#include "ui/app/WindowVisibility.h"
 
 #include <QDBusConnection>
 #include <QEvent>
 
 namespace MirrowvaleAuthenticator {
 
-WindowSight::WindowSight(QWindow& window, ContentView& screen)
+WindowVisibility::WindowVisibility(QWindow& window, ContentView& screen)
     : QObject(&window), window_(window), screen_(screen)
 {
     window_.installEventFilter(this);
     // Its event may come only after a frame that was due already.
-    connect(&window_, &QWindow::windowStateChanged, this, &WindowSight::tell);
+    connect(&window_, &QWindow::windowStateChanged, this, &WindowVisibility::update);
     for (const auto& interface :
          {QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("org.gnome.ScreenSaver")}) {
         QDBusConnection::sessionBus().connect({}, {}, interface, QStringLiteral("ActiveChanged"), this,
                                               SLOT(screenSaverChanged(bool)));
     }
-    tell();
+    update();
 }
 
-bool WindowSight::eventFilter(QObject* watched, QEvent* event)
+bool WindowVisibility::eventFilter(QObject* watched, QEvent* event)
 {
     switch (event->type()) {
     case QEvent::Enter:
     case QEvent::FocusIn:
         covered_ = false; // whatever the screen saver said last
-        tell();
+        update();
         break;
     case QEvent::Expose: // before the frame that follows from it
-        tell();
+        update();
         break;
     default:
         break;
@@ -36,16 +36,16 @@ bool WindowSight::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
-void WindowSight::screenSaverChanged(bool active)
+void WindowVisibility::screenSaverChanged(bool active)
 {
     covered_ = active;
-    tell();
+    update();
 }
 
-void WindowSight::tell()
+void WindowVisibility::update()
 {
     const bool minimised = (window_.windowStates() & Qt::WindowMinimized) != 0;
-    screen_.setSeen(window_.isExposed() && !minimised && !covered_);
+    screen_.setVisible(window_.isExposed() && !minimised && !covered_);
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -1,4 +1,4 @@
-#include "platform/credentials/EmbeddedCredentialStore.h"
+#include "platform/credentials/SealedFileCredentialStore.h"
 
 #include "tests/support/KeychainEntries.h"
 #include "tests/support/TemporaryHome.h"
@@ -9,10 +9,10 @@
 
 namespace MirrowvaleAuthenticator {
 
-TEST(EmbeddedStore, keepsItemsApartWhateverTheirNames)
+TEST(SealedFileStore, keepsItemsApartWhateverTheirNames)
 {
     const TemporaryHome home;
-    EmbeddedCredentialStore store(home.data(), home.state());
+    SealedFileCredentialStore store(home.data(), home.state());
     constexpr auto service = "org.test/service name.tokens";
     const auto names = {"", "Vault", "vault", "vault3", "vault/", "../vault", "..%2Fvault"};
     EXPECT_EQ(store.update(itemName(service, "vault"), itemContent("early")), errSecItemNotFound);
@@ -35,11 +35,11 @@ TEST(EmbeddedStore, keepsItemsApartWhateverTheirNames)
     }
 }
 
-TEST(EmbeddedStore, writesOverNothingThatItHasNotRead)
+TEST(SealedFileStore, writesOverNothingThatItHasNotRead)
 {
     const TemporaryHome home;
-    EmbeddedCredentialStore ours(home.data(), home.state());
-    EmbeddedCredentialStore theirs(home.data(), home.state()); // as of another process
+    SealedFileCredentialStore ours(home.data(), home.state());
+    SealedFileCredentialStore theirs(home.data(), home.state()); // as of another process
     const auto name = itemName("service", "vault");
     const auto search = itemSearch("service", "vault");
     SecResult result;

@@ -1,4 +1,4 @@
-#include "platform/credentials/EmbeddedCredentialStore.h"
+#include "platform/credentials/SealedFileCredentialStore.h"
 
 #include "platform/credentials/ItemName.h"
 #include "platform/credentials/Status.h"
@@ -16,7 +16,7 @@ constexpr auto deviceKeyName = "device.key";
 } // namespace
 
 /// Where an item lies, and what its box is bound to.
-struct EmbeddedCredentialStore::Item {
+struct SealedFileCredentialStore::Item {
     std::string fileName;
     std::string context;
 
@@ -28,13 +28,13 @@ struct EmbeddedCredentialStore::Item {
     }
 };
 
-EmbeddedCredentialStore::EmbeddedCredentialStore(std::filesystem::path dataFolder,
-                                                 std::filesystem::path stateFolder)
+SealedFileCredentialStore::SealedFileCredentialStore(std::filesystem::path dataFolder,
+                                                     std::filesystem::path stateFolder)
     : dataFolder_(std::move(dataFolder)), stateFolder_(std::move(stateFolder))
 {
 }
 
-OSStatus EmbeddedCredentialStore::copyMatching(const SecDictionary& query, SecResult& result) noexcept
+OSStatus SealedFileCredentialStore::copyMatching(const SecDictionary& query, SecResult& result) noexcept
 {
     return statusOf([&] {
         result.emplace<std::monostate>();
@@ -51,7 +51,8 @@ OSStatus EmbeddedCredentialStore::copyMatching(const SecDictionary& query, SecRe
     });
 }
 
-OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes) noexcept
+OSStatus SealedFileCredentialStore::update(const SecDictionary& query,
+                                           const SecDictionary& attributes) noexcept
 {
     return statusOf([&] {
         const auto item = Item::named(query);
@@ -69,7 +70,7 @@ OSStatus EmbeddedCredentialStore::update(const SecDictionary& query, const SecDi
     });
 }
 
-OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes) noexcept
+OSStatus SealedFileCredentialStore::add(const SecDictionary& attributes) noexcept
 {
     return statusOf([&] {
         const auto item = Item::named(attributes);
@@ -83,7 +84,7 @@ OSStatus EmbeddedCredentialStore::add(const SecDictionary& attributes) noexcept
     });
 }
 
-OSStatus EmbeddedCredentialStore::remove(const SecDictionary& query) noexcept
+OSStatus SealedFileCredentialStore::remove(const SecDictionary& query) noexcept
 {
     return statusOf([&] {
         const auto item = Item::named(query);
@@ -96,7 +97,7 @@ OSStatus EmbeddedCredentialStore::remove(const SecDictionary& query) noexcept
 }
 
 template <typename Open>
-OSStatus EmbeddedCredentialStore::visit(const Item& item, Open open) const
+OSStatus SealedFileCredentialStore::visit(const Item& item, Open open) const
 {
     const auto folder = PrivateFolder::open(dataFolder_);
     auto box = folder ? folder->read(item.fileName) : std::nullopt;
@@ -107,7 +108,7 @@ OSStatus EmbeddedCredentialStore::visit(const Item& item, Open open) const
     return key && open(SealingKey(*key), item.context, std::move(*box)) ? errSecSuccess : errSecDecode;
 }
 
-OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data)
+OSStatus SealedFileCredentialStore::read(const Item& item, SecretString& data)
 {
     return visit(item, [&](SealingKey key, std::string_view context, SecretString box) {
         const std::string tag(tagOf(box));
@@ -121,13 +122,13 @@ OSStatus EmbeddedCredentialStore::read(const Item& item, SecretString& data)
 }
 
 /// The status that `read` would give.
-OSStatus EmbeddedCredentialStore::check(const Item& item) const
+OSStatus SealedFileCredentialStore::check(const Item& item) const
 {
     return visit(item, opens);
 }
 
 /// The same, but for an item that opens and was never read or written here.
-OSStatus EmbeddedCredentialStore::checkIsKnown(const Item& item) const
+OSStatus SealedFileCredentialStore::checkIsKnown(const Item& item) const
 {
     bool isKnown = false;
     const auto status = visit(item, [&](SealingKey key, std::string_view context, const SecretString& box) {
@@ -137,15 +138,15 @@ OSStatus EmbeddedCredentialStore::checkIsKnown(const Item& item) const
     return status == errSecSuccess && !isKnown ? errSecInvalidItemRef : status;
 }
 
-/// Writes an item where there is none that opens. Everything that it rests on must be safe on disk before.
-void EmbeddedCredentialStore::create(const Item& item, const SecretString& data)
+/// Writes an item where there is none that opens. Everything that it rests on must be flushed before.
+void SealedFileCredentialStore::create(const Item& item, const SecretString& data)
 {
-    const auto key = safeDeviceKey();
+    const auto key = flushedDeviceKey();
     write(PrivateFolder::create(dataFolder_), item, SealingKey(key), data);
 }
 
-/// Writes an item in the place of one that opened: key and folders are safe on disk since that one was made.
-void EmbeddedCredentialStore::replace(const Item& item, const SecretString& data)
+/// Writes an item in the place of one that opened: key and folders have been flushed since that one was made.
+void SealedFileCredentialStore::replace(const Item& item, const SecretString& data)
 {
     const auto key = deviceKey();
     const auto folder = PrivateFolder::open(dataFolder_);
@@ -155,8 +156,8 @@ void EmbeddedCredentialStore::replace(const Item& item, const SecretString& data
     write(*folder, item, SealingKey(*key), data);
 }
 
-void EmbeddedCredentialStore::write(const PrivateFolder& folder, const Item& item, SealingKey key,
-                                    const SecretString& data)
+void SealedFileCredentialStore::write(const PrivateFolder& folder, const Item& item, SealingKey key,
+                                      const SecretString& data)
 {
     const auto box = seal(key, item.context, data);
     knownBoxes_.emplace(tagOf(box)); // before: a write that fails may have reached the disk
@@ -164,7 +165,7 @@ void EmbeddedCredentialStore::write(const PrivateFolder& folder, const Item& ite
 }
 
 /// The key, or nothing where there is none of the right size.
-std::optional<SecretBytes> EmbeddedCredentialStore::deviceKey() const
+std::optional<SecretBytes> SealedFileCredentialStore::deviceKey() const
 {
     const auto folder = PrivateFolder::open(stateFolder_);
     const auto key = folder ? folder->read(deviceKeyName) : std::nullopt;
@@ -174,15 +175,15 @@ std::optional<SecretBytes> EmbeddedCredentialStore::deviceKey() const
     return SecretBytes(key->begin(), key->end());
 }
 
-/// The key, made where there is none, and in either case safe on disk.
-SecretBytes EmbeddedCredentialStore::safeDeviceKey() const
+/// The key, made where there is none, and in either case flushed.
+SecretBytes SealedFileCredentialStore::flushedDeviceKey() const
 {
     const auto folder = PrivateFolder::create(stateFolder_);
     if (auto key = deviceKey()) {
         folder.flush(); // the process that made it may have ended before it did
         return std::move(*key);
     }
-    folder.setAside(deviceKeyName); // damaged, yet perhaps of use to whoever repairs it
+    folder.setAside(deviceKeyName); // damaged, but perhaps of use in a repair
     SecretBytes key(sealingKeySize);
     fillWithRandomBytes(key);
     folder.write(deviceKeyName, {reinterpret_cast<const char*>(key.data()), key.size()});

@@ -18,9 +18,9 @@ namespace MirrowvaleAuthenticator {
 /// A file that does not open under the key reads as `errSecDecode`; before an update replaces such a file,
 /// its bytes are set aside beside it. One that this store has neither read nor written (another process has)
 /// is never replaced: an update answers `errSecInvalidItemRef`.
-class EmbeddedCredentialStore : public CredentialStore {
+class SealedFileCredentialStore : public CredentialStore {
 public:
-    EmbeddedCredentialStore(std::filesystem::path dataFolder, std::filesystem::path stateFolder);
+    SealedFileCredentialStore(std::filesystem::path dataFolder, std::filesystem::path stateFolder);
 
     OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept override;
     OSStatus update(const SecDictionary& query, const SecDictionary& attributes) noexcept override;
@@ -40,7 +40,7 @@ private:
     void replace(const Item& item, const SecretString& data);
     void write(const PrivateFolder& folder, const Item& item, SealingKey key, const SecretString& data);
     std::optional<SecretBytes> deviceKey() const;
-    SecretBytes safeDeviceKey() const;
+    SecretBytes flushedDeviceKey() const;
 
     std::filesystem::path dataFolder_;
     std::filesystem::path stateFolder_;

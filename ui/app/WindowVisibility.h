@@ -10,12 +10,12 @@ namespace MirrowvaleAuthenticator {
 /// Tells the list screen whether anybody can see its window, so that nothing wakes this process while nobody
 /// can: not while the window system shows nothing of the window, or it is minimised, nor while the session's
 /// screen saver or lock screen says that it covers everything. Goes with its window.
-class WindowSight : public QObject {
+class WindowVisibility : public QObject {
     Q_OBJECT
 
 public:
     /// @param screen  must outlive the window
-    WindowSight(QWindow& window, ContentView& screen);
+    WindowVisibility(QWindow& window, ContentView& screen);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -23,7 +23,7 @@ private slots:
     void screenSaverChanged(bool active);
 
 private:
-    void tell();
+    void update();
 
     QWindow& window_;
     ContentView& screen_;
