@@ -321,7 +321,10 @@ OSStatus SecretServiceCredentialStore::update(const SecDictionary& query,
             return errSecItemNotFound;
         }
         const auto stored = dataOf(keyring, *item);
-        if (stored && !isKnown(name.account, *stored)) {
+        if (!stored) {
+            return errSecInteractionNotAllowed; // what cannot be compared is not replaced
+        }
+        if (!isKnown(name.account, *stored)) {
             return errSecInvalidItemRef;
         }
         note(name.account, data); // before: a call that gets no answer may have been carried out
