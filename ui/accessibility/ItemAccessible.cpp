@@ -90,7 +90,8 @@ QAccessible::State ItemAccessible::state() const
     state.invisible = shown == nullptr || !shown->isVisible() || !item()->isVisible() || place.isEmpty();
     state.offscreen = shown == nullptr || !shown->geometry().intersects(place);
     state.disabled = !item()->isEnabled();
-    state.focusable = item()->isEnabled(); // a row that Tab passes over can be asked for all the same
+    // A row that Tab passes over can be asked for all the same, but not one that waits for another token.
+    state.focusable = item()->isEnabled() && item()->isVisible();
     state.focused = item()->hasActiveFocus();
     return state;
 }

@@ -42,7 +42,7 @@ QString TokenRowAccessible::text(QAccessible::Text kind) const
 
 QStringList TokenRowAccessible::actionNames() const
 {
-    if (!row()->isEnabled()) {
+    if (!state().focusable) {
         return {};
     }
     QStringList names{copyTitle()};
@@ -54,7 +54,7 @@ QStringList TokenRowAccessible::actionNames() const
 
 void TokenRowAccessible::doAction(const QString& name)
 {
-    if (!row()->isEnabled()) {
+    if (!state().focusable) {
         return;
     }
     if (name == copyTitle()) {

@@ -7,7 +7,7 @@ namespace MirrowvaleAuthenticator {
 class TokenRowItem;
 
 /// The accessible interface of a row of the list: one thing with its actions. What it says is worked out
-/// when it is asked for; no tick announces it.
+/// when it is asked for; no tick announces it, but for a new code.
 class TokenRowAccessible : public ItemAccessible {
 public:
     explicit TokenRowAccessible(TokenRowItem* row);

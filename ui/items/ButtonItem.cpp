@@ -21,6 +21,9 @@ ButtonItem::ButtonItem(QQuickItem* parent) : KeyboardFocusItem(parent)
                                     &ButtonItem::topInsetChanged, &ButtonItem::bottomInsetChanged}) {
         connect(this, spaceChanged, this, &ButtonItem::arrange);
     }
+    connect(this, &ButtonItem::textChanged, this, [this] { tellChanged(QAccessible::NameChanged); });
+    connect(this, &ButtonItem::subjectChanged, this,
+            [this] { tellChanged(QAccessible::DescriptionChanged); });
 }
 
 void ButtonItem::setContentItem(QQuickItem* item)

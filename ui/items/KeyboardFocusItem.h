@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAccessible>
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
@@ -21,6 +22,10 @@ signals:
     void visualFocusChanged();
 
 protected:
+    /// Tells a screen reader, which may remember what it was told before, that its name or description is
+    /// another now.
+    void tellChanged(QAccessible::Event what);
+
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 

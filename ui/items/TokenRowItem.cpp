@@ -4,6 +4,15 @@
 
 namespace MirrowvaleAuthenticator {
 
+TokenRowItem::TokenRowItem(QQuickItem* parent) : KeyboardFocusItem(parent)
+{
+    // All of its name but the countdown, which would be told each second.
+    for (const auto changed :
+         {&TokenRowItem::issuerChanged, &TokenRowItem::accountChanged, &TokenRowItem::displayCodeChanged}) {
+        connect(this, changed, this, [this] { tellChanged(QAccessible::NameChanged); });
+    }
+}
+
 void TokenRowItem::componentComplete()
 {
     KeyboardFocusItem::componentComplete();

@@ -25,6 +25,8 @@ class TokenRowItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qual
     Q_PROPERTY(bool open MEMBER open_ NOTIFY openChanged FINAL)
 
 public:
+    explicit TokenRowItem(QQuickItem* parent = nullptr);
+
     /// Everything that stands in the row, for a screen reader: the code digit by digit, no digits in groups.
     QString spokenText() const;
 
