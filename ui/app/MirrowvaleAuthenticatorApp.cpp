@@ -47,7 +47,7 @@ void MirrowvaleAuthenticatorApp::bringToFront(const std::string& activationToken
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
     }
     window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
-    window_->show();
+    window_->setVisible(true); // show() would also end that it is maximised
     window_->raise();
     window_->requestActivate();
 }
