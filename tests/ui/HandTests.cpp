@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPointingDevice>
 #include <QTest>
 #include <QWheelEvent>
@@ -108,6 +109,18 @@ protected:
         contentView.setShowingAdd(true);
         ASSERT_TRUE(QTest::qWaitFor([this] { return sheetIsUp(); }));
         ASSERT_TRUE(window->activeFocusItem()->inherits("QQuickTextEdit"));
+    }
+
+    static bool clipboardIsMarked()
+    {
+        return QGuiApplication::clipboard()->mimeData()->hasFormat(
+            QStringLiteral("x-kde-passwordManagerHint"));
+    }
+
+    void turnWheel(QPoint place, int angle)
+    {
+        QWheelEvent wheel(place, place, {}, {0, angle}, {}, {}, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(window.get(), &wheel);
     }
 
     void goElsewhere()
@@ -422,7 +435,8 @@ TEST_F(HandTest, theEditMenuCutsAndPastesByFingerAndByMouse)
 {
     open("a");
     openSheet();
-    EXPECT_TRUE(window->activeFocusItem()->property("inputMethodHints").toInt() & Qt::ImhSensitiveData);
+    QQuickItem& uri = *window->activeFocusItem();
+    EXPECT_TRUE(uri.property("inputMethodHints").toInt() & Qt::ImhSensitiveData);
     QGuiApplication::clipboard()->setText(QStringLiteral("x"));
     for (const char* type : {"QQuickTextEdit", "QQuickTextInput"}) {
         ASSERT_TRUE(window->activeFocusItem()->inherits(type));
@@ -434,15 +448,25 @@ TEST_F(HandTest, theEditMenuCutsAndPastesByFingerAndByMouse)
             QTest::keyClick(window.get(), Qt::Key_Left, Qt::ShiftModifier);
             tap(*offered("Cut", field, byFinger));
             EXPECT_EQ(field.property("text"), QLatin1String(left)) << type;
+            EXPECT_TRUE(clipboardIsMarked());
         }
         QTest::keyClick(window.get(), Qt::Key_Home);
         tap(*offered("Paste", field, true));
         EXPECT_EQ(field.property("text"), QStringLiteral("ba")) << type;
         EXPECT_EQ(button("Paste"), nullptr);
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("b"));
         QTest::keyClick(window.get(), Qt::Key_Tab);
         QTest::keyClick(window.get(), Qt::Key_Tab);
     }
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("b"));
+    for (const auto& [key, left] : {std::pair{Qt::Key_C, "ba"}, {Qt::Key_X, ""}}) {
+        uri.forceActiveFocus();
+        QGuiApplication::clipboard()->clear();
+        QTest::keyClick(window.get(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(window.get(), key, Qt::ControlModifier);
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("ba"));
+        EXPECT_TRUE(clipboardIsMarked());
+        EXPECT_EQ(uri.property("text"), QLatin1String(left));
+    }
 }
 
 TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
@@ -456,12 +480,7 @@ TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
     const std::tuple<const char*, const char*, std::function<void()>> changes[] = {
         {"typing", "", [this] { QTest::keyClick(window.get(), Qt::Key_A); }},
         {"a moved caret", "ab", [this] { QTest::keyClick(window.get(), Qt::Key_Left); }},
-        {"scrolling", "",
-         [this, field] {
-             const QPoint place = middle(*field);
-             QWheelEvent wheel(place, place, {}, {0, -60}, {}, {}, Qt::NoScrollPhase, false);
-             QCoreApplication::sendEvent(window.get(), &wheel);
-         }},
+        {"scrolling", "", [this, field] { turnWheel(middle(*field), -60); }},
         {"nothing to paste", "", [clipboard] { clipboard->clear(); }},
         {"another window", "", [this] { goElsewhere(); }},
     };

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Desktop
 
 /// What can be done with a field's text without a keyboard. It leaves focus in the field.
 PopupMenu {
@@ -51,7 +52,8 @@ PopupMenu {
             visible: root.canTake
             onClicked: {
                 root.close()
-                root.field.cut()
+                Pasteboard.setString(root.field.selectedText)
+                root.field.remove(root.field.selectionStart, root.field.selectionEnd)
             }
         }
 
@@ -60,7 +62,7 @@ PopupMenu {
             visible: root.canTake
             onClicked: {
                 root.close()
-                root.field.copy()
+                Pasteboard.setString(root.field.selectedText)
             }
         }
 

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Desktop
 
 /// A text that is a row of a form and grows with its lines. Tab leaves it.
 T.TextArea {
@@ -24,6 +25,18 @@ T.TextArea {
     KeyNavigation.priority: KeyNavigation.BeforeItem
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
+    // The toolkit's own copy lacks the mark that keeps a secret out of clipboard histories.
+    Keys.onPressed: event => {
+        const cuts = event.matches(StandardKey.Cut)
+        event.accepted = selectedText.length > 0 && (cuts || event.matches(StandardKey.Copy))
+        if (event.accepted) {
+            Pasteboard.setString(selectedText)
+        }
+        if (event.accepted && cuts) {
+            remove(selectionStart, selectionEnd)
+        }
+    }
 
     EditMenuLoader { field: root }
 
