@@ -561,6 +561,22 @@ TEST_F(HandTest, scrollingClosesAnOpenRowAndKeepsTheAcknowledgement)
     EXPECT_TRUE(QTest::qWaitFor([this] { return button("Copy code", row(0)) != nullptr; }));
 }
 
+TEST_F(HandTest, aSheetThatIsDismissedWhileItIsDrawnDownTakesTheFormAlong)
+{
+    open("a");
+    openSheet();
+    const QPoint bar(195, 66);
+    press(bar);
+    for (int step = 1; step <= 10; ++step) {
+        QTest::qWait(5);
+        move(bar + QPoint(0, 30 * step));
+    }
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    move(bar + QPoint(0, 310));
+    release(bar + QPoint(0, 310));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return contentView.addTokenView() == nullptr; }));
+}
+
 TEST_F(HandTest, theSheetStaysUpInAWindowOfAnySizeAndShowsWhatHasFocus)
 {
     open("a");

@@ -26,15 +26,17 @@ FocusScope {
     ///
     /// @param distance  from the panel's place, in points
     function drag(distance: real): void {
-        sliding.stop()
-        lowered = Math.max(0, distance)
+        if (presented) {
+            sliding.stop()
+            lowered = Math.max(0, distance)
+        }
     }
 
     /// Dismisses a sheet that was drawn far or fast.
     ///
     /// @param velocity  downwards, in points a second
     function release(velocity: real): void {
-        if (lowered > panel.height / 4 || (velocity > 800 && lowered > 0)) {
+        if (presented && (lowered > panel.height / 4 || (velocity > 800 && lowered > 0))) {
             form.cancel()
         } else {
             settle()
