@@ -561,6 +561,37 @@ TEST_F(HandTest, scrollingClosesAnOpenRowAndKeepsTheAcknowledgement)
     EXPECT_TRUE(QTest::qWaitFor([this] { return button("Copy code", row(0)) != nullptr; }));
 }
 
+TEST_F(HandTest, anOpenRowClosesByATapWhateverHappenedMeanwhile)
+{
+    open("abcdefghijklmnopqrstuvwxyz");
+    const std::pair<const char*, std::function<void()>> openings[] = {
+        {"another row was deleted",
+         [this] {
+             swipe(*row(2));
+             QMetaObject::invokeMethod(row(4), "deleteRequested");
+         }},
+        {"the list was scrolled during the swipe",
+         [this] {
+             const QPoint from = middle(*row(2));
+             press(from);
+             for (int step = 1; step <= 10; ++step) {
+                 QTest::qWait(5);
+                 move(from - QPoint(15 * step, 0));
+             }
+             turnWheel({200, 500}, -60);
+             QTest::qWait(120);
+             release(from - QPoint(150, 0));
+         }},
+    };
+    for (const auto& [name, openOne] : openings) {
+        openOne();
+        awaited("Delete");
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !view->property("moving").toBool(); }));
+        tap(*row(1));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return button("Delete") == nullptr; })) << name;
+    }
+}
+
 TEST_F(HandTest, aSheetThatIsDismissedWhileItIsDrawnDownTakesTheFormAlong)
 {
     open("a");

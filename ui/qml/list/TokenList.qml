@@ -229,6 +229,9 @@ ListView {
                 list.selectedCode = null
             }
             forget()
+            if (list.openRow === row) {
+                list.openRow = null
+            }
         }
         ListView.onReused: {
             opacity = 1 // it may be of a row that was deleted
@@ -244,6 +247,9 @@ ListView {
         onOpenChanged: {
             if (!open && list.openRow === row) {
                 list.openRow = null
+            } else if (open && list.openRow !== row) { // its swipe outlasted a scrolling
+                list.closeOpenRow()
+                list.openRow = row
             }
         }
         onTappedToClose: list.closeOpenRow()
@@ -261,7 +267,9 @@ ListView {
             const showsFocus = visualFocus || (deleteButton?.visualFocus ?? false)
             const isElsewhere = view.rowAround(focused) !== null && view.rowAround(focused) !== row
             const showed = (focused as KeyboardFocusItem)?.visualFocus ?? false
-            view.openRow = null
+            if (view.openRow === row) {
+                view.openRow = null
+            }
             if (showsFocus) {
                 view.currentIndex = index
             }

@@ -95,6 +95,7 @@ TokenRowItem {
     Swipe {
         id: swipe
 
+        enabled: root.visible // a row that waits for another token ends its swipe
         extent: root.deleteWidth
         open: root.open
         onBegun: root.swiped()
