@@ -52,7 +52,7 @@ class Service:
         "silent": [],  # methods that are never answered; true: all of them
         "keeps schema": True,
         "fails": {},  # by method: the error's name, or "exit"
-        "forgets": [],  # methods that report success and do nothing
+        "forgets": [],  # methods that report success and do nothing, or the "data" of a new item
     }
 
     def __init__(self, bus):
@@ -180,7 +180,8 @@ class Service:
             attributes.pop("xdg:schema", None)
         if "CreateItem" in self.script["forgets"]:
             return collection + "/0", "/"
-        return self.put(collection, {"attributes": attributes, "data": bytes(secret[2]).decode("latin-1"),
+        data = "" if "data" in self.script["forgets"] else bytes(secret[2]).decode("latin-1")
+        return self.put(collection, {"attributes": attributes, "data": data,
                                      "label": properties["org.freedesktop.Secret.Item.Label"]}), "/"
 
     def GetSecret(self, path, session):

@@ -130,8 +130,21 @@ class FaultTest(harness.KeyringTest):
                     self.assertEqual(self.probe()("list"), "1 sorted ")
 
     def testASaveThatTheServiceForgetsIsNoSuccess(self):
-        self.settle().tell(forgets=["SetSecret"])
+        fake = self.settle()
+        fake.tell(forgets=["SetSecret"])
         self.assertEqual(self.probe()(f"save vault {second}"), inputOutput)
+        fake.end()
+        Fake(self, forgets=["data"])
+        self.forgetAll()
+        self.create(f"{notFound} {inputOutput}")
+
+    def testAnItemThatLocksBeforeItCanBeComparedIsNotReplaced(self):
+        fake = Fake(self)
+        probe = self.probe()
+        probe("append 1 A")
+        fake.tell(data={"vault": second}, fails={"GetSecret": "org.freedesktop.Secret.Error.IsLocked"})
+        self.assertEqual((probe("append 1 B"), [item["data"] for item in fake.look().items]),
+                         ("2 sorted " + failed.format(locked), [second]))
 
     def testDataOfAnotherKindIsSetAsideUnchanged(self):
         fake, damages = self.settle(), ["\0\xff[\n\x80", "", "\0\xff[\n\x80"]
