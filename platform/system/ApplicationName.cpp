@@ -1,5 +1,6 @@
 #include "platform/system/ApplicationName.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <string_view>
@@ -128,7 +129,9 @@ bool ApplicationName::activateOwner(const std::string& activationToken,
                                     std::chrono::milliseconds timeout) const
 {
     const BusMessage request = makeRequest(bus_.get(), activationToken);
-    const auto limit = static_cast<std::uint64_t>(std::chrono::microseconds(timeout).count());
+    const auto rest =
+        std::max<std::chrono::microseconds>(timeout, std::chrono::milliseconds(1)); // 0 is a default
+    const auto limit = static_cast<std::uint64_t>(rest.count());
     return request && sd_bus_call(bus_.get(), request.get(), limit, nullptr, nullptr) >= 0;
 }
 

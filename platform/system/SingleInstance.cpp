@@ -113,7 +113,8 @@ FileDescriptor acceptFrom(const FileDescriptor& listener)
     return FileDescriptor(accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
 }
 
-std::string receiveToken(int connection)
+/// What was sent, or nothing where it does not come to its end: the sender then asks again.
+std::optional<std::string> receiveToken(int connection)
 {
     std::string token;
     std::array<char, 512> piece{};
@@ -121,11 +122,11 @@ std::string receiveToken(int connection)
     while (token.size() < 4096 && isReady(connection, POLLIN, timeout)) {
         const auto count = recv(connection, piece.data(), piece.size(), 0);
         if (count <= 0) {
-            break;
+            return count == 0 ? std::optional(std::move(token)) : std::nullopt;
         }
         token.append(piece.data(), static_cast<std::size_t>(count));
     }
-    return token;
+    return std::nullopt;
 }
 
 } // namespace
@@ -189,7 +190,9 @@ std::optional<std::string> SingleInstance::takeActivation()
 {
     auto token = name_.takeActivation();
     while (const auto connection = acceptFrom(listener_)) {
-        token = receiveToken(connection.get());
+        if (auto received = receiveToken(connection.get())) {
+            token = std::move(received);
+        }
     }
     return token;
 }
