@@ -29,7 +29,7 @@ class AppearanceTest(WindowTest):
                 setDesktop(color_scheme=f"'prefer-{scheme}'")
             self.until(lambda: self.ground() == colour, lambda: f"{scheme} gives {self.ground()}")
         self.restart()
-        self.assertEqual(self.ground(), dark)
+        self.until(lambda: self.ground() == dark)
         setDesktop(color_scheme="'default'")
         self.until(lambda: self.ground() == light)
 

@@ -127,7 +127,9 @@ def drag(x, y, toX, toY, steps=12):
     """Moves the pressed pointer evenly, as a finger would, and rests before letting go."""
     words = ["mousemove", x, y, "mousedown", 1]
     for step in range(1, steps + 1):
-        words += ["mousemove", x + (toX - x) * step // steps, y + (toY - y) * step // steps, "sleep", "0.015"]
+        # An application that is busy may see what comes at once as one move: it has time to see a first one.
+        pause = 0.1 if step == steps // 3 else 0.015
+        words += ["mousemove", x + (toX - x) * step // steps, y + (toY - y) * step // steps, "sleep", pause]
     xdotool(*words, "sleep", "0.1", "mouseup", 1)
 
 

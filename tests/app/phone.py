@@ -3,6 +3,7 @@
 import os
 import pathlib
 import subprocess
+import time
 
 import harness
 from harness import Gio, WindowTest, callBus, click, key, main, secret, typeText
@@ -48,9 +49,11 @@ class PhoneTest(WindowTest):
         def settled():
             element = self.find("Mirrowvale Auth", lambda element: element.role == "frame" and element.active
                                 and 0 <= width - element.width < 10)  # as wide as the screen
-            sizes.append((element.width, element.height))
-            # A newer shell brings it in step by step.
-            return element if sizes[-20:] == 20 * sizes[-1:] else None
+            now, size = time.monotonic(), (element.width, element.height)
+            if sizes[-1:] != [size]:  # a newer shell brings it in step by step
+                sizes.append(size)
+                self.settledAt = now
+            return element if now - self.settledAt > 0.7 else None
         window = self.until(settled)
         border = (width - window.width) // 2  # of the toolkit's frame, which is higher above
         self.left, self.top = border, height - border - window.height

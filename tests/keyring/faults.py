@@ -1,5 +1,6 @@
 """The credential store over keyrings that differ, fail, forget and go away, as a scripted service plays them."""
 
+import itertools
 import json
 import shutil
 import sys
@@ -72,7 +73,8 @@ class FaultTest(harness.KeyringTest):
             "[D-BUS Service]\nName=org.freedesktop.secrets\n"
             f"Exec={sys.executable} {harness.folder}/fake_secret_service.py '{script}'\n")
         self.startBus()
-        self.assertEqual(self.probe()("find vault"), f"{success} {first}")
+        answers = iter(lambda: self.probe()("find vault"), None)
+        self.assertEqual(next(itertools.dropwhile(lambda answer: answer == notAvailable, answers)), f"{success} {first}")
 
     def testOfSeveralItemsTheLastChangedIsUsed(self):
         other = {**attributes, "account": "other"}
