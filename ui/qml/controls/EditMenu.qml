@@ -40,47 +40,56 @@ PopupMenu {
     x: place.x - width / 2
     y: roomAbove ? place.y - gap - height : place.y + gap
     width: Math.min(180 * Theme.textScale, field.width)
+    height: Math.min(implicitContentHeight + 2 * padding, field.Window.height - 2 * margins)
     closePolicy: T.Popup.CloseOnPressOutside
     onOffersAnyChanged: if (!offersAny) close()
 
-    contentItem: Column {
-        LayoutMirroring.enabled: Theme.mirrored
-        LayoutMirroring.childrenInherit: true
+    contentItem: Flickable {
+        implicitHeight: contentHeight
+        contentHeight: contentItem.childrenRect.height
+        interactive: contentHeight > height
+        clip: interactive
 
-        EditMenuItem {
-            text: qsTr("Cut")
-            visible: root.canTake
-            onClicked: {
-                root.close()
-                Pasteboard.setString(root.field.selectedText)
-                root.field.remove(root.field.selectionStart, root.field.selectionEnd)
+        Column {
+            width: parent.width
+            LayoutMirroring.enabled: Theme.mirrored
+            LayoutMirroring.childrenInherit: true
+
+            EditMenuItem {
+                text: qsTr("Cut")
+                visible: root.canTake
+                onClicked: {
+                    root.close()
+                    Pasteboard.setString(root.field.selectedText)
+                    root.field.remove(root.field.selectionStart, root.field.selectionEnd)
+                }
             }
-        }
 
-        EditMenuItem {
-            text: qsTr("Copy")
-            visible: root.canTake
-            onClicked: {
-                root.close()
-                Pasteboard.setString(root.field.selectedText)
+            EditMenuItem {
+                text: qsTr("Copy")
+                visible: root.canTake
+                onClicked: {
+                    root.close()
+                    Pasteboard.setString(root.field.selectedText)
+                }
             }
-        }
 
-        EditMenuItem {
-            text: qsTr("Paste")
-            visible: root.field.canPaste
-            onClicked: {
-                root.close()
-                root.field.paste()
+            EditMenuItem {
+                text: qsTr("Paste")
+                visible: root.field.canPaste
+                onClicked: {
+                    root.close()
+                    root.field.paste()
+                }
             }
-        }
 
-        EditMenuItem {
-            text: qsTr("Select All")
-            visible: root.canSelectAll
-            onClicked: {
-                root.close()
-                root.field.selectAll()
+            EditMenuItem {
+                text: qsTr("Select All")
+                visible: root.canSelectAll
+                onClicked: {
+                    root.close()
+                    root.field.selectAll()
+                }
             }
         }
     }
