@@ -21,7 +21,19 @@ Flickable {
         focusItem.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     }
 
+    /// What an input method still composes belongs to the field, too.
+    function importURI(): void {
+        InputMethod.commit()
+        form.importFromURI()
+    }
+
+    function save(): void {
+        InputMethod.commit()
+        form.saveManualToken()
+    }
+
     function importOrMoveOn(): void {
+        InputMethod.commit()
         if (form.canImport) {
             form.importFromURI()
         } else {
@@ -137,7 +149,7 @@ Flickable {
                 width: parent.width
                 text: qsTr("Import URI")
                 enabled: root.form.canImport
-                onClicked: root.form.importFromURI()
+                onClicked: root.importURI()
             }
         }
 

@@ -118,7 +118,7 @@ FocusScope {
                 text: qsTr("Save")
                 font: Theme.barTitle
                 enabled: root.form.canSave
-                onClicked: root.form.saveManualToken()
+                onClicked: fields.save()
             }
 
             DragHandler {
