@@ -611,6 +611,22 @@ TEST_F(HandTest, aSheetThatIsDismissedWhileItIsDrawnDownTakesTheFormAlong)
     EXPECT_TRUE(QTest::qWaitFor([this] { return contentView.addTokenView() == nullptr; }));
 }
 
+TEST_F(HandTest, theFormPullsTheSheetAlongFromItsTopAlone)
+{
+    open("a");
+    window->resize(390, 330);
+    openSheet();
+    const QQuickItem* form = formAround(window->activeFocusItem());
+    drag({10, 300}, {10, 200});
+    ASSERT_GT(form->property("contentY").toDouble(), 40);
+    drag({10, 80}, {10, 320});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form->property("contentY") == 0.0; }));
+    QTest::qWait(50);
+    EXPECT_TRUE(contentView.showingAdd());
+    drag({10, 80}, {10, 320});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return contentView.addTokenView() == nullptr; }));
+}
+
 TEST_F(HandTest, theSheetStaysUpInAWindowOfAnySizeAndShowsWhatHasFocus)
 {
     open("a");

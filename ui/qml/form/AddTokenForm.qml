@@ -74,6 +74,9 @@ Flickable {
         reveal(uri, uri.cursorRectangle)
     }
 
+    /// Whether the form was at its top when it was taken hold of: to scroll back there is no pull.
+    property bool pulls: false
+
     /// Whether a new message is to be in sight, once it has its place.
     property bool bringsMessage: false
 
@@ -106,8 +109,14 @@ Flickable {
     boundsMovement: Flickable.StopAtBounds
     clip: true
     // The content follows a pull over its top at half its speed; the sheet goes with the finger.
-    onVerticalOvershootChanged: if (dragging && verticalOvershoot < 0) pulled(-2 * verticalOvershoot)
-    onDraggingChanged: if (!dragging) letGo(-verticalVelocity)
+    onVerticalOvershootChanged: if (dragging && pulls) pulled(Math.max(0, -2 * verticalOvershoot))
+    onDraggingChanged: {
+        if (dragging) {
+            pulls = atYBeginning
+        } else if (pulls) {
+            letGo(-verticalVelocity)
+        }
+    }
 
     Connections {
         target: root.form
