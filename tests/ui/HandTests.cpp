@@ -627,6 +627,32 @@ TEST_F(HandTest, theFormPullsTheSheetAlongFromItsTopAlone)
     EXPECT_TRUE(QTest::qWaitFor([this] { return contentView.addTokenView() == nullptr; }));
 }
 
+TEST_F(HandTest, aKeyThatIsHeldActsWhereItWasPressed)
+{
+    open("a");
+    openSheet();
+    const auto hold = [this](Qt::Key key) {
+        for (int repeat = 0; repeat < 9; ++repeat) {
+            QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, repeat > 0);
+            QCoreApplication::sendEvent(window.get(), &event);
+        }
+    };
+    button("Increment")->forceActiveFocus(Qt::TabFocusReason);
+    hold(Qt::Key_Return);
+    EXPECT_EQ(contentView.addTokenView()->digits(), 8) << "the other button does not go on";
+    EXPECT_TRUE(ringIsAt(button("Decrement")));
+    goElsewhere();
+    window->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    EXPECT_TRUE(ringIsAt(button("Decrement"))) << "back from another window";
+
+    tap(*button("Algorithm"));
+    awaited("SHA256");
+    hold(Qt::Key_Escape);
+    EXPECT_EQ(button("SHA256"), nullptr);
+    EXPECT_TRUE(contentView.showingAdd()) << "the menu alone is closed";
+}
+
 TEST_F(HandTest, theSheetStaysUpInAWindowOfAnySizeAndShowsWhatHasFocus)
 {
     open("a");

@@ -167,7 +167,8 @@ void ButtonItem::keyPressEvent(QKeyEvent* event)
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (!event->isAutoRepeat() || autoRepeat_) {
+        returnIsHeld_ = returnIsHeld_ || !event->isAutoRepeat();
+        if (!event->isAutoRepeat() || (autoRepeat_ && returnIsHeld_)) { // a key that was pressed elsewhere
             emit clicked();
         }
         break;
@@ -188,6 +189,7 @@ void ButtonItem::keyReleaseEvent(QKeyEvent* event)
 void ButtonItem::focusOutEvent(QFocusEvent* event)
 {
     setDown(false);
+    returnIsHeld_ = false;
     KeyboardFocusItem::focusOutEvent(event);
 }
 

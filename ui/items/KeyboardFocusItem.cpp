@@ -1,6 +1,8 @@
 #include "ui/items/KeyboardFocusItem.h"
 
 #include <QFocusEvent>
+#include <QGuiApplication>
+#include <QQuickWindow>
 
 #include <utility>
 
@@ -24,13 +26,16 @@ void KeyboardFocusItem::tellChanged(QAccessible::Event what)
 void KeyboardFocusItem::focusInEvent(QFocusEvent* event)
 {
     const Qt::FocusReason reason = event->reason();
-    setVisualFocus(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
-                   || reason == Qt::ShortcutFocusReason);
+    const bool isByKey =
+        reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    const bool isBack = std::exchange(leftWithWindow_, false) && reason != Qt::MouseFocusReason;
+    setVisualFocus(isByKey || isBack);
     QQuickItem::focusInEvent(event);
 }
 
 void KeyboardFocusItem::focusOutEvent(QFocusEvent* event)
 {
+    leftWithWindow_ = hasVisualFocus_ && QGuiApplication::focusWindow() != window();
     setVisualFocus(false);
     QQuickItem::focusOutEvent(event);
 }

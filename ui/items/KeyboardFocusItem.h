@@ -31,6 +31,7 @@ protected:
 
 private:
     bool hasVisualFocus_ = false;
+    bool leftWithWindow_ = false; ///< had visual focus when another window got focus
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -49,7 +49,11 @@ FocusScope {
     LayoutMirroring.childrenInherit: true
     Accessible.role: Accessible.Dialog
     Accessible.name: bar.title
-    Keys.onEscapePressed: form.cancel()
+    Keys.onEscapePressed: event => {
+        if (!event.isAutoRepeat) { // one that is still held has closed a menu
+            form.cancel()
+        }
+    }
     onPresentedChanged: settle()
     Component.onCompleted: {
         lowered = height // not bound: the window's height may change while the sheet is up
