@@ -279,6 +279,8 @@ TEST(Fault, OfOneAfterAnotherKeepsEachCopy)
     for (const auto* bytes : {"damaged", "", "damaged otherwise"}) {
         damage(vault.item, bytes);
     }
+    EXPECT_EQ(contents(vault.item.string() + ".unreadable-1"), "damaged");
+    EXPECT_EQ(contents(vault.item.string() + ".unreadable-3"), "damaged otherwise");
     for (const std::size_t size : {0, 31, 32, 33}) {
         damage(vault.key, std::string(size, 'k'));
     }
