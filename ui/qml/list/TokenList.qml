@@ -236,6 +236,7 @@ ListView {
         ListView.onReused: {
             opacity = 1 // it may be of a row that was deleted
             visible = true
+            Accessible.ignored = false // Qt 6.8 keeps what waits from screen readers, and what serves again as well
             stackInOrder()
         }
         onSwiped: {
