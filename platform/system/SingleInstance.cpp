@@ -113,20 +113,24 @@ FileDescriptor acceptFrom(const FileDescriptor& listener)
     return FileDescriptor(accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
 }
 
-/// What was sent, or nothing where it does not come to its end: the sender then asks again.
+/// What was sent, its first 4096 bytes at least; nothing where the sender is too slow: it then asks again.
 std::optional<std::string> receiveToken(int connection)
 {
     std::string token;
     std::array<char, 512> piece{};
     constexpr milliseconds timeout{100}; // the sender writes at once
-    while (token.size() < 4096 && isReady(connection, POLLIN, timeout)) {
-        const auto count = recv(connection, piece.data(), piece.size(), 0);
-        if (count <= 0) {
-            return count == 0 ? std::optional(std::move(token)) : std::nullopt;
+    while (token.size() < 4096) {
+        const auto count =
+            isReady(connection, POLLIN, timeout) ? recv(connection, piece.data(), piece.size(), 0) : -1;
+        if (count < 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            break;
         }
         token.append(piece.data(), static_cast<std::size_t>(count));
     }
-    return std::nullopt;
+    return token;
 }
 
 } // namespace
