@@ -168,7 +168,7 @@ void ButtonItem::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
         returnIsHeld_ = returnIsHeld_ || !event->isAutoRepeat();
-        if (!event->isAutoRepeat() || (autoRepeat_ && returnIsHeld_)) { // a key that was pressed elsewhere
+        if (returnIsHeld_ && (autoRepeat_ || !event->isAutoRepeat())) {
             emit clicked();
         }
         break;

@@ -105,7 +105,7 @@ private:
     bool checked_ = false;
     bool down_ = false;
     bool autoRepeat_ = false;
-    bool returnIsHeld_ = false; ///< since it was pressed here
+    bool returnIsHeld_ = false; ///< pressed here, not where focus was before
     bool repeated_ = false; // the press under way has clicked while it was held
     QPointer<QQuickItem> contentItem_;
     QPointer<QQuickItem> background_;

@@ -33,6 +33,20 @@ ListView {
         openRow = null
     }
 
+    /// Closes another one that is open: there is one at most.
+    function noteOpened(row: TokenRow): void {
+        if (openRow !== row) {
+            closeOpenRow()
+            openRow = row
+        }
+    }
+
+    function noteClosed(row: TokenRow): void {
+        if (openRow === row) {
+            openRow = null
+        }
+    }
+
     /// @param position  where something was pressed, in the scene
     function clearSelectionElsewhere(position: point): void {
         if (selectedCode && !selectedCode.contains(selectedCode.mapFromItem(null, position))) {
@@ -229,9 +243,7 @@ ListView {
                 list.selectedCode = null
             }
             forget()
-            if (list.openRow === row) {
-                list.openRow = null
-            }
+            list.noteClosed(row) // also where its swipe was still under way
         }
         ListView.onReused: {
             opacity = 1 // it may be of a row that was deleted
@@ -239,20 +251,8 @@ ListView {
             Accessible.ignored = false // Qt 6.8 keeps what waits from screen readers, and what serves again as well
             stackInOrder()
         }
-        onSwiped: {
-            if (list.openRow !== row) {
-                list.closeOpenRow()
-            }
-            list.openRow = row
-        }
-        onOpenChanged: {
-            if (!open && list.openRow === row) {
-                list.openRow = null
-            } else if (open && list.openRow !== row) { // its swipe outlasted a scrolling
-                list.closeOpenRow()
-                list.openRow = row
-            }
-        }
+        onSwiped: list.noteOpened(row)
+        onOpenChanged: open ? list.noteOpened(row) : list.noteClosed(row) // a swipe may outlast a scrolling
         onTappedToClose: list.closeOpenRow()
         onCodeSelected: {
             if (list.selectedCode !== code) {
@@ -268,9 +268,7 @@ ListView {
             const showsFocus = visualFocus || (deleteButton?.visualFocus ?? false)
             const isElsewhere = view.rowAround(focused) !== null && view.rowAround(focused) !== row
             const showed = (focused as KeyboardFocusItem)?.visualFocus ?? false
-            if (view.openRow === row) {
-                view.openRow = null
-            }
+            view.noteClosed(row)
             if (showsFocus) {
                 view.currentIndex = index
             }
