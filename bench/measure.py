@@ -124,7 +124,7 @@ def measureStarts(sizes, parseAndSort):
         taken = {name: [] for name in start}
         for _ in range(runs):
             # A start takes longer right after one that left much to clear away: each follows each now and then.
-            for name in random.sample(sorted(start, key=str), len(start)):
+            for name in random.sample(list(start), len(start)):
                 taken[name].append(oneStart(start[name]()))
     shown, processor, memory = ({name: median(run[part] for run in taken[name]) for name in taken}
                                 for part in range(3))

@@ -47,7 +47,8 @@ std::string generateOTP(std::string_view secretBase32, std::uint64_t counter, Au
 std::string currentCode(const AuthToken& token, Date instant);
 
 /// The whole seconds left in the token's current time step, 1 to its length; 0 for an HOTP token.
-/// Never fails; an instant that has no step count reads as the start of a step.
+/// Never fails: before 1970 it counts to the next multiple of the step, and an instant beyond 64-bit seconds
+/// reads as the start of one.
 std::int64_t secondsRemaining(const AuthToken& token, Date instant);
 
 } // namespace MirrowvaleAuthenticator

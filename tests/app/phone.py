@@ -50,10 +50,9 @@ class PhoneTest(WindowTest):
             element = self.find("Mirrowvale Auth", lambda element: element.role == "frame" and element.active
                                 and 0 <= width - element.width < 10)  # as wide as the screen
             now, size = time.monotonic(), (element.width, element.height)
-            if sizes[-1:] != [size]:  # a newer shell brings it in step by step
-                sizes.append(size)
-                self.settledAt = now
-            return element if now - self.settledAt > 0.7 else None
+            if not sizes or sizes[-1][0] != size:  # a newer shell brings it in step by step
+                sizes.append((size, now))
+            return element if now - sizes[-1][1] > 0.7 else None
         window = self.until(settled)
         border = (width - window.width) // 2  # of the toolkit's frame, which is higher above
         self.left, self.top = border, height - border - window.height

@@ -1,6 +1,5 @@
 """The credential store over keyrings that differ, fail, forget and go away, as a scripted service plays them."""
 
-import itertools
 import json
 import shutil
 import sys
@@ -73,8 +72,11 @@ class FaultTest(harness.KeyringTest):
             "[D-BUS Service]\nName=org.freedesktop.secrets\n"
             f"Exec={sys.executable} {harness.folder}/fake_secret_service.py '{script}'\n")
         self.startBus()
-        answers = iter(lambda: self.probe()("find vault"), None)
-        self.assertEqual(next(itertools.dropwhile(lambda answer: answer == notAvailable, answers)), f"{success} {first}")
+        for _ in range(5):  # the bus goes on starting it when the program has given up
+            answer = self.probe()("find vault")
+            if answer != notAvailable:
+                break
+        self.assertEqual(answer, f"{success} {first}")
 
     def testOfSeveralItemsTheLastChangedIsUsed(self):
         other = {**attributes, "account": "other"}
