@@ -4,8 +4,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// The toolkit's part of the application: its names, its default font and the user's language are set once it
-/// is made.
+/// The toolkit's part of the application: its names, its default font, the user's language and what its
+/// connection takes at once are set when it is made.
 class Application : public QGuiApplication {
 public:
     Application(int& argc, char** argv);
