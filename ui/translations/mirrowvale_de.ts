@@ -56,7 +56,7 @@
     </message>
     <message>
         <source>Save</source>
-        <translation>Sichern</translation>
+        <translation>Speichern</translation>
     </message>
 </context>
 <context>
@@ -78,7 +78,7 @@
     </message>
     <message>
         <source>Paste</source>
-        <translation>Einsetzen</translation>
+        <translation>Einfügen</translation>
     </message>
     <message>
         <source>Select All</source>

@@ -5,7 +5,7 @@
     <name>AddTokenForm</name>
     <message>
         <source>Import</source>
-        <translation>読み込み</translation>
+        <translation>インポート</translation>
     </message>
     <message>
         <source>otpauth:// URI</source>
@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>Import URI</source>
-        <translation>URIを読み込む</translation>
+        <translation>URIをインポート</translation>
     </message>
     <message>
         <source>Manual token</source>
@@ -41,7 +41,7 @@
     </message>
     <message>
         <source>Period: %1s</source>
-        <translation>期間: %1秒</translation>
+        <translation>更新間隔: %1秒</translation>
     </message>
 </context>
 <context>
@@ -70,7 +70,7 @@
     <name>EditMenu</name>
     <message>
         <source>Cut</source>
-        <translation>カット</translation>
+        <translation>切り取り</translation>
     </message>
     <message>
         <source>Copy</source>
@@ -78,7 +78,7 @@
     </message>
     <message>
         <source>Paste</source>
-        <translation>ペースト</translation>
+        <translation>貼り付け</translation>
     </message>
     <message>
         <source>Select All</source>

@@ -63,7 +63,7 @@
     <name>DeleteButton</name>
     <message>
         <source>Delete</source>
-        <translation>Apagar</translation>
+        <translation>Excluir</translation>
     </message>
 </context>
 <context>
