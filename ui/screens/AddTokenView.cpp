@@ -70,14 +70,16 @@ QStringList AddTokenView::algorithms() const
 
 void AddTokenView::setDigits(int value)
 {
-    if (std::exchange(digits_, digitsRange().clamped(value)) != digits_) {
+    const int digits = digitsRange().clamped(value);
+    if (std::exchange(digits_, digits) != digits) {
         emit digitsChanged();
     }
 }
 
 void AddTokenView::setPeriod(int value)
 {
-    if (std::exchange(period_, periodRange().clamped(value)) != period_) {
+    const int period = periodRange().clamped(value);
+    if (std::exchange(period_, period) != period) {
         emit periodChanged();
     }
 }

@@ -62,7 +62,8 @@ void ContentView::renderIfChanged()
         return;
     }
     rows_.render();
-    if (std::exchange(empty_, store_.tokens->empty()) != empty_) {
+    const bool empty = store_.tokens->empty();
+    if (std::exchange(empty_, empty) != empty) {
         emit emptyChanged();
     }
 }
