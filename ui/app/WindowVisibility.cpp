@@ -24,6 +24,9 @@ bool WindowVisibility::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::Enter:
     case QEvent::FocusIn:
+    case QEvent::KeyPress:
+    case QEvent::MouseButtonPress:
+    case QEvent::TouchBegin:
         covered_ = false; // whatever the screen saver said last
         update();
         break;

@@ -110,9 +110,9 @@ void SystemAppearance::apply(const QString& group, const QString& key, const QVa
         const uint scheme = value.toUInt(); // 0 is no preference
         darkWanted_ = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
     } else if (group == appearanceGroup() && key == QLatin1String("reduced-motion")) {
-        reducedMotion_ = value.toUInt() == 1;
+        motionReduced_ = value.toUInt() == 1;
     } else if (group == gnomeInterfaceGroup() && key == QLatin1String("enable-animations")) {
-        reducedMotion_ = !value.toBool();
+        animationsOff_ = !value.toBool();
     } else if (group == gnomeInterfaceGroup() && key == QLatin1String("text-scaling-factor")) {
         const qreal factor = value.toDouble();
         textScale_ = factor > 0 && !isScaledByDisplay() ? qBound(0.8, factor, 2.0) : 1;

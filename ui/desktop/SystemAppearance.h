@@ -32,7 +32,10 @@ public:
 
     bool isDark() const;
     qreal textScale() const { return textScale_; } ///< factor on every text size, from 0.8 to 2
-    bool reducedMotion() const { return reducedMotion_; } ///< whether animations are unwanted
+    bool reducedMotion() const
+    {
+        return motionReduced_ || animationsOff_;
+    } ///< whether animations are unwanted
 
     /// Takes over one setting of the portal; one that means nothing here is left alone.
     void apply(const QString& group, const QString& key, const QVariant& value);
@@ -53,7 +56,8 @@ private:
 
     std::optional<bool> darkWanted_;
     qreal textScale_ = 1;
-    bool reducedMotion_ = false;
+    bool motionReduced_ = false;
+    bool animationsOff_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator
