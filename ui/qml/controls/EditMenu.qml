@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import MirrowvaleAuthenticator
 import MirrowvaleAuthenticator.Desktop
 
-/// What can be done with a field's text without a keyboard. It leaves focus in the field.
+/// What can be done with a text without a keyboard. It leaves focus in the text.
 PopupMenu {
     id: root
 
@@ -13,7 +13,7 @@ PopupMenu {
     readonly property bool masked: field.echoMode !== undefined && field.echoMode !== TextInput.Normal
     readonly property int selectionLength: field.selectionEnd - field.selectionStart
     readonly property bool canTake: selectionLength > 0 && !masked
-    readonly property bool canSelectAll: selectionLength < field.length
+    readonly property bool canSelectAll: selectionLength < field.length && !field.readOnly
     readonly property bool offersAny: canTake || canSelectAll || field.canPaste
 
     readonly property Flickable scrolling: flickableAround(field.parent)
@@ -57,7 +57,7 @@ PopupMenu {
 
             EditMenuItem {
                 text: qsTr("Cut")
-                visible: root.canTake
+                visible: root.canTake && !root.field.readOnly
                 onClicked: {
                     root.close()
                     Pasteboard.setString(root.field.selectedText)

@@ -1,12 +1,9 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// Brings up a field's edit menu where the field is held, or clicked with the right button. Few fields ever need one,
-/// so it is made at the first time.
+/// The edit menu of a text. Few ever need one, so it is made at the first time.
 Loader {
-    id: root
-
-    /// The toolkit's fields of one line and of many share no type.
+    /// The toolkit's texts of one line and of many share no type.
     required property var field
 
     function openAt(x: real, y: real): void {
@@ -15,30 +12,5 @@ Loader {
         }
         const menu = item as EditMenu
         menu.openAt(x, y)
-    }
-
-    // A field of many lines clears its selection at a press of the right button, too.
-    property point selection
-
-    Connections {
-        target: root.field
-
-        function onPressed(event: var): void {
-            root.selection = Qt.point(root.field.selectionStart, root.field.selectionEnd)
-        }
-
-        function onPressAndHold(event: var): void {
-            root.openAt(event.x, event.y)
-        }
-
-        function onReleased(event: var): void {
-            if (event.button === Qt.RightButton) {
-                root.field.forceActiveFocus(Qt.MouseFocusReason)
-                if (root.selection.x < root.selection.y) {
-                    root.field.select(root.selection.x, root.selection.y)
-                }
-                root.openAt(event.x, event.y)
-            }
-        }
     }
 }

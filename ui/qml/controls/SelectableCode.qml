@@ -3,7 +3,7 @@ import MirrowvaleAuthenticator
 import MirrowvaleAuthenticator.Desktop
 
 /// A code, in digits of one width, from left to right in every language. A long press or a double click selects
-/// it; Ctrl+C then copies it. It leaves dragging to what lies around it.
+/// it; Ctrl+C or the menu of a long press then copies it. It leaves dragging to what lies around it.
 TextInput {
     id: root
 
@@ -49,6 +49,7 @@ TextInput {
     persistentSelection: true
     onTextChanged: if (selected) selectCode()
     onSelectionStartChanged: if (selected && selectionStart < mark.length) selectCode()
+    onSelectedTextChanged: if (selected && selectedText.length === 0) selectCode() // at an arrow key
     Keys.onEscapePressed: event => {
         event.accepted = selected
         clearSelection()
@@ -61,6 +62,12 @@ TextInput {
         }
     }
 
+    EditMenuLoader {
+        id: menu
+
+        field: root
+    }
+
     MouseArea {
         function start() {
             root.selected = true
@@ -70,7 +77,10 @@ TextInput {
         }
 
         anchors.fill: parent
-        onPressAndHold: start()
+        onPressAndHold: mouse => {
+            start()
+            menu.openAt(mouse.x, mouse.y)
+        }
         onDoubleClicked: start()
     }
 }

@@ -87,7 +87,7 @@ Flickable {
     readonly property Item focusItem: Window.activeFocusItem
 
     /// How far an on-screen keyboard reaches over the form, which ends at the window's lower edge once it is in place.
-    readonly property real covered: InputMethod.visible
+    readonly property real covered: InputMethod.visible && InputMethod.keyboardRectangle.height > 0
         ? Math.max(0, Window.height - InputMethod.keyboardRectangle.y) : 0
 
     contentWidth: width
@@ -148,8 +148,7 @@ Flickable {
                 placeholder: qsTr("otpauth:// URI")
                 text: root.form.importURI
                 inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
-                Keys.onReturnPressed: root.importOrMoveOn()
-                Keys.onEnterPressed: root.importOrMoveOn()
+                onAccepted: root.importOrMoveOn()
                 onTextChanged: root.form.importURI = text
                 onCursorRectangleChanged: if (activeFocus) root.revealCaret()
             }

@@ -17,8 +17,11 @@ T.TextField {
     selectedTextColor: Theme.primary
     verticalAlignment: TextInput.AlignVCenter
     Accessible.name: placeholder
+    // Enter that is held moves on once.
+    Keys.onPressed: event => event.accepted = event.isAutoRepeat && (event.key === Qt.Key_Return
+                                                                     || event.key === Qt.Key_Enter)
 
-    EditMenuLoader { field: root }
+    FieldEditMenu { field: root }
 
     RowSeparator { }
 

@@ -9,6 +9,15 @@ T.TextArea {
 
     required property string placeholder
 
+    /// Enter was pressed, which makes no line.
+    signal accepted
+
+    function acceptOnce(event: KeyEvent): void {
+        if (!event.isAutoRepeat) {
+            accepted()
+        }
+    }
+
     implicitHeight: Math.max(Theme.target, contentHeight + topPadding + bottomPadding)
     leftPadding: Theme.padding
     rightPadding: Theme.padding
@@ -26,6 +35,9 @@ T.TextArea {
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
+    Keys.onReturnPressed: event => acceptOnce(event)
+    Keys.onEnterPressed: event => acceptOnce(event)
+
     // The toolkit's own copy lacks the mark that keeps a secret out of clipboard histories.
     Keys.onPressed: event => {
         const cuts = event.matches(StandardKey.Cut)
@@ -38,7 +50,7 @@ T.TextArea {
         }
     }
 
-    EditMenuLoader { field: root }
+    FieldEditMenu { field: root }
 
     RowSeparator { }
 
