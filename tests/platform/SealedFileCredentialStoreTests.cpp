@@ -14,7 +14,7 @@ TEST(SealedFileStore, keepsItemsApartWhateverTheirNames)
     const TemporaryHome home;
     SealedFileCredentialStore store(home.data(), home.state());
     constexpr auto service = "org.test/service name.tokens";
-    const auto names = {"", "Vault", "vault", "vault3", "vault/", "../vault", "..%2Fvault"};
+    const auto names = {"", "Vault", "vault", "vault3", "vault/", "vault+", "../vault", "..%2Fvault"};
     EXPECT_EQ(store.update(itemName(service, "vault"), itemContent("early")), errSecItemNotFound);
     EXPECT_FALSE(std::filesystem::exists(home.data())) << "nothing is written before there is an item";
     for (const auto* name : names) {

@@ -184,6 +184,13 @@ TEST_F(HandTest, theListStaysWhereItWasScrolledTo)
     QTest::keyClick(window.get(), Qt::Key_Down);
     EXPECT_TRUE(ringIsAt(row(0))) << "the focus ring shows";
     EXPECT_LT(scrolled(), place);
+
+    view->setProperty("contentY", place);
+    QTest::keyClick(window.get(), Qt::Key_Return);
+    EXPECT_LT(scrolled(), place);
+    EXPECT_EQ(button("Copied"), nullptr) << "nothing that is out of sight";
+    QTest::keyClick(window.get(), Qt::Key_Return);
+    EXPECT_NE(button("Copied"), nullptr);
 }
 
 TEST_F(HandTest, aDeletedRowPassesFocusOnAndShowsItWhereKeysWereUsed)
@@ -281,6 +288,9 @@ TEST_F(HandTest, focusStaysWhereItCanBeSeen)
     press(middle(*code));
     ASSERT_TRUE(QTest::qWaitFor([&] { return code->hasActiveFocus(); }));
     release(middle(*code));
+    tap(*awaited("Copy"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), row(0)->property("displayCode"));
+    EXPECT_TRUE(clipboardIsMarked());
     QTest::keyClick(window.get(), Qt::Key_Escape);
     EXPECT_EQ(window->activeFocusItem(), row(0)) << "after a selection";
 
@@ -586,6 +596,9 @@ TEST_F(HandTest, anOpenRowClosesByATapWhateverHappenedMeanwhile)
              release(from - QPoint(151, 0));
          }},
     };
+    drag(middle(*row(2)), middle(*row(2)) + QPoint(40, 0)); // opens nothing
+    tap(*button("Copy code", row(1)));
+    EXPECT_NE(button("Copied", row(1)), nullptr);
     for (const auto& [name, openOne] : openings) {
         openOne();
         awaited("Delete");
@@ -637,6 +650,11 @@ TEST_F(HandTest, aKeyThatIsHeldActsWhereItWasPressed)
             QCoreApplication::sendEvent(window.get(), &event);
         }
     };
+    hold(Qt::Key_Return);
+    EXPECT_EQ(window->activeFocusItem()->property("placeholder"), QStringLiteral("Issuer"))
+        << "moves on once";
+    hold(Qt::Key_Return);
+    EXPECT_EQ(window->activeFocusItem()->property("placeholder"), QStringLiteral("Account"));
     button("Increment")->forceActiveFocus(Qt::TabFocusReason);
     hold(Qt::Key_Return);
     EXPECT_EQ(contentView.addTokenView()->digits(), 8) << "the other button does not go on";

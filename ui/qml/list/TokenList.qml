@@ -132,6 +132,12 @@ ListView {
         return direction > 0 ? Math.max(row + 1, reached) : Math.min(row - 1, reached)
     }
 
+    /// Whether an item has not been scrolled out of sight.
+    function shows(item: Item): bool {
+        const middle = item.mapToItem(root, 0, item.height / 2).y
+        return middle >= 0 && middle <= height
+    }
+
     /// Gives focus to the current row, and shows it.
     function showFocus(): void {
         const row = currentItem as TokenRow
@@ -243,7 +249,6 @@ ListView {
                 list.selectedCode = null
             }
             forget()
-            list.noteClosed(row) // also where its swipe was still under way
         }
         ListView.onReused: {
             opacity = 1 // it may be of a row that was deleted
@@ -251,8 +256,7 @@ ListView {
             Accessible.ignored = false // Qt 6.8 keeps what waits from screen readers, and what serves again as well
             stackInOrder()
         }
-        onSwiped: list.noteOpened(row)
-        onOpenChanged: open ? list.noteOpened(row) : list.noteClosed(row) // a swipe may outlast a scrolling
+        onOpenChanged: open ? list.noteOpened(row) : list.noteClosed(row)
         onTappedToClose: list.closeOpenRow()
         onCodeSelected: {
             if (list.selectedCode !== code) {
@@ -261,6 +265,7 @@ ListView {
             list.selectedCode = code
         }
         onCopyRequested: list.contentView.copyCode(index)
+        onCopyPressed: list.shows(code) ? copyRequested() : list.showFocus()
         onNextRequested: list.contentView.advanceCounter(index)
         onDeleteRequested: {
             const view = list

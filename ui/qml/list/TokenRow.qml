@@ -25,7 +25,7 @@ TokenRowItem {
 
     readonly property alias code: code
 
-    signal swiped
+    signal copyPressed
     signal tappedToClose
     signal codeSelected
 
@@ -36,7 +36,6 @@ TokenRowItem {
 
     /// Opens the row and gives focus to "Delete".
     function reveal(): void {
-        swiped()
         settle(true)
         deleteButton?.forceActiveFocus(Qt.TabFocusReason)
     }
@@ -46,10 +45,10 @@ TokenRowItem {
         takeFocus()
     }
 
-    /// Copies for a key, once however long it is held.
+    /// Once for a key, however long it is held.
     function copyOnce(event: KeyEvent): void {
         if (!event.isAutoRepeat) {
-            copyRequested()
+            copyPressed()
         }
     }
 
@@ -86,9 +85,9 @@ TokenRowItem {
         }
     }
     Keys.onPressed: event => {
-        if (event.matches(StandardKey.Copy)) {
-            event.accepted = true
-            copyRequested()
+        event.accepted = event.matches(StandardKey.Copy)
+        if (event.accepted) {
+            copyOnce(event)
         }
     }
 
@@ -98,7 +97,7 @@ TokenRowItem {
         enabled: root.visible // a row that waits for another token ends its swipe
         extent: root.deleteWidth
         open: root.open
-        onBegun: root.swiped()
+        onBegun: root.open = true
         onEnded: opens => root.settle(opens)
     }
 
