@@ -55,6 +55,7 @@ void TokenStore::load()
     std::vector<AuthToken> loaded;
     std::optional<std::string> failure;
     saved_.clear();
+    unseen_ = std::nullopt;
     try {
         loaded = loadItem();
         noteSaved(loaded);
@@ -98,10 +99,7 @@ void TokenStore::persist()
 {
     std::optional<std::string> failure;
     if (item_ == Item::unreached) {
-        failure = *lastError;
-        if (!reserve_.keep(*tokens) && saveUnseen()) {
-            failure = std::nullopt;
-        }
+        failure = unseen_ || !reserve_.keep(*tokens) ? saveUnseen() : *lastError;
     } else {
         try {
             saveItem();
@@ -118,8 +116,7 @@ void TokenStore::persist()
 void TokenStore::saveItem()
 {
     if (item_ == Item::unreadable) {
-        storage_.setAside();
-        item_ = Item::known;
+        setAsideOrUnite();
     }
     try {
         storage_.save(*tokens);
@@ -130,6 +127,17 @@ void TokenStore::saveItem()
         uniteWithItem();
         storage_.save(*tokens);
     }
+}
+
+/// The item was no list when it was loaded; another process may have stored one since.
+void TokenStore::setAsideOrUnite()
+{
+    try {
+        tokens = united(*tokens, storage_.load());
+    } catch (const StoredFormError&) {
+        storage_.setAside();
+    }
+    item_ = Item::known;
 }
 
 /// Takes over what another process has stored meanwhile.
@@ -144,15 +152,23 @@ void TokenStore::uniteWithItem()
     }
 }
 
-/// The list could not be loaded, and there is no reserve: the item may be there again. What it holds is not
+/// The list could not be loaded, and there is no reserve: the item may be there again. What it held is not
 /// shown before the next load, but stays.
-bool TokenStore::saveUnseen()
+/// @returns  why that failed
+std::optional<std::string> TokenStore::saveUnseen()
 {
     try {
-        storage_.save(united(*tokens, storage_.load()));
-        return true;
-    } catch (const std::exception&) {
-        return false;
+        if (!unseen_) {
+            unseen_ = storage_.load();
+        }
+        storage_.save(united(*tokens, *unseen_));
+        return std::nullopt;
+    } catch (const std::exception& error) {
+        const auto* status = dynamic_cast<const KeychainTokenStoreError*>(&error);
+        if (status != nullptr && status->saysChanged()) {
+            unseen_ = std::nullopt; // the next save reads it again
+        }
+        return localizedDescription(error);
     }
 }
 

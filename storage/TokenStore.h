@@ -27,11 +27,11 @@ public:
     /// What the reserve keeps becomes part of a list that could be loaded, and is saved along with it.
     void load();
 
-    /// Writes `tokens` to the credential store. After a failed load, an item that is no list is set aside
-    /// first; one that could not even be reached is spared, and `lastError` stays, unless the reserve fails
-    /// as well and the item can be read by now: then both are united there. A list that another process has
-    /// changed meanwhile is united with `tokens`, which is then assigned, too. Whatever fails, the reserve
-    /// keeps the tokens that are not saved.
+    /// Writes `tokens` to the credential store. After a failed load, an item that is still no list is set
+    /// aside first; one that could not even be reached is spared, and `lastError` stays, unless the reserve
+    /// fails as well and the item can be read by now: then both are united there. A list that another process
+    /// has changed meanwhile is united with `tokens`, which is then assigned, too. Whatever fails, the
+    /// reserve keeps the tokens that are not saved.
     void persist();
 
     /// Adds one to the counter of the listed token with `token`'s id and persists. A token that is not
@@ -48,14 +48,18 @@ private:
 
     std::vector<AuthToken> loadItem();
     void saveItem();
+    void setAsideOrUnite();
     void uniteWithItem();
-    bool saveUnseen();
+    std::optional<std::string> saveUnseen();
     std::vector<AuthToken> unsaved() const;
     void noteSaved(const std::vector<AuthToken>& list);
 
     KeychainTokenStore storage_;
     TokenReserve reserve_;
     Item item_ = Item::known;
+    /// What the item held when it could be read after a load had failed: no part of the list, but to be saved
+    /// beside it.
+    std::optional<std::vector<AuthToken>> unseen_;
     /// `id` and counter of each token in the item: nothing else of a token ever changes.
     std::vector<std::pair<decltype(UUID::bytes), std::uint64_t>> saved_;
 };

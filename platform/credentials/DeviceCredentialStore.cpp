@@ -13,7 +13,8 @@ namespace {
 constexpr std::string_view keyringMark = "keyring\n";
 constexpr std::string_view sealedFilesMark = "sealed files\n";
 
-/// A search that asks whether the item exists: without its data, so that a locked keyring shows no prompt.
+/// A search for the item by its name, which by itself asks for no data: a locked keyring then shows no
+/// prompt.
 SecDictionary nameOnly(const SecDictionary& entries)
 {
     SecDictionary query;

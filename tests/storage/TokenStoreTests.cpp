@@ -278,6 +278,12 @@ TEST_F(TokenStoreTest, withoutAReserveAnItemThatIsThereAgainGetsWhatIsNew)
         append(store, tokenNamed(issuer));
         EXPECT_EQ(*store.lastError, std::nullopt);
         EXPECT_EQ(issuers(*store.tokens), (Names{issuer}));
+        append(store, tokenNamed("deleted"));
+        store.tokens.modify([](auto& tokens) { tokens.pop_back(); });
+        credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
+        store.persist();
+        EXPECT_EQ(*store.lastError, lockedMessage);
+        store.persist();
     }
     EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b", "kept"}));
 }
@@ -327,6 +333,12 @@ TEST_F(TokenStoreTest, aListThatAnotherProcessHasChangedIsUnitedWithOurs)
     EXPECT_EQ(issuers(*store.tokens), (Names{"shared", "ours", "theirs"}));
     EXPECT_EQ(store.tokens->front().counter, 8U);
     EXPECT_EQ(storedTokens(), *store.tokens);
+
+    put("damaged");
+    TokenStore other;
+    put({tokenNamed("theirs")});
+    append(other, tokenNamed("ours"));
+    EXPECT_EQ(issuers(storedTokens()), (Names{"ours", "theirs"})) << "a list again since the load";
 
     put("damaged");
     credentials.answerNext(Operation::update, errSecInvalidItemRef);
