@@ -128,7 +128,10 @@ ApplicationName::ApplicationName() : bus_(connectToSessionBus(busTimeout))
 bool ApplicationName::activateOwner(const std::string& activationToken,
                                     std::chrono::milliseconds timeout) const
 {
-    const BusMessage request = makeRequest(bus_.get(), activationToken);
+    BusMessage request = makeRequest(bus_.get(), activationToken);
+    if (!request) {
+        request = makeRequest(bus_.get(), {}); // the bus takes no token that is not UTF-8
+    }
     const auto rest =
         std::max<std::chrono::microseconds>(timeout, std::chrono::milliseconds(1)); // 0 is a default
     const auto limit = static_cast<std::uint64_t>(rest.count());

@@ -54,7 +54,9 @@ void requirePrivate(int descriptor, mode_t type, mode_t mode)
     if (status.st_uid != geteuid()) {
         throw std::system_error(std::make_error_code(std::errc::operation_not_permitted));
     }
-    if ((status.st_mode & 07777) != mode && uninterrupted([&] { return fchmod(descriptor, mode); }) != 0) {
+    // Where nothing can be written, what others may read is no reason to keep it from its owner.
+    if ((status.st_mode & 07777) != mode && uninterrupted([&] { return fchmod(descriptor, mode); }) != 0
+        && errno != EROFS) {
         throwErrno("fchmod");
     }
 }
@@ -87,6 +89,19 @@ std::optional<FileDescriptor> openExisting(int folder, const char* name, int fla
         throwErrno("openat");
     }
     return std::nullopt;
+}
+
+/// Whether a part of a path is a link whose target is not there: a disk that is not mounted, say.
+bool hasLinkToNowhere(std::filesystem::path path)
+{
+    const auto leadsNowhere = [&] {
+        return std::filesystem::is_symlink(std::filesystem::symlink_status(path))
+            && !std::filesystem::exists(path);
+    };
+    while (path.has_relative_path() && !leadsNowhere()) {
+        path = path.parent_path();
+    }
+    return path.has_relative_path();
 }
 
 bool makeFolder(const std::filesystem::path& path)
@@ -188,7 +203,7 @@ std::optional<PrivateFolder> PrivateFolder::open(const std::filesystem::path& pa
 {
     auto descriptor = openExisting(AT_FDCWD, path.c_str(), O_DIRECTORY);
     if (!descriptor) {
-        if (std::filesystem::is_symlink(std::filesystem::symlink_status(path))) {
+        if (hasLinkToNowhere(path)) {
             throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory)); // yet
         }
         return std::nullopt;
@@ -260,7 +275,10 @@ void PrivateFolder::remove(const std::string& name) const
 
 void PrivateFolder::flush() const
 {
-    flushDescriptor(folder_.get());
+    if (flushed(folder_.get()) != 0
+        && errno != EINVAL) { // which says that this file system flushes no folders
+        throwErrno("fsync");
+    }
 }
 
 void PrivateFolder::setAside(const std::string& name) const

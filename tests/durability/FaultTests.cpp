@@ -195,6 +195,8 @@ TEST(Fault, OfTheDiskIsToldAndTheNextSaveWorks)
         fs::remove(vault.home.root / "filler");
         EXPECT_EQ(Vault::save(store, 2), "");
 
+        fs::permissions(vault.home.data(), fs::perms(0755)); // as copied back
+        fs::permissions(vault.item, fs::perms(0644));
         ASSERT_EQ(mount("", vault.home.root.c_str(), "", MS_REMOUNT | MS_RDONLY, ""), 0);
         expectRefusal(store, vault, errSecWrPerm);
         EXPECT_EQ(Vault::found(), listName(2));
@@ -211,6 +213,7 @@ TEST(Fault, OfTheDiskIsToldAndTheNextSaveWorks)
     })));
     TokenStore store;
     fs::create_symlink(vault.home.root / "nowhere", vault.home.root / "data");
+    EXPECT_EQ(Vault::found(), statusMessage(errSecIO));
     EXPECT_EQ(Vault::save(store, 1), statusMessage(errSecIO));
     fs::remove(vault.home.root / "data");
     EXPECT_EQ(Vault::save(store, 1), "");
