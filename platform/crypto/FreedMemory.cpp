@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <dlfcn.h>
 #include <malloc.h>
 
 // Linked into a program, these stand in the place of the C library's: whatever memory the program and its
@@ -12,12 +13,34 @@ extern "C" {
 
 // The C library's own, under the name that it keeps for such a replacement.
 void __libc_free(void* memory) noexcept; // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+}
+
+namespace {
+
+using Free = void (*)(void*);
+
+/// The next allocator's: another than the C library's may be preloaded, whose memory this is then.
+Free freeNext = __libc_free;
+
+void findNext()
+{
+    if (void* found = dlsym(RTLD_NEXT, "free")) {
+        freeNext = reinterpret_cast<Free>(found);
+    }
+}
+
+/// Before any library starts: a search within free() would meet its own leftovers there.
+[[gnu::section(".preinit_array"), gnu::used]] void (*const findNextAtStart)() = findNext;
+
+} // namespace
+
+extern "C" {
 
 void free(void* memory) noexcept
 {
     if (memory != nullptr) {
         MirrowvaleAuthenticator::wipe(memory, malloc_usable_size(memory));
-        __libc_free(memory);
+        freeNext(memory);
     }
 }
 

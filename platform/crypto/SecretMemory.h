@@ -26,6 +26,9 @@ public:
     explicit Wiped(T value) : value_(std::move(value)) { }
     ~Wiped()
     {
+        if constexpr (requires { value_.resize(value_.capacity()); }) {
+            value_.resize(value_.capacity()); // it may have held more
+        }
         if constexpr (std::ranges::contiguous_range<T>) {
             wipe(std::ranges::data(value_),
                  std::ranges::size(value_) * sizeof(std::ranges::range_value_t<T>));
