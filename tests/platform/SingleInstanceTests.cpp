@@ -83,8 +83,11 @@ TEST_P(SingleInstanceTest, aSecondHandsItsActivationToTheFirst)
 
 TEST_P(SingleInstanceTest, manyEndWhileTheFirstIsFrozen)
 {
-    std::array<pid_t, 4> starts{};
+    std::array<pid_t, 5> starts{};
     for (auto& start : starts) {
+        if (&start == &starts.back()) {
+            fs::remove(home.data() / "instance.socket"); // as before it listens
+        }
         start = startSecond(
             [] { EXPECT_THROW(becomeOnlyInstance("token", std::chrono::seconds(2)), std::runtime_error); });
     }

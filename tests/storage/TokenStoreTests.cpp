@@ -77,7 +77,9 @@ protected:
 
 TEST_F(TokenStoreTest, aLoadSortsByIssuerWithoutRegardToCaseAndWritesNothing)
 {
+    const std::string longName(300, 'x');
     const std::pair<Names, Names> table[] = {
+        {{longName + "b", longName + "a", "y"}, {longName + "a", longName + "b", "y"}},
         {{"beta", "Alpha", "", "alpha"}, {"Alpha", "alpha", "beta", ""}},
         {{"Tokens", "token", "", "TOKEN", "toke"}, {"toke", "token", "", "TOKEN", "Tokens"}},
         {{"z", "Ö", "ö", "Zebra"}, {"Ö", "ö", "z", "Zebra"}},
@@ -317,6 +319,16 @@ TEST_F(TokenStoreTest, aTokenThatWasSavedAndDeletedStaysDeleted)
     store.tokens.modify([&](auto& tokens) { tokens.erase(tokens.begin()); });
     store.persist();
     EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "kept"}));
+
+    credentials.put(tokenStoreService, "vault (reserve)", encodeTokens({tokenNamed("later")}));
+    credentials.removesNothing = true;
+    store.load();
+    credentials.removesNothing = false;
+    credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
+    store.persist();
+    store.tokens.modify([](auto& tokens) { tokens.pop_back(); });
+    store.persist();
+    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "kept"})) << "kept longer than it should be";
 }
 
 TEST_F(TokenStoreTest, aListThatAnotherProcessHasChangedIsUnitedWithOurs)

@@ -33,6 +33,7 @@ public:
     std::optional<SecResult> oddResult; ///< what each search that finds its item hands back instead of data
 
     bool hasReserve = true;
+    bool removesNothing = false; ///< fails instead
 
     OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept override
     {
@@ -69,7 +70,7 @@ public:
 
     OSStatus remove(const SecDictionary& query) noexcept override
     {
-        return items.erase(name(query)) > 0 ? errSecSuccess : errSecItemNotFound;
+        return removesNothing ? errSecIO : items.erase(name(query)) > 0 ? errSecSuccess : errSecItemNotFound;
     }
 
     /// The next call of `operation` that has no script yet answers `status`; success does what it should.
