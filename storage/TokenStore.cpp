@@ -54,7 +54,6 @@ void TokenStore::load()
 {
     std::vector<AuthToken> loaded;
     std::optional<std::string> failure;
-    saved_.clear();
     unseen_ = std::nullopt;
     try {
         loaded = loadItem();
