@@ -50,6 +50,11 @@ protected:
         return value.value<QColor>();
     }
 
+    QColor average(const QQuickItem& item) const
+    {
+        return drawn(item).scaled(1, 1, {}, Qt::SmoothTransformation).pixelColor(0, 0);
+    }
+
     QList<QQuickItem*> rows() const
     {
         return shown(window->contentItem(), "MirrowvaleAuthenticator::TokenRowItem");
@@ -209,7 +214,7 @@ TEST_F(AppearanceTest, namesThatDifferInTheirLastCharacterLookDifferent)
     }
 }
 
-TEST_F(AppearanceTest, theCountdownIsRedInItsLastFiveSecondsAndMovesNoName)
+TEST_F(AppearanceTest, aSymbolIsTintedAndACountdownRedInItsLastFiveSecondsWhereItMovesNoName)
 {
     list("a");
     std::set<double> roomsForNames;
@@ -221,9 +226,10 @@ TEST_F(AppearanceTest, theCountdownIsRedInItsLastFiveSecondsAndMovesNoName)
             contentView.rows()->setNow(Date::fromSecondsSince1970(second));
             const auto texts = shown(rows().constFirst(), "QQuickText");
             ASSERT_EQ(texts.size(), 3);
-            const QColor average =
-                drawn(*texts[2]).scaled(1, 1, {}, Qt::SmoothTransformation).pixelColor(0, 0);
-            EXPECT_EQ(average.red() > average.blue() + 5, isRed) << second;
+            const QColor countdown = average(*texts[2]);
+            EXPECT_EQ(countdown.red() > countdown.blue() + 5, isRed) << second;
+            const QColor symbol = average(*shown(rows().constFirst(), "QQuickImage").constFirst());
+            EXPECT_GT(symbol.blue(), symbol.red() + 5);
             roomsForNames.insert(texts[0]->width());
         }
     }
