@@ -148,7 +148,10 @@ protected:
 
     static bool ringIsAt(const QQuickItem* item)
     {
-        return item != nullptr && item->property("visualFocus").toBool();
+        const auto isRing = [](const QQuickItem& part) {
+            return QLatin1String(part.metaObject()->className()).startsWith(QLatin1String("FocusRing"));
+        };
+        return item != nullptr && item->property("visualFocus").toBool() && !shown(item, isRing).isEmpty();
     }
 
     static bool isInSight(const QQuickItem& item, const QRectF& part, const QQuickItem& around)
@@ -414,6 +417,7 @@ TEST_F(HandTest, theClockStandsWhileNobodyCanSeeTheWindow)
     }
     const double back = now();
     EXPECT_TRUE(QTest::qWaitFor([&] { return now() > back; })) << "stays";
+    EXPECT_GT(now() - back, 0.5) << "more than once a second";
 }
 
 TEST_F(HandTest, theEditMenuStaysWhereItsFieldIsBroughtIntoSight)
@@ -644,10 +648,14 @@ TEST_F(HandTest, aKeyThatIsHeldActsWhereItWasPressed)
 {
     open("a");
     openSheet();
-    const auto hold = [this](Qt::Key key) {
-        for (int repeat = 0; repeat < 9; ++repeat) {
-            QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, repeat > 0);
-            QCoreApplication::sendEvent(window.get(), &event);
+    const auto repeat = [this](Qt::Key key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
+        QCoreApplication::sendEvent(window.get(), &event);
+    };
+    const auto hold = [&](Qt::Key key) {
+        QTest::keyPress(window.get(), key);
+        for (int repeats = 0; repeats < 8; ++repeats) {
+            repeat(key);
         }
     };
     hold(Qt::Key_Return);
@@ -659,6 +667,12 @@ TEST_F(HandTest, aKeyThatIsHeldActsWhereItWasPressed)
     hold(Qt::Key_Return);
     EXPECT_EQ(contentView.addTokenView()->digits(), 8) << "the other button does not go on";
     EXPECT_TRUE(ringIsAt(button("Decrement")));
+    QTest::keyClick(window.get(), Qt::Key_Space);
+    button("Increment")->forceActiveFocus(Qt::TabFocusReason);
+    repeat(Qt::Key_Return);
+    button("Decrement")->forceActiveFocus(Qt::TabFocusReason);
+    EXPECT_EQ(contentView.addTokenView()->digits(), 7) << "pressed elsewhere";
+    EXPECT_FALSE(button("Increment")->property("down").toBool());
     goElsewhere();
     window->requestActivate();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
