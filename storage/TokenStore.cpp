@@ -161,12 +161,14 @@ std::optional<std::string> TokenStore::saveUnseen()
             unseen_ = storage_.load();
         }
         storage_.save(united(*tokens, *unseen_));
+        reserve_.release();
         return std::nullopt;
     } catch (const std::exception& error) {
         const auto* status = dynamic_cast<const KeychainTokenStoreError*>(&error);
         if (status != nullptr && status->saysChanged()) {
             unseen_ = std::nullopt; // the next save reads it again
         }
+        reserve_.keep(*tokens); // it may be there by now
         return localizedDescription(error);
     }
 }
