@@ -153,6 +153,7 @@ int main(int argc, char* argv[])
         return EXIT_FAILURE;
     }
     folder = std::filesystem::absolute(argv[1]);
+    std::filesystem::create_directories(folder); // the yardstick may write first
     useSealedHome(folder);
     argv[1] = argv[0];
     int count = argc - 1;
