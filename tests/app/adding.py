@@ -73,7 +73,8 @@ class AddingTest(WindowTest):
         self.find("The token secret is not valid Base32.")
         self.stepUp("Digits: ")
         self.find("Digits: 7")
-        self.closeSheet()
+        self.still("Cancel").click()
+        self.gone("Cancel")
         self.find("No tokens yet")
 
         self.openSheet()
@@ -105,5 +106,4 @@ class AddingTest(WindowTest):
         self.find("Increment", lambda e: abs(e.y - row.y) < 30).click()
 
 
-if __name__ == "__main__":
-    main()
+main()

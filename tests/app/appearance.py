@@ -64,5 +64,4 @@ class AppearanceTest(WindowTest):
         self.assertEqual(tops, {self.find("Cancel").top})  # the sheet stands at once
 
 
-if __name__ == "__main__":
-    main()
+main()

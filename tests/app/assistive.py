@@ -117,5 +117,4 @@ class AssistiveTest(WindowTest):
         self.assertNotIn(secret[:4], str(self.heard))
 
 
-if __name__ == "__main__":
-    main()
+main()

@@ -363,10 +363,6 @@ class WindowTest(unittest.TestCase):
         self.find("Add token").click()
         self.still("Cancel")
 
-    def closeSheet(self):
-        self.still("Cancel").click()
-        self.gone("Cancel")
-
     def fill(self, name, text):
         """Replaces what stands in a field."""
         self.find(name).click()

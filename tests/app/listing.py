@@ -75,5 +75,4 @@ class ListTest(WindowTest):
     def issuers(self):
         return [row.text.split(", ")[0] for row in self.rows()]
 
-if __name__ == "__main__":
-    main()
+main()

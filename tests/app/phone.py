@@ -128,5 +128,4 @@ class PhoneTest(WindowTest):
         self.assertFalse(mark.exists())
 
 
-if __name__ == "__main__":
-    main()
+main()

@@ -94,5 +94,4 @@ class StartingTest(WindowTest):
         self.startAgain({**self.environment(self.home), "DBUS_SESSION_BUS_ADDRESS": address})
 
 
-if __name__ == "__main__":
-    main()
+main()

@@ -2,7 +2,6 @@
 
 #include "core/Base32.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <tuple>

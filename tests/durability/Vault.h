@@ -67,8 +67,6 @@ public:
         restart();
     }
     ~Vault() { current = previous; }
-    Vault(const Vault&) = delete;
-    Vault& operator=(const Vault&) = delete;
 
     static constexpr auto service = tokenStoreService;
     const TemporaryHome home;

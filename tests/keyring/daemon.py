@@ -95,5 +95,4 @@ class DaemonTest(harness.KeyringTest):
         self.assertOneItem()
 
 
-if __name__ == "__main__":
-    harness.main()
+harness.main()

@@ -10,7 +10,6 @@
 
 #include <cmath>
 #include <set>
-#include <tuple>
 
 namespace MirrowvaleAuthenticator {
 namespace {

@@ -77,14 +77,20 @@ protected:
         release(middle(item));
     }
 
-    /// Moves a finger evenly and rests before it leaves.
-    void drag(QPoint from, QPoint to)
+    /// Presses a finger and moves it evenly.
+    void pull(QPoint from, QPoint to)
     {
         press(from);
         for (int step = 1; step <= 10; ++step) {
             QTest::qWait(5);
             move(from + (to - from) * step / 10);
         }
+    }
+
+    /// The same; it rests before it leaves.
+    void drag(QPoint from, QPoint to)
+    {
+        pull(from, to);
         QTest::qWait(120);
         release(to);
     }
@@ -296,15 +302,6 @@ TEST_F(HandTest, focusStaysWhereItCanBeSeen)
     EXPECT_TRUE(clipboardIsMarked());
     QTest::keyClick(window.get(), Qt::Key_Escape);
     EXPECT_EQ(window->activeFocusItem(), row(0)) << "after a selection";
-
-    openSheet();
-    QQuickItem* plus = button("Increment");
-    plus->forceActiveFocus(Qt::TabFocusReason);
-    for (int digits = 7; digits <= 8; ++digits) {
-        QTest::keyClick(window.get(), Qt::Key_Space);
-        ASSERT_EQ(contentView.addTokenView()->digits(), digits);
-    }
-    EXPECT_TRUE(ringIsAt(button("Decrement"))) << "at a stepper's limit";
 }
 
 TEST_F(HandTest, keysLeadToAllOfEveryRowHoweverHighItIsAndAllAreReadInTheirOrder)
@@ -513,26 +510,6 @@ TEST_F(HandTest, theEditMenuGoesWhenItsPlaceOrItsOfferDoes)
     }
 }
 
-TEST_F(HandTest, aPickersMenuGoesWithFocus)
-{
-    open("a");
-    openSheet();
-    QQuickItem* field = window->activeFocusItem();
-    QQuickItem* picker = button("Algorithm");
-    for (QQuickItem* next : {field, picker}) {
-        tap(*picker);
-        awaited("SHA256");
-        if (next == field) {
-            field->forceActiveFocus(Qt::TabFocusReason);
-        } else {
-            QTest::keyClick(window.get(), Qt::Key_Escape);
-        }
-        EXPECT_TRUE(QTest::qWaitFor([this] { return button("SHA256") == nullptr; }));
-        EXPECT_EQ(window->activeFocusItem(), next);
-    }
-    EXPECT_TRUE(sheetIsUp());
-}
-
 TEST_F(HandTest, aPressIsOneStepOrRepeatsWhileItIsHeld)
 {
     open("a");
@@ -589,11 +566,7 @@ TEST_F(HandTest, anOpenRowClosesByATapWhateverHappenedMeanwhile)
         {"the list was scrolled during the swipe",
          [this] {
              const QPoint from = middle(*row(2));
-             press(from);
-             for (int step = 1; step <= 10; ++step) {
-                 QTest::qWait(5);
-                 move(from - QPoint(15 * step, 0));
-             }
+             pull(from, from - QPoint(150, 0));
              QMetaObject::invokeMethod(view, "movementStarted");
              QTest::qWait(120);
              move(from - QPoint(151, 0));
@@ -617,11 +590,7 @@ TEST_F(HandTest, aSheetThatIsDismissedWhileItIsDrawnDownTakesTheFormAlong)
     open("a");
     openSheet();
     const QPoint bar(195, 66);
-    press(bar);
-    for (int step = 1; step <= 10; ++step) {
-        QTest::qWait(5);
-        move(bar + QPoint(0, 30 * step));
-    }
+    pull(bar, bar + QPoint(0, 300));
     QTest::keyClick(window.get(), Qt::Key_Escape);
     move(bar + QPoint(0, 310));
     release(bar + QPoint(0, 310));
@@ -648,6 +617,7 @@ TEST_F(HandTest, aKeyThatIsHeldActsWhereItWasPressed)
 {
     open("a");
     openSheet();
+    QQuickItem* uri = window->activeFocusItem();
     const auto repeat = [this](Qt::Key key) {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
         QCoreApplication::sendEvent(window.get(), &event);
@@ -669,6 +639,11 @@ TEST_F(HandTest, aKeyThatIsHeldActsWhereItWasPressed)
     EXPECT_TRUE(ringIsAt(button("Decrement")));
     QTest::keyClick(window.get(), Qt::Key_Space);
     button("Increment")->forceActiveFocus(Qt::TabFocusReason);
+    QTest::keyClick(window.get(), Qt::Key_Space);
+    EXPECT_EQ(contentView.addTokenView()->digits(), 8);
+    EXPECT_TRUE(ringIsAt(button("Decrement"))) << "at a stepper's limit";
+    QTest::keyClick(window.get(), Qt::Key_Space);
+    button("Increment")->forceActiveFocus(Qt::TabFocusReason);
     repeat(Qt::Key_Return);
     button("Decrement")->forceActiveFocus(Qt::TabFocusReason);
     EXPECT_EQ(contentView.addTokenView()->digits(), 7) << "pressed elsewhere";
@@ -678,11 +653,15 @@ TEST_F(HandTest, aKeyThatIsHeldActsWhereItWasPressed)
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     EXPECT_TRUE(ringIsAt(button("Decrement"))) << "back from another window";
 
-    tap(*button("Algorithm"));
-    awaited("SHA256");
-    hold(Qt::Key_Escape);
-    EXPECT_EQ(button("SHA256"), nullptr);
-    EXPECT_TRUE(contentView.showingAdd()) << "the menu alone is closed";
+    QQuickItem* picker = button("Algorithm");
+    for (QQuickItem* next : {picker, uri}) { // a picker's menu goes with focus
+        tap(*picker);
+        awaited("SHA256");
+        next == picker ? hold(Qt::Key_Escape) : uri->forceActiveFocus(Qt::TabFocusReason);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return button("SHA256") == nullptr; }));
+        EXPECT_EQ(window->activeFocusItem(), next);
+        EXPECT_TRUE(contentView.showingAdd()) << "the menu alone is closed";
+    }
 }
 
 TEST_F(HandTest, theSheetStaysUpInAWindowOfAnySizeAndShowsWhatHasFocus)

@@ -187,19 +187,16 @@ TEST_F(LanguageTest, theInterfaceRunsInTheDirectionOfItsLanguageAndCodesFromLeft
 
 TEST(BestTranslationTest, servesTheFirstLanguageThatThereIs)
 {
-    const auto best = [](const char* wanted) {
-        return bestTranslation(QString::fromLatin1(wanted).split(u' ')).toStdString();
+    // clang-format off
+    const std::pair<const char*, const char*> table[] = {
+        {"de-AT de-Latn-AT de", "de"}, {"tlh C fr-CA en", "fr"}, {"pt-PT", "pt_BR"}, {"iw-IL", "he"},
+        {"zh-SG", "zh_CN"}, {"zh-TW ja", "ja"}, {"en-GB de", ""}, {"fa-IR fa-Arab-IR fa", ""}, {"C", ""},
+        {"zh-Hant-TW zh-TW", ""}, // another script
     };
-    EXPECT_EQ(best("de-AT de-Latn-AT de"), "de");
-    EXPECT_EQ(best("tlh C fr-CA en"), "fr");
-    EXPECT_EQ(best("pt-PT"), "pt_BR");
-    EXPECT_EQ(best("iw-IL"), "he");
-    EXPECT_EQ(best("zh-SG"), "zh_CN");
-    EXPECT_EQ(best("zh-Hant-TW zh-TW"), ""); // another script
-    EXPECT_EQ(best("zh-TW ja"), "ja");
-    EXPECT_EQ(best("en-GB de"), "");
-    EXPECT_EQ(best("fa-IR fa-Arab-IR fa"), "");
-    EXPECT_EQ(best("C"), "");
+    // clang-format on
+    for (const auto& [wanted, best] : table) {
+        EXPECT_EQ(bestTranslation(QString::fromLatin1(wanted).split(u' ')).toStdString(), best) << wanted;
+    }
 }
 
 } // namespace

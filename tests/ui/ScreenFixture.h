@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace MirrowvaleAuthenticator {

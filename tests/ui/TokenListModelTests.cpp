@@ -54,18 +54,12 @@ protected:
 
 TEST_F(TokenListModelTest, tellsTheNarrowestChange)
 {
-    const struct {
-        const char* before;
-        const char* after;
-        const char* told;
-    } cases[] = {
-        {"", "abc", "+0,2 "},
-        {"abc", "abcd", "+3,3 ~0,2 "},
-        {"abcdef", "adf", "-4,4 -1,2 ~0,2 "},
-        {"abc", "acd", "-1,1 +2,2 ~0,1 "},
-        {"abab", "bb", "-2,2 -0,0 ~0,1 "},
-        {"abc", "cba", "-0,1 +1,2 ~0,0 "},
+    // clang-format off
+    const struct { const char* before; const char* after; const char* told; } cases[] = {
+        {"", "abc", "+0,2 "}, {"abc", "abcd", "+3,3 ~0,2 "}, {"abcdef", "adf", "-4,4 -1,2 ~0,2 "},
+        {"abc", "acd", "-1,1 +2,2 ~0,1 "}, {"abab", "bb", "-2,2 -0,0 ~0,1 "}, {"abc", "cba", "-0,1 +1,2 ~0,0 "},
     };
+    // clang-format on
     for (const auto& test : cases) {
         SCOPED_TRACE(std::string(test.before) + " to " + test.after);
         list(test.before);

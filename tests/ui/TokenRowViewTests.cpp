@@ -6,6 +6,7 @@
 #include <QMimeData>
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace MirrowvaleAuthenticator {
 namespace {
@@ -28,12 +29,7 @@ TEST(TokenRowView, groupsSixCharactersAndNothingElse)
 
 TEST(TokenRowView, showsTheTokenAtAnInstant)
 {
-    struct Case {
-        void (*change)(AuthToken&);
-        double instant;
-        const char* shown;
-    };
-    const Case cases[] = {
+    const std::tuple<void (*)(AuthToken&), double, const char*> cases[] = {
         {[](AuthToken& token) { token.digits = 8; }, 59, "Bank, ada, 94287082, 1s, urgent"}, // RFC 6238
         {[](AuthToken&) {}, 54, "Bank, ada, 287 082, 6s"},
         {[](AuthToken&) {}, 55, "Bank, ada, 287 082, 5s, urgent"},
@@ -47,14 +43,14 @@ TEST(TokenRowView, showsTheTokenAtAnInstant)
         {[](AuthToken& token) { token.kind = AuthToken::Kind::hotp; }, 54,
          "Bank, ada, 755 224, 0s, urgent, Next"},
     };
-    for (const Case& test : cases) {
+    for (const auto& [change, second, expected] : cases) {
         AuthToken token = tokenNamed("Bank", "ada");
-        test.change(token);
-        const TokenRowView view(token, Date::fromSecondsSince1970(test.instant), false);
+        change(token);
+        const TokenRowView view(token, Date::fromSecondsSince1970(second), false);
         QStringList shown{view.issuer(), view.account(), view.displayCode(), view.countdown()};
         shown += view.isUrgent() ? QStringList{QStringLiteral("urgent")} : QStringList();
         shown += view.offersNext() ? QStringList{QStringLiteral("Next")} : QStringList();
-        EXPECT_EQ(shown.join(QStringLiteral(", ")).toStdString(), test.shown);
+        EXPECT_EQ(shown.join(QStringLiteral(", ")).toStdString(), expected);
     }
 }
 
