@@ -265,7 +265,14 @@ ListView {
             list.selectedCode = code
         }
         onCopyRequested: list.contentView.copyCode(index)
-        onCopyPressed: list.shows(code) ? copyRequested() : list.showFocus()
+        onCopyPressed: {
+            if (list.shows(code)) {
+                copyRequested()
+            } else {
+                list.showFocus()
+                list.reveal(code) // a row may be higher than the view, or stand below the title
+            }
+        }
         onNextRequested: list.contentView.advanceCounter(index)
         onDeleteRequested: {
             const view = list
