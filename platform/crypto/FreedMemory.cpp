@@ -29,7 +29,8 @@ void findNext()
     }
 }
 
-/// Before any library starts: a search within free() would meet its own leftovers there.
+/// Runs before any library's constructor, not at the first free(): dlsym() may itself call free() in the
+/// midst of its work, and cannot be called again there.
 [[gnu::section(".preinit_array"), gnu::used]] void (*const findNextAtStart)() = findNext;
 
 } // namespace

@@ -66,6 +66,12 @@ int flushed(int descriptor)
     return uninterrupted([&] { return fsync(descriptor); });
 }
 
+/// Whether nothing of a folder is left to flush: also where its file system cannot flush any (EINVAL).
+bool isFolderFlushed(int folder)
+{
+    return flushed(folder) == 0 || errno == EINVAL;
+}
+
 void flushDescriptor(int descriptor)
 {
     if (flushed(descriptor) != 0) {
@@ -138,7 +144,7 @@ void flushNames(const std::filesystem::path& path)
             throwErrno("openat");
         }
         // A file system that cannot be written to may refuse, and then has nothing to flush.
-        if (flushed(folder.get()) != 0 && errno != EROFS && errno != EINVAL) {
+        if (!isFolderFlushed(folder.get()) && errno != EROFS) {
             throwErrno("fsync");
         }
         isOwn = statusOfFile(folder.get()).st_uid == geteuid() && parent.has_relative_path();
@@ -275,8 +281,7 @@ void PrivateFolder::remove(const std::string& name) const
 
 void PrivateFolder::flush() const
 {
-    if (flushed(folder_.get()) != 0
-        && errno != EINVAL) { // which says that this file system flushes no folders
+    if (!isFolderFlushed(folder_.get())) {
         throwErrno("fsync");
     }
 }
