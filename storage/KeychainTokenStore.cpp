@@ -73,6 +73,21 @@ std::vector<AuthToken> KeychainTokenStore::load() const
     return data ? decodeTokens(*data) : std::vector<AuthToken>();
 }
 
+std::vector<AuthToken> KeychainTokenStore::loadOrSetAside() const
+{
+    try {
+        return load();
+    } catch (const StoredFormError&) {
+        setAside();
+    } catch (const KeychainTokenStoreError& error) {
+        if (error.unexpectedStatus() != errSecDecode) {
+            throw;
+        }
+        // The credential store itself sets aside what it cannot open.
+    }
+    return {};
+}
+
 void KeychainTokenStore::save(const std::vector<AuthToken>& tokens) const
 {
     auto attributes = itemAttributes(encodeTokens(tokens));

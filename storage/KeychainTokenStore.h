@@ -39,6 +39,11 @@ public:
     /// @throws StoredFormError          the item's data is no stored list; the item stays as it is
     std::vector<AuthToken> load() const;
 
+    /// The same before a save; what is no list, or does not open, is empty: its data is set aside, at the
+    /// latest by the credential store when it is replaced.
+    /// @throws KeychainTokenStoreError  any other status, or one that leaves the copy unmade
+    std::vector<AuthToken> loadOrSetAside() const;
+
     /// Replaces the stored list, creating the item where there is none.
     /// @throws StoredFormError          before the credential store is touched
     /// @throws KeychainTokenStoreError  any status other than success

@@ -1,6 +1,5 @@
 #include "storage/TokenReserve.h"
 
-#include "core/StoredForm.h"
 #include "storage/TokenUnion.h"
 
 #include <exception>
@@ -81,17 +80,7 @@ void TokenReserve::save(const std::vector<AuthToken>& tokens)
 /// Reads what is kept; what is no list is set aside before anything replaces it.
 void TokenReserve::readApart()
 {
-    try {
-        apart_ = storage_.load();
-    } catch (const StoredFormError&) {
-        storage_.setAside();
-        apart_.clear();
-    } catch (const KeychainTokenStoreError& error) {
-        if (error.unexpectedStatus() != errSecDecode) {
-            throw;
-        }
-        apart_.clear(); // the credential store itself sets aside what it cannot open
-    }
+    apart_ = storage_.loadOrSetAside();
     isRead_ = true;
 }
 

@@ -115,7 +115,8 @@ void TokenStore::persist()
 void TokenStore::saveItem()
 {
     if (item_ == Item::unreadable) {
-        setAsideOrUnite();
+        tokens = united(*tokens, storage_.loadOrSetAside()); // another process may have made it a list since
+        item_ = Item::known;
     }
     try {
         storage_.save(*tokens);
@@ -126,17 +127,6 @@ void TokenStore::saveItem()
         uniteWithItem();
         storage_.save(*tokens);
     }
-}
-
-/// The item was no list when it was loaded; another process may have stored one since.
-void TokenStore::setAsideOrUnite()
-{
-    try {
-        tokens = united(*tokens, storage_.load());
-    } catch (const StoredFormError&) {
-        storage_.setAside();
-    }
-    item_ = Item::known;
 }
 
 /// Takes over what another process has stored meanwhile.

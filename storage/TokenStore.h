@@ -29,9 +29,9 @@ public:
 
     /// Writes `tokens` to the credential store. After a failed load, an item that is still no list is set
     /// aside first; one that could not even be reached is spared, and `lastError` stays, unless the reserve
-    /// fails as well and the item can be read by now: then both are united there. A list that another process
-    /// has changed meanwhile is united with `tokens`, which is then assigned, too. Whatever fails, the
-    /// reserve keeps the tokens that are not saved.
+    /// fails as well and the item can be read by now: then both are united there, and later saves go there
+    /// first. A list that another process has changed meanwhile is united with `tokens`, which is then
+    /// assigned, too. Whatever fails, the reserve keeps the tokens that are not saved.
     void persist();
 
     /// Adds one to the counter of the listed token with `token`'s id and persists. A token that is not
@@ -48,7 +48,6 @@ private:
 
     std::vector<AuthToken> loadItem();
     void saveItem();
-    void setAsideOrUnite();
     void uniteWithItem();
     std::optional<std::string> saveUnseen();
     std::vector<AuthToken> unsaved() const;

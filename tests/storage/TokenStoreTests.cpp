@@ -343,6 +343,12 @@ TEST_F(TokenStoreTest, aListThatAnotherProcessHasChangedIsUnitedWithOurs)
     EXPECT_EQ(issuers(storedTokens()), (Names{"ours", "theirs"})) << "a list again since the load";
 
     put("damaged");
+    TokenStore another;
+    credentials.answerNext(Operation::copyMatching, errSecDecode); // by now it does not open either
+    append(another, tokenNamed("ours"));
+    EXPECT_EQ(*another.lastError, std::nullopt) << "the credential store sets aside what it cannot open";
+
+    put("damaged");
     credentials.answerNext(Operation::update, errSecInvalidItemRef);
     append(store, tokenNamed("later"));
     store.persist();
