@@ -32,10 +32,8 @@ public:
 
     bool isDark() const;
     qreal textScale() const { return textScale_; } ///< factor on every text size, from 0.8 to 2
-    bool reducedMotion() const
-    {
-        return motionReduced_ || animationsOff_;
-    } ///< whether animations are unwanted
+    /// Whether animations are unwanted.
+    bool reducedMotion() const { return motionReduced_ || animationsOff_; }
 
     /// Takes over one setting of the portal; one that means nothing here is left alone.
     void apply(const QString& group, const QString& key, const QVariant& value);

@@ -20,8 +20,8 @@ class TokenRowItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qual
     Q_PROPERTY(QString longestCountdown MEMBER longestCountdown_ NOTIFY longestCountdownChanged FINAL)
     /// Whether Tab moves focus to this row, or it had focus last.
     Q_PROPERTY(bool current MEMBER current_ NOTIFY currentChanged FINAL)
-    /// Whether the row stands, or is about to stand, so far away from its trailing edge that "Delete" can be
-    /// seen.
+    /// Whether the row stands so far away from its trailing edge that "Delete" can be seen, is about to, or
+    /// is being swiped.
     Q_PROPERTY(bool open MEMBER open_ NOTIFY openChanged FINAL)
 
 public:

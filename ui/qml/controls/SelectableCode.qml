@@ -49,7 +49,8 @@ TextInput {
     persistentSelection: true
     onTextChanged: if (selected) selectCode()
     onSelectionStartChanged: if (selected && selectionStart < mark.length) selectCode()
-    onSelectedTextChanged: if (selected && selectedText.length === 0) selectCode() // at an arrow key
+    // An arrow key clears the selection, which is to last until Escape or a press elsewhere.
+    onSelectedTextChanged: if (selected && selectedText.length === 0) selectCode()
     Keys.onEscapePressed: event => {
         event.accepted = selected
         clearSelection()

@@ -7,7 +7,7 @@ DragHandler {
 
     /// How far away an open row stands.
     required property real extent
-    /// Whether the row is open, or about to be.
+    /// Whether the row is open, about to be, or being swiped.
     required property bool open
 
     /// How far away the row stands.
