@@ -1,87 +1,58 @@
 #include "storage/TokenReserve.h"
 
-#include "storage/TokenUnion.h"
+#include "core/StoredForm.h"
+#include "platform/keychain/Keychain.h"
+#include "storage/KeychainTokenStoreError.h"
 
-#include <exception>
 #include <utility>
 
 namespace MirrowvaleAuthenticator {
 
+namespace {
+
+OSStatus write(CredentialStore& store, const ItemName& name, const SecretString& data)
+{
+    const auto status = store.update(name, data);
+    return status == errSecItemNotFound ? store.add(name, data) : status;
+}
+
+OSStatus clear(CredentialStore& store, const ItemName& name)
+{
+    const auto status = store.remove(name);
+    return status == errSecItemNotFound ? errSecSuccess : status;
+}
+
+} // namespace
+
 TokenReserve::TokenReserve(std::string service, std::string account)
-    : storage_(std::move(service), std::move(account), KeychainTokenStore::Place::reserve)
+    : name_{std::move(service), std::move(account)}
 {
 }
 
-std::vector<AuthToken> TokenReserve::take()
+StoredList TokenReserve::load()
 {
-    leave();
-    try {
-        auto kept = storage_.load();
-        isInUse_ = !kept.empty();
-        isRead_ = true;
-        return kept;
-    } catch (const std::exception&) {
-        return {};
-    }
+    SecResult result;
+    auto* store = credentialStore().reserve();
+    const auto status = store == nullptr ? errSecItemNotFound : store->read(name_, Search::usual, result);
+    auto found = StoredList::of(status, result);
+    isUnreadable_ = found.state == StoredList::State::unreadable;
+    return found;
 }
 
-void TokenReserve::leave()
-{
-    apart_.clear();
-    isRead_ = false;
-    isInUse_ = false;
-}
-
-bool TokenReserve::keep(const std::vector<AuthToken>& tokens)
-{
-    try {
-        if (!isRead_) {
-            readApart();
-        }
-        save(tokens);
-        isInUse_ = true;
-        return true;
-    } catch (const std::exception&) {
-        return false; // the failure to show is that of the list's own place
-    }
-}
-
-void TokenReserve::release()
-{
-    if (!isInUse_) {
-        return;
-    }
-    try {
-        if (apart_.empty()) {
-            storage_.remove();
-        } else {
-            storage_.save(apart_);
-        }
-        isInUse_ = false;
-    } catch (const std::exception&) {
-        return; // the next save tries again
-    }
-}
-
-/// Saves tokens beside what is kept apart; where another process has changed that, it is read once more.
 void TokenReserve::save(const std::vector<AuthToken>& tokens)
 {
-    try {
-        storage_.save(united(tokens, apart_));
-    } catch (const KeychainTokenStoreError& error) {
-        if (!error.saysChanged()) {
-            throw;
-        }
-        readApart();
-        storage_.save(united(tokens, apart_));
+    auto* store = credentialStore().reserve();
+    if (store == nullptr) {
+        throw KeychainTokenStoreError(errSecNotAvailable);
     }
-}
-
-/// Reads what is kept; what is no list is set aside before anything replaces it.
-void TokenReserve::readApart()
-{
-    apart_ = storage_.loadOrSetAside();
-    isRead_ = true;
+    if (isUnreadable_) {
+        setAside(*store, name_);
+        isUnreadable_ = false;
+    }
+    const auto status = tokens.empty() ? clear(*store, name_) : write(*store, name_, encodeTokens(tokens));
+    if (status != errSecSuccess) {
+        throw KeychainTokenStoreError(status);
+    }
 }
 
 } // namespace MirrowvaleAuthenticator

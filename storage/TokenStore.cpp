@@ -1,8 +1,8 @@
 #include "storage/TokenStore.h"
 
-#include "core/StoredForm.h"
 #include "platform/text/LocalizedError.h"
 #include "platform/text/Text.h"
+#include "storage/KeychainTokenStoreError.h"
 #include "storage/TokenUnion.h"
 
 #include <algorithm>
@@ -16,6 +16,23 @@ namespace {
 
 constexpr auto service = "app.mirrowvale.authenticator.tokens";
 constexpr auto account = "vault";
+
+using State = StoredList::State;
+
+/// Saves in a place. Where that holds what this run has not read, both become one list first.
+template <typename Save, typename Unite>
+void saveUnited(Save save, Unite unite)
+{
+    try {
+        save();
+    } catch (const KeychainTokenStoreError& error) {
+        if (!error.saysUnknown()) {
+            throw;
+        }
+        unite();
+        save();
+    }
+}
 
 /// Orders by issuer as the user's locale does, regardless of case; equal ones stay as they were.
 void sortByIssuer(std::vector<AuthToken>& tokens)
@@ -52,134 +69,111 @@ TokenStore::TokenStore() : storage_(service, account), reserve_(service, account
 
 void TokenStore::load()
 {
-    std::vector<AuthToken> loaded;
-    std::optional<std::string> failure;
-    unseen_ = std::nullopt;
+    auto found = storage_.load();
+    item_ = found.state;
+    noteSaved(found.tokens);
+    const auto kept = reserve_.load().tokens;
+    auto listed = united(std::move(found.tokens), kept);
     try {
-        loaded = loadItem();
-        noteSaved(loaded);
-        loaded = united(std::move(loaded), reserve_.take());
-        sortByIssuer(loaded);
-        item_ = Item::known;
-    } catch (const std::exception& error) {
-        failure = localizedDescription(error);
-        reserve_.leave();
+        sortByIssuer(listed);
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): better unsorted than unseen
     }
-    if (failure) {
-        lastError = std::move(failure);
-        tokens = {};
+    if (found.failure) {
+        lastError = found.failure->errorDescription();
+        tokens = std::move(listed);
         return;
     }
-    tokens = std::move(loaded);
+    tokens = std::move(listed);
     lastError = std::nullopt;
-    if (reserve_.isInUse()) {
+    if (!kept.empty()) {
         persist(); // what lies in two places is in its own before anything else can happen to it
-    }
-}
-
-/// A caller that takes the list into `tokens` sets `item_` to `known`.
-std::vector<AuthToken> TokenStore::loadItem()
-{
-    item_ = Item::unreached;
-    try {
-        return storage_.load();
-    } catch (const StoredFormError&) {
-        item_ = Item::unreadable;
-        throw;
-    } catch (const KeychainTokenStoreError& error) {
-        if (error.unexpectedStatus() == errSecDecode) {
-            item_ = Item::known; // the credential store itself sets aside what it cannot open
-        }
-        throw;
     }
 }
 
 void TokenStore::persist()
 {
-    std::optional<std::string> failure;
-    if (item_ == Item::unreached) {
-        failure = unseen_ || !reserve_.keep(*tokens) ? saveUnseen() : *lastError;
-    } else {
-        try {
-            saveItem();
-            noteSaved(*tokens);
-            reserve_.release();
-        } catch (const std::exception& error) {
-            failure = localizedDescription(error);
-            reserve_.keep(unsaved());
-        }
+    isSaveDue_ = false;
+    if (keep() && item_ == State::unreached) {
+        lastError = std::optional(*lastError);
+        return;
     }
-    lastError = std::move(failure);
+    try {
+        saveItem();
+        keep(); // which is nothing by now
+        lastError = std::nullopt;
+    } catch (const std::exception& error) {
+        const auto* status = dynamic_cast<const KeychainTokenStoreError*>(&error);
+        isSaveDue_ = status == nullptr || !status->saysDismissed();
+        lastError = localizedDescription(error);
+    }
+}
+
+void TokenStore::persistAgain()
+{
+    if (isSaveDue_) {
+        persist();
+    }
+}
+
+/// Has the reserve keep what the item lacks. That comes first: the item's own place may wait for a user, or
+/// for nothing.
+/// @returns false where it cannot; the failure to show is that of the item
+bool TokenStore::keep()
+{
+    try {
+        saveUnited([this] { reserve_.save(unsaved()); }, [this] { unite(reserve_.load().tokens); });
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 void TokenStore::saveItem()
 {
-    if (item_ == Item::unreadable) {
-        tokens = united(*tokens, storage_.loadOrSetAside()); // another process may have made it a list since
-        item_ = Item::known;
-    }
-    try {
-        storage_.save(*tokens);
-    } catch (const KeychainTokenStoreError& error) {
-        if (!error.saysChanged()) {
-            throw;
-        }
+    if (item_ != State::read) {
         uniteWithItem();
-        storage_.save(*tokens);
     }
+    saveUnited([this] { storage_.save(*tokens); }, [this] { uniteWithItem(); });
+    noteSaved(*tokens);
 }
 
-/// Takes over what another process has stored meanwhile.
+/// Takes over what the item holds by now.
 void TokenStore::uniteWithItem()
 {
-    try {
-        tokens = united(*tokens, loadItem());
-        item_ = Item::known;
-    } catch (const std::exception&) {
-        item_ = item_ == Item::unreached ? Item::known : item_; // the next save comes here again
-        throw;
+    const auto found = storage_.load();
+    if (found.state == State::unreached) {
+        throw LocalizedError(*found.failure);
     }
+    if (found.state == State::unreadable) {
+        setAside(credentialStore(), {service, account});
+    }
+    item_ = State::read;
+    noteSaved(found.tokens);
+    unite(found.tokens);
 }
 
-/// The list could not be loaded, and there is no reserve: the item may be there again. What it held is not
-/// shown before the next load, but stays.
-/// @returns  why that failed
-std::optional<std::string> TokenStore::saveUnseen()
+void TokenStore::unite(const std::vector<AuthToken>& others)
 {
-    try {
-        if (!unseen_) {
-            unseen_ = storage_.load();
-        }
-        storage_.save(united(*tokens, *unseen_));
-        reserve_.release();
-        return std::nullopt;
-    } catch (const std::exception& error) {
-        const auto* status = dynamic_cast<const KeychainTokenStoreError*>(&error);
-        if (status != nullptr && status->saysChanged()) {
-            unseen_ = std::nullopt; // the next save reads it again
-        }
-        reserve_.keep(*tokens); // it may be there by now
-        return localizedDescription(error);
+    auto both = united(*tokens, others);
+    if (both != *tokens) {
+        tokens = std::move(both);
     }
 }
 
 void TokenStore::noteSaved(const std::vector<AuthToken>& list)
 {
     saved_.clear();
-    saved_.reserve(list.size());
     for (const auto& token : list) {
-        saved_.emplace_back(token.id.bytes, token.counter);
+        saved_.emplace(token.id.bytes, token.counter);
     }
 }
 
 /// The tokens that the item lacks, or has with another counter.
 std::vector<AuthToken> TokenStore::unsaved() const
 {
-    auto stored = saved_;
-    std::ranges::sort(stored);
     std::vector<AuthToken> missing;
     std::ranges::copy_if(*tokens, std::back_inserter(missing), [&](const auto& token) {
-        return !std::ranges::binary_search(stored, std::pair(token.id.bytes, token.counter));
+        return !saved_.contains({token.id.bytes, token.counter});
     });
     return missing;
 }

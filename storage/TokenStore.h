@@ -1,12 +1,13 @@
 #pragma once
 
 #include "core/AuthToken.h"
-#include "platform/system/ObservableObject.h"
 #include "storage/KeychainTokenStore.h"
+#include "storage/ObservableObject.h"
 #include "storage/TokenReserve.h"
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,44 +24,41 @@ public:
     /// The message of the last load or save, if it failed.
     Published<std::optional<std::string>> lastError{*this};
 
-    /// Replaces `tokens` by the stored list, sorted by issuer in the user's locale; empty after a failure.
-    /// What the reserve keeps becomes part of a list that could be loaded, and is saved along with it.
+    /// Replaces `tokens` by the stored list, sorted by issuer in the user's locale, united with what the
+    /// reserve keeps, which is then saved along with it. After a failure it is what the reserve keeps;
+    /// nothing, where it keeps nothing.
     void load();
 
-    /// Writes `tokens` to the credential store. After a failed load, an item that is still no list is set
-    /// aside first; one that could not even be reached is spared, and `lastError` stays, unless the reserve
-    /// fails as well and the item can be read by now: then both are united there, and later saves go there
-    /// first. A list that another process has changed meanwhile is united with `tokens`, which is then
-    /// assigned, too. Whatever fails, the reserve keeps the tokens that are not saved.
+    /// Writes `tokens` to the credential store; before, the reserve gets what is not stored there yet, and
+    /// after a success it keeps nothing. As long as the stored list could not be reached, the reserve is all
+    /// that is written, and `lastError` stays. What either place turns out to hold beside, since it could not
+    /// be read before or another process has changed it, becomes part of `tokens` first; what is no list is
+    /// set aside.
     void persist();
+
+    /// Saves once more where the last save failed, unless the user has refused to unlock what it takes:
+    /// whatever was in its way may be gone by the time that the window goes.
+    void persistAgain();
 
     /// Adds one to the counter of the listed token with `token`'s id and persists. A token that is not
     /// listed, or whose counter is at its largest, stays as it is, and nothing is written.
     void advanceCounter(const AuthToken& token);
 
 private:
-    /// What a save has to do with the stored item.
-    enum class Item {
-        known, ///< its tokens are listed, or it holds none: it may be replaced
-        unreadable, ///< it is no list: to be set aside before it is replaced
-        unreached, ///< to be spared before a load has succeeded, as long as there is a reserve
-    };
-
-    std::vector<AuthToken> loadItem();
+    bool keep();
     void saveItem();
     void uniteWithItem();
-    std::optional<std::string> saveUnseen();
+    void unite(const std::vector<AuthToken>& others);
     std::vector<AuthToken> unsaved() const;
     void noteSaved(const std::vector<AuthToken>& list);
 
     KeychainTokenStore storage_;
     TokenReserve reserve_;
-    Item item_ = Item::known;
-    /// What the item held when it could be read after a load had failed: no part of the list, but to be saved
-    /// beside it.
-    std::optional<std::vector<AuthToken>> unseen_;
-    /// `id` and counter of each token in the item: nothing else of a token ever changes.
-    std::vector<std::pair<decltype(UUID::bytes), std::uint64_t>> saved_;
+    StoredList::State item_ = StoredList::State::unreached; ///< what this run knows of the stored item
+    /// `id` and counter of each token in the item, as far as it was read: nothing else of a token ever
+    /// changes.
+    std::set<std::pair<decltype(UUID::bytes), std::uint64_t>> saved_;
+    bool isSaveDue_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator

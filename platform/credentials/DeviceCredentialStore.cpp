@@ -1,130 +1,84 @@
 #include "platform/credentials/DeviceCredentialStore.h"
 
-#include "platform/credentials/ItemName.h"
-#include "platform/credentials/Status.h"
+#include "platform/credentials/FileName.h"
 #include "platform/system/PrivateFolder.h"
-
-#include <utility>
 
 namespace MirrowvaleAuthenticator {
 
 namespace {
 
-constexpr std::string_view keyringMark = "keyring\n";
-constexpr std::string_view sealedFilesMark = "sealed files\n";
+constexpr std::string_view recordOfKeyring = "keyring\n";
+constexpr std::string_view recordOfSealedFiles = "sealed files\n";
 
-/// A search for the item by its name, which by itself asks for no data: a locked keyring then shows no
-/// prompt.
-SecDictionary nameOnly(const SecDictionary& entries)
+std::string recordName(const ItemName& name)
 {
-    SecDictionary query;
-    for (const auto key : {kSecClass, kSecAttrService, kSecAttrAccount}) {
-        query.insert(*entries.find(key));
-    }
-    return query;
-}
-
-std::string markName(std::string_view service)
-{
-    return fileNamePart(service) + ".location";
-}
-
-bool isReserve(const SecDictionary& entries)
-{
-    return entries.contains(kSecUseReserve);
+    return fileNamePart(name.service) + ".location";
 }
 
 } // namespace
 
-DeviceCredentialStore::DeviceCredentialStore(CredentialStore& keyring, CredentialStore& sealedFiles,
-                                             std::filesystem::path stateFolder)
-    : keyring_(keyring), sealedFiles_(sealedFiles), stateFolder_(std::move(stateFolder))
-{
-}
-
-OSStatus DeviceCredentialStore::copyMatching(const SecDictionary& query, SecResult& result) noexcept
+OSStatus DeviceCredentialStore::read(const ItemName& name, Search search, SecResult& result) noexcept
 {
     return statusOf([&] {
-        result.emplace<std::monostate>();
-        auto* known = place(query);
-        if (isReserve(query)) {
-            return known == &sealedFiles_ ? errSecItemNotFound : sealedFiles_.copyMatching(query, result);
-        }
-        return known == nullptr ? search(query, result) : known->copyMatching(query, result);
+        result.reset();
+        return place_ == Place::unknown ? find(name, result) : requirePlace(name).read(name, search, result);
     });
 }
 
-OSStatus DeviceCredentialStore::update(const SecDictionary& query, const SecDictionary& attributes) noexcept
+OSStatus DeviceCredentialStore::update(const ItemName& name, const SecretString& data) noexcept
 {
-    return statusOf([&] { return requirePlace(query).update(query, attributes); });
+    return statusOf([&] { return requirePlace(name).update(name, data); });
 }
 
-OSStatus DeviceCredentialStore::add(const SecDictionary& attributes) noexcept
+OSStatus DeviceCredentialStore::add(const ItemName& name, const SecretString& data) noexcept
 {
     return statusOf([&] {
-        auto& chosen = requirePlace(attributes);
-        const auto status = chosen.add(attributes);
-        if (status == errSecSuccess && &chosen == &keyring_) {
-            remember(attributes, keyringMark);
+        const auto status = requirePlace(name).add(name, data);
+        if (status == errSecSuccess && place_ == Place::keyring) {
+            record(name, Place::keyring);
         }
         return status;
     });
 }
 
-OSStatus DeviceCredentialStore::remove(const SecDictionary& query) noexcept
+OSStatus DeviceCredentialStore::remove(const ItemName&) noexcept
 {
-    return statusOf([&] { return isReserve(query) ? requirePlace(query).remove(query) : errSecParam; });
+    return errSecParam;
 }
 
-/// Where the items of the service live, if that is known already.
-CredentialStore* DeviceCredentialStore::place(const SecDictionary& entries) const
+CredentialStore* DeviceCredentialStore::reserve() noexcept
 {
-    const auto found = places_.find(requireName(entries).service);
-    return found == places_.end() ? nullptr : found->second;
+    return place_ == Place::sealedFiles ? nullptr : &sealedFiles_;
 }
 
-/// The store that the entries mean.
-/// @throws StatusError  why it cannot be known, or that there is no reserve
-CredentialStore& DeviceCredentialStore::requirePlace(const SecDictionary& entries)
+/// The store in which the items live.
+/// @throws StatusError  why it cannot be known
+CredentialStore& DeviceCredentialStore::requirePlace(const ItemName& name)
 {
-    if (isReserve(entries)) {
-        if (place(entries) == &sealedFiles_) {
-            throw StatusError{errSecNotAvailable};
-        }
-        return sealedFiles_;
-    }
-    if (place(entries) == nullptr) {
+    if (place_ == Place::unknown) {
         SecResult ignored;
-        const auto status = search(nameOnly(entries), ignored);
-        if (place(entries) == nullptr) {
+        const auto status = find(name, ignored);
+        if (place_ == Place::unknown) {
             throw StatusError{status};
         }
     }
-    return *place(entries);
+    return place_ == Place::keyring ? keyring_ : sealedFiles_;
 }
 
-/// Searches both places, and settles in which of them the items of the service live.
-OSStatus DeviceCredentialStore::search(const SecDictionary& query, SecResult& result)
+/// Searches both places, and settles in which of them the items live.
+OSStatus DeviceCredentialStore::find(const ItemName& name, SecResult& result)
 {
-    const std::string service(requireName(query).service);
-    const auto mark = rememberedMark(service);
-    SecResult found;
-    const auto status = askKeyring(query, mark, found);
+    const auto recorded = recordedPlace(name);
+    const auto status = askKeyring(name, recorded, result);
     switch (status) {
     case errSecSuccess:
-        places_[service] = &keyring_;
-        remember(query, keyringMark);
-        result = std::move(found);
+        place_ = Place::keyring;
+        record(name, place_);
         return status;
     case errSecItemNotFound: {
-        const auto sealedStatus = sealedFiles_.copyMatching(query, result);
-        if (sealedStatus == errSecItemNotFound) {
-            places_[service] = &keyring_;
-        } else if (sealedStatus == errSecSuccess || sealedStatus == errSecDecode) {
-            places_[service] = &sealedFiles_;
-            if (mark != keyringMark) { // another keyring than this one may have the item
-                remember(query, sealedFilesMark);
-            }
+        const auto sealedStatus = askSealedFiles(name, result);
+        if (place_ == Place::sealedFiles && recorded != Place::keyring) {
+            record(name, place_); // else another keyring than this one may have the item
         }
         return sealedStatus;
     }
@@ -132,58 +86,64 @@ OSStatus DeviceCredentialStore::search(const SecDictionary& query, SecResult& re
     case errSecInteractionNotAllowed:
         return status;
     default:
-        if (mark == keyringMark) {
+        if (recorded == Place::keyring) {
             return status;
         }
-        places_[service] = &sealedFiles_;
-        return sealedFiles_.copyMatching(query, result);
+        place_ = Place::sealedFiles;
+        return sealedFiles_.read(name, Search::usual, result);
     }
 }
 
-/// What the keyring says when it is asked for the item and its data.
-OSStatus DeviceCredentialStore::askKeyring(const SecDictionary& query, std::string_view mark,
-                                           SecResult& result) const
+OSStatus DeviceCredentialStore::askKeyring(const ItemName& name, Place recorded, SecResult& result) const
 {
-    auto question = nameOnly(query);
-    if (mark == sealedFilesMark && sealedFiles_.copyMatching(question, result) != errSecItemNotFound) {
-        // The items were found here when the keyring was open: what it locks now is not unlocked only to
+    if (recorded == Place::sealedFiles
+        && sealedFiles_.read(name, Search::quiet, result) != errSecItemNotFound) {
+        // The items were found there when the keyring was open: what it locks now is not unlocked only to
         // search it.
-        const auto status = keyring_.copyMatching(question, result);
+        const auto status = keyring_.read(name, Search::quiet, result);
         if (status != errSecSuccess) {
             return status == errSecInteractionNotAllowed ? errSecItemNotFound : status;
         }
     }
-    question.emplace(kSecReturnData, true);
-    if (mark == keyringMark) {
-        question.emplace(kSecMatchKnownItem, true);
-    }
-    return keyring_.copyMatching(question, result);
+    return keyring_.read(name, recorded == Place::keyring ? Search::thorough : Search::usual, result);
 }
 
-/// What stands in the mark's file: one of the two marks, or a text that is neither; empty where it cannot be
-/// read.
-std::string DeviceCredentialStore::rememberedMark(std::string_view service) const
+/// Asks the sealed files for what an open keyring does not have.
+OSStatus DeviceCredentialStore::askSealedFiles(const ItemName& name, SecResult& result)
 {
-    std::string mark;
+    const auto status = sealedFiles_.read(name, Search::usual, result);
+    if (status == errSecItemNotFound) {
+        place_ = Place::keyring;
+    } else if (status == errSecSuccess || status == errSecDecode) {
+        place_ = Place::sealedFiles;
+    }
+    return status;
+}
+
+/// What the location record says: unknown where it cannot be read, or is damaged.
+DeviceCredentialStore::Place DeviceCredentialStore::recordedPlace(const ItemName& name) const
+{
+    auto place = Place::unknown;
     statusOf([&] {
         const auto folder = PrivateFolder::open(stateFolder_);
-        if (const auto bytes = folder ? folder->read(markName(service)) : std::nullopt) {
-            mark = *bytes;
-        }
+        const auto text = folder ? folder->read(recordName(name)) : std::nullopt;
+        place = text == recordOfKeyring   ? Place::keyring
+            : text == recordOfSealedFiles ? Place::sealedFiles
+                                          : Place::unknown;
         return errSecSuccess;
     });
-    return mark;
+    return place;
 }
 
-/// Writes the mark. A failure is ignored: the next start goes by the mark before.
-void DeviceCredentialStore::remember(const SecDictionary& entries, std::string_view mark) const
+/// Writes the location record. A failure is ignored: the next start goes by the record before.
+void DeviceCredentialStore::record(const ItemName& name, Place place) const
 {
-    const auto service = requireName(entries).service;
-    if (rememberedMark(service) == mark) {
+    if (recordedPlace(name) == place) {
         return;
     }
     statusOf([&] {
-        PrivateFolder::openOrCreate(stateFolder_).write(markName(service), mark);
+        PrivateFolder::openOrCreate(stateFolder_)
+            .write(recordName(name), place == Place::keyring ? recordOfKeyring : recordOfSealedFiles);
         return errSecSuccess;
     });
 }

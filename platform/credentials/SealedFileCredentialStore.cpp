@@ -1,7 +1,6 @@
 #include "platform/credentials/SealedFileCredentialStore.h"
 
-#include "platform/credentials/ItemName.h"
-#include "platform/credentials/Status.h"
+#include "platform/credentials/FileName.h"
 #include "platform/crypto/RandomBytes.h"
 
 #include <system_error>
@@ -17,15 +16,14 @@ constexpr auto deviceKeyName = "device.key";
 
 /// Where an item lies, and what its box is bound to.
 struct SealedFileCredentialStore::Item {
-    std::string fileName;
-    std::string context;
-
-    static Item named(const SecDictionary& entries)
+    explicit Item(const ItemName& name)
+        : context(fileNamePart(name.service) + "_" + fileNamePart(name.account))
     {
-        const auto [service, account] = requireName(entries);
-        const auto name = fileNamePart(service) + "_" + fileNamePart(account);
-        return {name + ".sealed", name};
     }
+
+    std::string context;
+    std::string fileName = context + ".sealed";
+    std::string removalName = fileName + ".removed";
 };
 
 SealedFileCredentialStore::SealedFileCredentialStore(std::filesystem::path dataFolder,
@@ -34,29 +32,18 @@ SealedFileCredentialStore::SealedFileCredentialStore(std::filesystem::path dataF
 {
 }
 
-OSStatus SealedFileCredentialStore::copyMatching(const SecDictionary& query, SecResult& result) noexcept
+OSStatus SealedFileCredentialStore::read(const ItemName& name, Search search, SecResult& result) noexcept
 {
     return statusOf([&] {
-        result.emplace<std::monostate>();
-        const auto item = Item::named(query);
-        if (!query.contains(kSecReturnData)) {
-            return check(item);
-        }
-        SecretString data;
-        const auto status = read(item, data);
-        if (status == errSecSuccess) {
-            result = std::move(data);
-        }
-        return status;
+        result.reset();
+        return search == Search::quiet ? check(Item(name)) : read(Item(name), result);
     });
 }
 
-OSStatus SealedFileCredentialStore::update(const SecDictionary& query,
-                                           const SecDictionary& attributes) noexcept
+OSStatus SealedFileCredentialStore::update(const ItemName& name, const SecretString& data) noexcept
 {
     return statusOf([&] {
-        const auto item = Item::named(query);
-        const auto& data = requireData(attributes);
+        const Item item(name);
         const auto status = checkIsKnown(item);
         if (status == errSecDecode) {
             PrivateFolder::openOrCreate(dataFolder_).setAside(item.fileName);
@@ -70,11 +57,10 @@ OSStatus SealedFileCredentialStore::update(const SecDictionary& query,
     });
 }
 
-OSStatus SealedFileCredentialStore::add(const SecDictionary& attributes) noexcept
+OSStatus SealedFileCredentialStore::add(const ItemName& name, const SecretString& data) noexcept
 {
     return statusOf([&] {
-        const auto item = Item::named(attributes);
-        const auto& data = requireData(attributes);
+        const Item item(name);
         const auto status = check(item);
         if (status == errSecItemNotFound) {
             create(item, data);
@@ -84,13 +70,13 @@ OSStatus SealedFileCredentialStore::add(const SecDictionary& attributes) noexcep
     });
 }
 
-OSStatus SealedFileCredentialStore::remove(const SecDictionary& query) noexcept
+OSStatus SealedFileCredentialStore::remove(const ItemName& name) noexcept
 {
     return statusOf([&] {
-        const auto item = Item::named(query);
+        const Item item(name);
         const auto status = checkIsKnown(item);
         if (status == errSecSuccess) {
-            PrivateFolder::openOrCreate(dataFolder_).remove(item.fileName);
+            remove(item);
         }
         return status;
     });
@@ -101,23 +87,22 @@ OSStatus SealedFileCredentialStore::visit(const Item& item, Open open) const
 {
     const auto folder = PrivateFolder::open(dataFolder_);
     auto box = folder ? folder->read(item.fileName) : std::nullopt;
-    if (!box) {
+    if (!box || isRemoved(item, *box)) {
         return errSecItemNotFound;
     }
     const auto key = deviceKey();
     return key && open(SealingKey(*key), item.context, std::move(*box)) ? errSecSuccess : errSecDecode;
 }
 
-OSStatus SealedFileCredentialStore::read(const Item& item, SecretString& data)
+OSStatus SealedFileCredentialStore::read(const Item& item, SecResult& result)
 {
     return visit(item, [&](SealingKey key, std::string_view context, SecretString box) {
         const std::string tag(tagOf(box));
-        auto opened = unseal(key, context, std::move(box));
-        if (opened) {
-            data = std::move(*opened);
+        result = unseal(key, context, std::move(box));
+        if (result) {
             knownBoxes_.insert(tag);
         }
-        return opened.has_value();
+        return result.has_value();
     });
 }
 
@@ -162,6 +147,29 @@ void SealedFileCredentialStore::write(const PrivateFolder& folder, const Item& i
     const auto box = seal(key, item.context, data);
     knownBoxes_.emplace(tagOf(box)); // before: a write that fails may have reached the disk
     folder.write(item.fileName, box);
+}
+
+/// Removes the file; where that cannot be done, the tag of its box in the state folder says that it is
+/// removed.
+void SealedFileCredentialStore::remove(const Item& item) const
+{
+    const auto folder = PrivateFolder::openOrCreate(dataFolder_);
+    try {
+        folder.remove(item.fileName);
+    } catch (const std::system_error&) {
+        const auto box = folder.read(item.fileName);
+        if (!box) {
+            throw; // only its folder could not be flushed
+        }
+        PrivateFolder::openOrCreate(stateFolder_).write(item.removalName, tagOf(*box));
+    }
+}
+
+bool SealedFileCredentialStore::isRemoved(const Item& item, std::string_view box) const
+{
+    const auto folder = PrivateFolder::open(stateFolder_);
+    const auto tag = folder ? folder->read(item.removalName) : std::nullopt;
+    return tag == tagOf(box);
 }
 
 /// The key, or nothing where there is none of the right size.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/credentials/Keychain.h"
+#include "platform/credentials/CredentialStore.h"
 #include "platform/crypto/SealedBox.h"
 #include "platform/system/PrivateFolder.h"
 
@@ -16,16 +16,17 @@ namespace MirrowvaleAuthenticator {
 /// key that lies apart in its state folder.
 ///
 /// A file that does not open under the key reads as `errSecDecode`; before an update replaces such a file,
-/// its bytes are set aside beside it. One that this store has neither read nor written (another process has)
-/// is never replaced: an update answers `errSecInvalidItemRef`.
+/// its bytes are set aside beside it. An item whose file cannot be removed (its folder has become read-only)
+/// is recorded as removed in the state folder. One that this store has neither read nor written (another
+/// process has) is never replaced: an update answers `errSecInvalidItemRef`.
 class SealedFileCredentialStore : public CredentialStore {
 public:
     SealedFileCredentialStore(std::filesystem::path dataFolder, std::filesystem::path stateFolder);
 
-    OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept override;
-    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) noexcept override;
-    OSStatus add(const SecDictionary& attributes) noexcept override;
-    OSStatus remove(const SecDictionary& query) noexcept override;
+    OSStatus read(const ItemName& name, Search search, SecResult& result) noexcept override;
+    OSStatus update(const ItemName& name, const SecretString& data) noexcept override;
+    OSStatus add(const ItemName& name, const SecretString& data) noexcept override;
+    OSStatus remove(const ItemName& name) noexcept override;
 
 private:
     struct Item;
@@ -33,12 +34,14 @@ private:
     /// @param open  takes key, context and box, and says whether the box opens
     template <typename Open>
     OSStatus visit(const Item& item, Open open) const;
-    OSStatus read(const Item& item, SecretString& data);
+    OSStatus read(const Item& item, SecResult& result);
     OSStatus check(const Item& item) const;
     OSStatus checkIsKnown(const Item& item) const;
     void create(const Item& item, const SecretString& data);
     void replace(const Item& item, const SecretString& data);
     void write(const PrivateFolder& folder, const Item& item, SealingKey key, const SecretString& data);
+    void remove(const Item& item) const;
+    bool isRemoved(const Item& item, std::string_view box) const;
     std::optional<SecretBytes> deviceKey() const;
     SecretBytes flushedDeviceKey() const;
 

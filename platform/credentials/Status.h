@@ -1,14 +1,30 @@
 #pragma once
 
-#include "platform/credentials/Keychain.h"
-
+#include <cstdint>
 #include <exception>
 #include <new>
 #include <system_error>
 
-/// The statuses of what fails in a credential store: of exceptions and `errno`. Those of the keyring's
-/// library are told in `keyring/SecretServiceStatus.h`.
+/// What a credential store's operations answer, and the statuses of exceptions and of `errno`. Those of the
+/// keyring's library stand in `keyring/SecretServiceStatus.h`.
 namespace MirrowvaleAuthenticator {
+
+/// A result of a keychain call: 0, or the platform's public error code.
+using OSStatus = std::int32_t;
+
+inline constexpr OSStatus errSecSuccess = 0;
+inline constexpr OSStatus errSecDiskFull = -34;
+inline constexpr OSStatus errSecIO = -36;
+inline constexpr OSStatus errSecParam = -50;
+inline constexpr OSStatus errSecWrPerm = -61; ///< the file system does not let this user read or write
+inline constexpr OSStatus errSecAllocate = -108; ///< memory or the table of open files is full
+inline constexpr OSStatus errSecUserCanceled = -128;
+inline constexpr OSStatus errSecNotAvailable = -25291; ///< there is no store to talk to
+inline constexpr OSStatus errSecDuplicateItem = -25299;
+inline constexpr OSStatus errSecItemNotFound = -25300;
+inline constexpr OSStatus errSecInvalidItemRef = -25304; ///< another process has changed the item
+inline constexpr OSStatus errSecInteractionNotAllowed = -25308; ///< locked, and not to be unlocked now
+inline constexpr OSStatus errSecDecode = -26275; ///< damaged or tampered with: does not authenticate
 
 /// Ends an operation of a credential store with a status.
 struct StatusError : std::exception {

@@ -1,6 +1,7 @@
 #include "platform/system/PrivateFolder.h"
 
 #include "platform/system/SystemCall.h"
+#include "platform/text/UUID.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -16,6 +17,9 @@ namespace {
 
 /// In bytes, far beyond any list of tokens: what a damaged file can make this process allocate.
 constexpr off_t largestFile = off_t(1) << 30;
+
+/// Begins the ending of a temporary file's name.
+constexpr std::string_view unfinished = ".new";
 
 std::filesystem::path homeFolderPath()
 {
@@ -249,8 +253,8 @@ std::optional<SecretString> PrivateFolder::read(const std::string& name) const
 
 void PrivateFolder::write(const std::string& name, std::string_view bytes) const
 {
-    const auto temporary = name + ".new";
-    removeFrom(folder_.get(), temporary); // left by an interrupted write
+    const auto temporary =
+        name + std::string(unfinished) + "-" + UUID::random().string(); // no other writer's
     try {
         const auto file =
             opened(folder_.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
@@ -271,6 +275,18 @@ void PrivateFolder::write(const std::string& name, std::string_view bytes) const
         throw;
     }
     flush();
+}
+
+void PrivateFolder::removeUnfinished() const
+{
+    std::error_code error;
+    const auto path = "/proc/self/fd/" + std::to_string(folder_.get());
+    for (const auto& entry : std::filesystem::directory_iterator(path, error)) {
+        const auto name = entry.path().filename();
+        if (name.extension().string().starts_with(unfinished)) {
+            removeFrom(folder_.get(), name);
+        }
+    }
 }
 
 void PrivateFolder::remove(const std::string& name) const

@@ -34,8 +34,11 @@ public:
     std::optional<SecretString> read(const std::string& name) const;
 
     /// Replaces or creates a file so that at every moment, a power cut included, the old or the new one is
-    /// whole: temporary file, flush, rename, flush of the folder.
+    /// whole: temporary file under a name of its own, flush, rename, flush of the folder.
     void write(const std::string& name, std::string_view bytes) const;
+
+    /// Removes the temporary files of writes that never ended. Nobody else may be writing.
+    void removeUnfinished() const;
 
     /// Removes a file, if it exists, and flushes the folder.
     void remove(const std::string& name) const;

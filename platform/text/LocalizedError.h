@@ -6,14 +6,14 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// The base of every error that is shown to the user: one English sentence, shown as it stands.
+/// An error with a sentence of its own for the user, in English. The add form shows it as it stands; that of
+/// a load or save stands in `TokenStore::lastError`, which no screen shows.
 class LocalizedError : public std::exception {
 public:
+    explicit LocalizedError(std::string errorDescription) : description_(std::move(errorDescription)) { }
+
     const std::string& errorDescription() const noexcept { return description_; }
     const char* what() const noexcept override { return description_.c_str(); }
-
-protected:
-    explicit LocalizedError(std::string errorDescription) : description_(std::move(errorDescription)) { }
 
 private:
     std::string description_;

@@ -74,8 +74,6 @@ def asOrdinaryUser(home, environment, script, program, folder, *rest):
     """Gives the home to a user without privileges, with a copy of what that user may not be able to reach.
     @returns the command's words, and as whom to run it"""
     shutil.copytree(pathlib.Path(script).parent, home / "tests")
-    for module in pathlib.Path(program).parent.glob("mirrowvale-keyring-*.so"):
-        shutil.copy(module, home)
     copied = shutil.copy(program, home)
     leaks = pathlib.Path(__file__).resolve().parents[1] / "toolkit-leaks.txt"
     environment["LSAN_OPTIONS"] = environment.get("LSAN_OPTIONS", "").replace(str(leaks), shutil.copy(leaks, home))

@@ -1,6 +1,6 @@
 #include "core/StoredForm.h"
 #include "storage/KeychainTokenStore.h"
-#include "tests/support/KeychainEntries.h"
+#include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -46,7 +46,7 @@ TEST(KeptFiles, sealedFileAndDeviceKeyAreRead)
 {
     const TemporaryHome home;
     std::filesystem::copy(keptFiles, home.root, std::filesystem::copy_options::recursive);
-    const auto tokens = KeychainTokenStore(tokenStoreService, "vault").load();
+    const auto tokens = KeychainTokenStore(tokenStoreItem.service, tokenStoreItem.account).load().tokens;
     EXPECT_EQ(encodeTokens(tokens), encodeTokens(keptTokens()));
 }
 

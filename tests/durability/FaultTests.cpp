@@ -1,3 +1,5 @@
+#include "storage/TokenUnion.h"
+
 #include "tests/durability/SystemCallTap.h"
 #include "tests/durability/Vault.h"
 #include "tests/support/ChildProcess.h"
@@ -219,6 +221,53 @@ TEST(Fault, OfTheDiskIsToldAndTheNextSaveWorks)
     EXPECT_EQ(Vault::save(store, 1), "");
 }
 
+TEST(Fault, OfTheReservesFolderBringsNothingBackThatWasStored)
+{
+    Vault vault;
+    EXPECT_TRUE(passed(startApart([&] {
+        if (!mountSmallDisk(vault.home.root)) {
+            std::cout << "no disk can be mounted here\n";
+            return;
+        }
+        using enum ScriptedCredentialStore::Operation;
+        vault.keyring.answerAlways(errSecSuccess);
+        ASSERT_EQ(Vault::save(1), "");
+        TokenStore store;
+        const auto both = united(numberedList(1), numberedList(2));
+        vault.keyring.answerAlways(update, errSecDiskFull);
+        store.tokens = both;
+        store.persist(); // list 2 is in the reserve
+        vault.keyring.answerAlways(errSecSuccess);
+        const auto folder = vault.home.data();
+        ASSERT_EQ(mount(folder.c_str(), folder.c_str(), "", MS_BIND, ""), 0);
+        ASSERT_EQ(mount("", folder.c_str(), "", MS_REMOUNT | MS_BIND | MS_RDONLY, ""), 0);
+        EXPECT_EQ(Vault::found(), "list 1 + list 2");
+        EXPECT_EQ(Vault::save(1), ""); // list 2 is deleted
+        EXPECT_EQ(Vault::found(), listName(1));
+        ASSERT_EQ(umount(folder.c_str()), 0);
+        EXPECT_EQ(Vault::found(), listName(1));
+        vault.keyring.answerAlways(update, errSecDiskFull);
+        TokenStore later;
+        later.tokens = both;
+        later.persist();
+        vault.keyring.answerAlways(errSecSuccess);
+        EXPECT_EQ(Vault::found(), "list 1 + list 2") << "a new reserve counts";
+    })));
+}
+
+TEST(Fault, OfAWriteThatNeverEndedLeavesNothingBehind)
+{
+    const Vault vault;
+    ASSERT_EQ(Vault::save(1), "");
+    for (const auto* name : {"x.sealed.new", "x.sealed.new-1"}) {
+        overwrite(vault.home.data() / name, "half");
+    }
+    const auto before = vault.files();
+    PrivateFolder::openOrCreate(vault.home.data()).removeUnfinished();
+    EXPECT_EQ(vault.files(), before);
+    EXPECT_EQ(std::distance(fs::directory_iterator(vault.home.data()), {}), 1);
+}
+
 TEST(Fault, NoneBelowAFolderThatThisUserMayNotReadOrChange)
 {
     constexpr uid_t nobody = 65534;
@@ -315,10 +364,10 @@ TEST(Fault, OfAnyLengthAndAnyBitIsTold)
     EXPECT_EQ(Vault::save(1), "");
     EXPECT_NE(contents(vault.item), sealed) << "sealed twice under one nonce";
 
-    EXPECT_EQ(SecItemAdd(item(vault.service, "other", "[]")), errSecSuccess);
-    overwrite(vault.item, contents(vault.home.data() / (std::string(vault.service) + "_other.sealed")));
+    EXPECT_EQ(credentialStore().add({tokenStoreItem.service, "other"}, "[]"), errSecSuccess);
+    overwrite(vault.item, contents(vault.home.data() / (tokenStoreItem.service + "_other.sealed")));
     EXPECT_EQ(Vault::found(), statusMessage(errSecDecode)) << "another item's file opens";
-    EXPECT_EQ(SecItemAdd(item(vault.service, "vault", "[]")), errSecDuplicateItem);
+    EXPECT_EQ(credentialStore().add(tokenStoreItem, "[]"), errSecDuplicateItem);
 }
 
 } // namespace MirrowvaleAuthenticator

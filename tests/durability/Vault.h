@@ -2,6 +2,8 @@
 
 #include "platform/credentials/DeviceCredentialStore.h"
 #include "platform/credentials/SealedFileCredentialStore.h"
+#include "platform/keychain/Keychain.h"
+#include "storage/KeychainTokenStoreError.h"
 #include "storage/TokenStore.h"
 #include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/TemporaryHome.h"
@@ -63,25 +65,15 @@ class Vault {
 public:
     explicit Vault(const fs::path& parent = quickFolder()) : home(parent)
     {
-        letKeyringAnswer(errSecNotAvailable);
+        keyring.answerAlways(errSecNotAvailable);
         restart();
     }
     ~Vault() { current = previous; }
 
-    static constexpr auto service = tokenStoreService;
     const TemporaryHome home;
-    const fs::path item = home.data() / (std::string(service) + "_vault.sealed");
+    const fs::path item = home.data() / (tokenStoreItem.service + "_vault.sealed");
     const fs::path key = home.state() / "device.key";
     ScriptedCredentialStore keyring;
-
-    /// From now on, all operations of the keyring answer this; success: they do what they should.
-    void letKeyringAnswer(OSStatus status)
-    {
-        using enum ScriptedCredentialStore::Operation;
-        for (const auto operation : {copyMatching, update, add}) {
-            keyring.answerAlways(operation, status);
-        }
-    }
 
     /// The program ends; the next one finds out anew where its list lives.
     static void restart()
@@ -126,7 +118,7 @@ public:
     {
         std::multiset<std::string> result;
         for (const auto& entry : fs::recursive_directory_iterator(home.root)) {
-            if (entry.is_regular_file() && entry.path().extension() != ".new") {
+            if (entry.is_regular_file() && !entry.path().extension().string().starts_with(".new")) {
                 result.insert(contents(entry));
             }
         }
@@ -139,8 +131,9 @@ public:
         auto kept = files();
         for (const auto* account : {"vault", "vault.unreadable-1", "vault.unreadable-2"}) {
             SecResult result;
-            if (SecItemCopyMatching(itemSearch(service, account), result) == errSecSuccess) {
-                kept.emplace(std::get<SecretString>(result));
+            if (credentialStore().read({tokenStoreItem.service, account}, Search::usual, result)
+                == errSecSuccess) {
+                kept.emplace(*result);
             }
         }
         return std::ranges::includes(kept, treasures);
@@ -179,10 +172,7 @@ inline constexpr Start starts[] = {
     {"item damaged", [](const Vault& vault) { overwrite(vault.item, "damaged"); }},
     {"key lost", [](const Vault& vault) { fs::remove_all(vault.home.root / "state"); }},
     {"key cut short", [](const Vault& vault) { fs::resize_file(vault.key, 31); }},
-    {"item undecodable",
-     [](const Vault& vault) {
-         SecItemUpdate(itemName(vault.service, "vault"), itemContent(Start::undecodable));
-     }},
+    {"item undecodable", [](const Vault&) { credentialStore().update(tokenStoreItem, Start::undecodable); }},
 };
 
 } // namespace MirrowvaleAuthenticator

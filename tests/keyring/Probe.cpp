@@ -1,9 +1,9 @@
 // Works on the credential store as the application does, one command a line on standard input, and answers
 // each with one line.
 
-#include "platform/credentials/Keychain.h"
+#include "platform/keychain/Keychain.h"
 #include "storage/TokenStore.h"
-#include "tests/support/KeychainEntries.h"
+#include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/Tokens.h"
 
 #include <algorithm>
@@ -16,34 +16,38 @@ using namespace MirrowvaleAuthenticator;
 
 namespace {
 
-constexpr auto service = tokenStoreService;
 std::optional<TokenStore> store;
+
+ItemName itemNamed(const std::string& account)
+{
+    return {tokenStoreItem.service, account};
+}
 
 /// Status, data.
 std::string find(const std::string& account)
 {
     SecResult result;
-    const auto status = SecItemCopyMatching(itemSearch(service, account), result);
-    const auto* data = std::get_if<SecretString>(&result);
-    return std::to_string(status) + (data == nullptr ? "" : " " + std::string(*data));
+    const auto status = credentialStore().read(itemNamed(account), Search::usual, result);
+    return std::to_string(status) + (result ? " " + std::string(*result) : "");
 }
 
 /// Status of the update, then that of an add where one follows; or of the search without which the
 /// application saves nothing.
-std::string save(const std::string& account, const std::string& data)
+std::string save(const std::string& account, const std::string& text)
 {
     static std::set<std::string> seen;
+    const auto name = itemNamed(account);
+    const SecretString data(text);
     if (seen.insert(account).second) {
         SecResult ignored;
-        const auto found = SecItemCopyMatching(itemSearch(service, account), ignored);
+        const auto found = credentialStore().read(name, Search::usual, ignored);
         if (found != errSecSuccess && found != errSecItemNotFound) {
             return std::to_string(found);
         }
     }
-    const auto updated = SecItemUpdate(itemName(service, account), itemContent(data));
-    return updated != errSecItemNotFound
-        ? std::to_string(updated)
-        : std::to_string(updated) + " " + std::to_string(SecItemAdd(item(service, account, data)));
+    const auto updated = credentialStore().update(name, data);
+    return std::to_string(updated)
+        + (updated == errSecItemNotFound ? " " + std::to_string(credentialStore().add(name, data)) : "");
 }
 
 /// Adds tokens whose issuers descend, and saves the list.

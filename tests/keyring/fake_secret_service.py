@@ -41,14 +41,15 @@ class Service:
     """Objects are known by their paths; an item's path begins with that of its collection."""
 
     script = {
-        "prompt": "grant",  # what a prompt leads to: "grant", "dismiss", or the service's "exit"
+        "prompt": "grant",  # what a prompt leads to: "grant", "dismiss", both one after the other, the service's
+        # "exit", or nothing ("wait")
         "prompts to create": True,  # whether making a collection asks first
         "default": True,  # whether there is a default collection at the start
         "lists default": True,  # whether it stands among the collections
         "shows default": True,  # whether it is an object under its own path
         "has alias": True,  # whether its alias is an object, too
         "locks again": False,  # after each use of an item
-        "hides": False,  # what is locked, and what it holds
+        "hides": False,  # what is locked: from a search, and what it holds as well; "search": from a search alone
         "silent": [],  # methods that are never answered; true: all of them
         "keeps schema": True,
         "fails": {},  # by method: the error's name, or "exit"
@@ -119,7 +120,7 @@ class Service:
         path = self.default if path.endswith("/aliases/default") else path
         item = self.items.get(path, {"attributes": {}})
         values = {"Collections": [p for p in self.collections if self.script["lists default"] or p != self.default],
-                  "Items": [] if self.script["hides"] and self.lockedCollection(path) else
+                  "Items": [] if self.script["hides"] is True and self.lockedCollection(path) else
                            [p for p in self.items if p.startswith(path)], "Attributes": item["attributes"],
                   "Label": item.get("label", ""), "Locked": self.lockedCollection(path) is not None, "Created": 1,
                   "Modified": item.get("changed", 1)}
@@ -181,6 +182,8 @@ class Service:
         if "CreateItem" in self.script["forgets"]:
             return collection + "/0", "/"
         data = "" if "data" in self.script["forgets"] else bytes(secret[2]).decode("latin-1")
+        for path in [path for path, item in self.items.items() if item["attributes"] == attributes and replaces]:
+            del self.items[path]
         return self.put(collection, {"attributes": attributes, "data": data,
                                      "label": properties["org.freedesktop.Secret.Item.Label"]}), "/"
 
@@ -195,14 +198,19 @@ class Service:
             self.items[path].update(data=bytes(secret[2]).decode("latin-1"), changed=self.clock)
 
     def Prompt(self, path, window):
-        def complete():
-            if self.script["prompt"] == "exit":
-                os._exit(0)
-            granted = self.script["prompt"] == "grant"
+        def complete(granted):
             result = self.prompts[path]() if granted else GLib.Variant("s", "")
             self.bus.emit_signal(None, path, "org.freedesktop.Secret.Prompt", "Completed",
                                  GLib.Variant("(bv)", (not granted, result)))
-        GLib.idle_add(complete)
+
+        def lead():
+            if self.script["prompt"] == "exit":
+                os._exit(0)
+            if self.script["prompt"] != "wait":
+                complete(self.script["prompt"] == "grant")
+            if self.script["prompt"] == "dismiss, then grant":
+                complete(True)
+        GLib.idle_add(lead)
 
 
 service = Service(Gio.bus_get_sync(Gio.BusType.SESSION))

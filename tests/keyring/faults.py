@@ -1,8 +1,10 @@
 """The credential store over keyrings that differ, fail, forget and go away, as a scripted service plays them."""
 
+import itertools
 import json
 import shutil
 import sys
+import time
 
 import harness
 from harness import Fake, attributes, first, second
@@ -81,9 +83,9 @@ class FaultTest(harness.KeyringTest):
     def testOfSeveralItemsTheLastChangedIsUsed(self):
         other = {**attributes, "account": "other"}
         fake = Fake(self, items={"old": {"attributes": attributes, "data": "0"},
-                                 "new": {"attributes": attributes, "data": first, "changed": 9},
+                                 "new": {"attributes": attributes, "data": first, "changed": 1 << 39},
                                  "older": {"attributes": attributes, "data": "1"},
-                                 "newest": {"attributes": other, "data": "2", "changed": 10}})
+                                 "newest": {"attributes": other, "data": "2", "changed": 1 << 40}})
         self.assertEqual(self.probe()("find vault"), f"{success} {first}")
         self.assertEqual(self.probe()(f"save vault {second}"), success)
         self.assertEqual([item["data"] for item in fake.look().items], ["0", second, "1", "2"])
@@ -164,7 +166,7 @@ class FaultTest(harness.KeyringTest):
 
     def testWithoutItsKeyringAnItemIsNeverNotFound(self):
         self.create()  # as a sealed file, which is then no more than a stray one
-        self.mark.write_text("keyring\n")
+        self.record.write_text("keyring\n")
         probe = self.probe()
         for end, begin in ((lambda: None, lambda: Fake(self)), (self.bus.end, self.startBus)):
             end()
@@ -194,10 +196,10 @@ class FaultTest(harness.KeyringTest):
                 failure = failed.format(status) if status else ""
                 fake.end() if script is None else fake.tell(**script)
                 if losesState:
-                    shutil.rmtree(self.mark.parent)
+                    shutil.rmtree(self.record.parent)
                 probe = self.probe()
                 self.assertEqual((probe("list"), probe("append 1 B")), ("0 sorted " + failure, "1 sorted " + failure))
-                self.assertEqual(self.probe()("list"), ("1" if losesState else "0") + " sorted " + failure)
+                self.assertEqual(self.probe()("list"), "1 sorted " + failure)
                 back = {"locked": {"login": False}, "silent": [], "hides": False}
                 fake = (Fake(self, items={"login": {key: items[0][key] for key in ("attributes", "data")}})
                         if script is None else fake.tell(**back))
@@ -211,26 +213,28 @@ class FaultTest(harness.KeyringTest):
 
     def testNotFoundIsSaidOnlyByAnOpenKeyring(self):
         granted, dismissed = "3 sorted ", "0 sorted " + failed.format(cancelled)
-        for collection, isMarked, script, answer in (
-            ("login", True, {}, granted), ("login", True, {"lists default": False}, granted),
-            ("login", False, {}, granted), ("login", False, {"prompt": "dismiss"}, dismissed),
-            ("work", True, {}, granted), ("work", True, {"prompt": "dismiss"}, dismissed),
-        ):
-            with self.subTest(collection=collection, isMarked=isMarked, script=script):
+        rows = (("login", True, {}, granted), ("login", True, {"lists default": False}, granted),
+                ("login", False, {}, granted), ("login", False, {"prompt": "dismiss"}, dismissed),
+                ("work", True, {}, granted), ("work", True, {"prompt": "dismiss"}, dismissed))
+        for (collection, isRecorded, script, answer), hides in itertools.product(rows, (True, "search")):
+            with self.subTest(collection=collection, isRecorded=isRecorded, script=script, hides=hides):
                 self.startOver()
                 fake = Fake(self)
                 self.probe()("append 3 A")
                 data = fake.look().items[0]["data"]
                 fake.end()
                 fake = Fake(self, items={collection: {"attributes": attributes, "data": data}}, **script)
-                if not isMarked:
-                    self.mark.unlink()
-                fake.tell(locked={collection: True}, hides=True)
+                if not isRecorded:
+                    self.record.unlink()
+                fake.tell(locked={collection: True}, hides=hides)
                 probe = self.probe()
                 self.assertEqual(probe("list"), answer)
                 if answer == granted:
                     fake.tell(locked={collection: True})  # between a load and a save, too
                     self.assertEqual((probe("append 1 B"), len(fake.look().items)), ("4 sorted ", 1))
+                else:
+                    fake.tell(prompt="grant")
+                    self.assertEqual((self.probe()("append 1 B"), len(fake.look().items)), ("4 sorted ", 1))
 
     def testAListThatExistsNowhereIsCreatedInTheSealedFile(self):
         for script in ({"fails": {"SearchItems": "org.freedesktop.DBus.Error.AccessDenied"}}, {"silent": True}):
@@ -246,12 +250,19 @@ class FaultTest(harness.KeyringTest):
                 fake.tell(locked={"login": True}, prompt="dismiss", hides=True)
                 self.assertEqual((self.probe()("list"), fake.look().prompts), ("2 sorted ", 0))
 
-    def testALockedCollectionThatShowsItsItemsIsNotOpenedOnSuspicion(self):
-        other = {"work": {"attributes": {"account": "other"}, "data": ""}}
-        fake = Fake(self, items=other, locked={"work": True}, prompt="dismiss")
-        self.mark.parent.mkdir(parents=True)
-        self.mark.write_text("keyring\n")
-        self.assertEqual((self.probe()("list"), fake.look().prompts), ("0 sorted ", 0))
+    def testWhatIsAddedSurvivesTheEndOfTheSessionDuringItsPrompt(self):
+        fake = Fake(self)
+        probe = self.probe()
+        probe("append 3 A")
+        prompts = fake.tell(locked={"login": True}, prompt="wait").prompts
+        probe.send("append 1 B")
+        while fake.look().prompts == prompts:
+            time.sleep(0.01)
+        harness.Talk.end(probe)
+        fake.tell(prompt="dismiss")
+        self.assertEqual(self.probe()("list"), "1 sorted " + failed.format(cancelled))
+        fake.tell(prompt="grant")
+        self.assertEqual((self.probe()("list"), self.traces()), ("4 sorted ", inKeyring))
 
     def testAKeyringThatAnotherProcessHasChangedIsUnitedWithOurs(self):
         fake = Fake(self)
@@ -260,14 +271,14 @@ class FaultTest(harness.KeyringTest):
         self.assertEqual((two("append 1 C"), one("append 1 A")), ("2 unsorted ", "3 unsorted "))
         self.assertEqual((self.probe()("list"), len(fake.look().items)), ("3 sorted ", 1))
 
-    def testADamagedOrLostMarkIsNone(self):
+    def testADamagedOrLostRecordIsNone(self):
         fake = Fake(self)
         self.probe()("append 2 A")
         for damage in (None, "", "keyrin", "sealed files"):
-            self.mark.write_text(damage) if damage is not None else self.mark.unlink()
+            self.record.write_text(damage) if damage is not None else self.record.unlink()
             self.assertEqual((self.probe()("list"), self.traces(), fake.look().prompts), ("2 sorted ", inKeyring, 0))
         fake.end()
-        self.mark.write_text("keyrin")
+        self.record.write_text("keyrin")
         probe = self.probe()
         self.assertEqual((probe("list"), probe("append 1 A")), ("0 sorted ", "1 sorted "))
 
@@ -276,7 +287,8 @@ class FaultTest(harness.KeyringTest):
         probe = self.probe()
         probe("list")
         for prompt, command, answer in (("dismiss", "find vault", cancelled), ("grant", "append 1 A", "1 sorted "),
-                                        ("dismiss", "append 1 B", "2 sorted " + failed.format(cancelled))):
+                                        ("dismiss", "append 1 B", "2 sorted " + failed.format(cancelled)),
+                                        ("dismiss, then grant", "append 1 C", "3 sorted " + failed.format(cancelled))):
             prompts = fake.tell(locked={"login": True}, prompt=prompt).prompts
             self.assertEqual(probe(command), answer)
             self.assertEqual(fake.look().prompts, prompts + 1)

@@ -87,7 +87,7 @@ class KeyringTest(unittest.TestCase):
     def setUp(self):
         self.home = pathlib.Path(tempfile.mkdtemp(prefix="mirrowvale-test-"))
         self.addCleanup(shutil.rmtree, self.home, ignore_errors=True)
-        self.mark = self.home / ".local/state/mirrowvale-authenticator/app.mirrowvale.authenticator.tokens.location"
+        self.record = self.home / ".local/state/mirrowvale-authenticator/app.mirrowvale.authenticator.tokens.location"
         runtime = self.home / "runtime"
         runtime.mkdir(mode=0o700)
         (self.home / "services").mkdir()
@@ -109,6 +109,6 @@ class KeyringTest(unittest.TestCase):
         return Probe(self, [probe], {**self.environment, **environment})
 
     def traces(self):
-        """The marks of where items live, and the sealed files."""
-        return ([self.mark.read_text()] if self.mark.exists() else [],
+        """The location records, and the sealed files."""
+        return ([self.record.read_text()] if self.record.exists() else [],
                 [path.name for path in self.home.glob(".local/share/*/*.sealed")])

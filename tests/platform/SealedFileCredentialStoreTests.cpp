@@ -1,6 +1,5 @@
 #include "platform/credentials/SealedFileCredentialStore.h"
 
-#include "tests/support/KeychainEntries.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -14,25 +13,18 @@ TEST(SealedFileStore, keepsItemsApartWhateverTheirNames)
     const TemporaryHome home;
     SealedFileCredentialStore store(home.data(), home.state());
     constexpr auto service = "org.test/service name.tokens";
-    const auto names = {"", "Vault", "vault", "vault3", "vault/", "vault+", "../vault", "..%2Fvault"};
-    EXPECT_EQ(store.update(itemName(service, "vault"), itemContent("early")), errSecItemNotFound);
+    const auto accounts = {"", "Vault", "vault", "vault3", "vault/", "vault+", "../vault", "..%2Fvault"};
+    EXPECT_EQ(store.update({service, "vault"}, "early"), errSecItemNotFound);
     EXPECT_FALSE(std::filesystem::exists(home.data())) << "nothing is written before there is an item";
-    for (const auto* name : names) {
-        EXPECT_EQ(store.add(item(service, name, name)), errSecSuccess) << name;
+    for (const auto* account : accounts) {
+        EXPECT_EQ(store.add({service, account}, account), errSecSuccess) << account;
     }
     SecResult result;
-    for (const auto* name : names) {
-        EXPECT_EQ(store.copyMatching(itemSearch(service, name), result), errSecSuccess);
-        EXPECT_EQ(std::get<SecretString>(result), std::string_view(name));
+    for (const auto* account : accounts) {
+        EXPECT_EQ(store.read({service, account}, Search::usual, result), errSecSuccess);
+        EXPECT_EQ(result, std::string_view(account));
     }
-    EXPECT_EQ(store.copyMatching(itemSearch("org.test/service", "vault"), result), errSecItemNotFound);
-    for (const auto key : {kSecClass, kSecAttrService, kSecAttrAccount}) {
-        auto nameless = item(service, "vault", "x");
-        nameless.erase(key);
-        EXPECT_EQ(store.add(nameless), errSecParam) << key;
-        EXPECT_EQ(store.update(nameless, itemContent("x")), errSecParam) << key;
-        EXPECT_EQ(store.copyMatching(nameless, result), errSecParam) << key;
-    }
+    EXPECT_EQ(store.read({"org.test/service", "vault"}, Search::usual, result), errSecItemNotFound);
 }
 
 TEST(SealedFileStore, writesOverNothingThatItHasNotRead)
@@ -40,18 +32,17 @@ TEST(SealedFileStore, writesOverNothingThatItHasNotRead)
     const TemporaryHome home;
     SealedFileCredentialStore ours(home.data(), home.state());
     SealedFileCredentialStore theirs(home.data(), home.state()); // as of another process
-    const auto name = itemName("service", "vault");
-    const auto search = itemSearch("service", "vault");
+    const ItemName name{"service", "vault"};
     SecResult result;
-    ASSERT_EQ(ours.add(item("service", "vault", "[1]")), errSecSuccess);
-    EXPECT_EQ(theirs.copyMatching(name, result), errSecSuccess);
-    EXPECT_EQ(theirs.update(name, itemContent("[2]")), errSecInvalidItemRef) << "looked for and not read";
-    EXPECT_EQ(theirs.copyMatching(search, result), errSecSuccess);
-    EXPECT_EQ(theirs.update(name, itemContent("[2]")), errSecSuccess);
-    EXPECT_EQ(ours.update(name, itemContent("[3]")), errSecInvalidItemRef);
-    EXPECT_EQ(ours.copyMatching(search, result), errSecSuccess);
-    EXPECT_EQ(std::get<SecretString>(result), "[2]");
-    EXPECT_EQ(ours.update(name, itemContent("[3]")), errSecSuccess);
+    ASSERT_EQ(ours.add(name, "[1]"), errSecSuccess);
+    EXPECT_EQ(theirs.update(name, "[2]"), errSecInvalidItemRef);
+    EXPECT_EQ(theirs.remove(name), errSecInvalidItemRef);
+    EXPECT_EQ(theirs.read(name, Search::usual, result), errSecSuccess);
+    EXPECT_EQ(theirs.update(name, "[2]"), errSecSuccess);
+    EXPECT_EQ(ours.update(name, "[3]"), errSecInvalidItemRef);
+    EXPECT_EQ(ours.read(name, Search::usual, result), errSecSuccess);
+    EXPECT_EQ(result, "[2]");
+    EXPECT_EQ(ours.update(name, "[3]"), errSecSuccess);
 }
 
 TEST(PrivateFolder, liesWhereTheEnvironmentSays)

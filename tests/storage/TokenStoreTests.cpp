@@ -1,6 +1,7 @@
 #include "storage/TokenStore.h"
 
 #include "core/StoredForm.h"
+#include "platform/keychain/Keychain.h"
 #include "storage/TokenUnion.h"
 #include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/Tokens.h"
@@ -50,15 +51,26 @@ struct Announcements {
 
 class TokenStoreTest : public testing::Test {
 protected:
-    TokenStoreTest() { setenv("LC_ALL", "en_US.UTF-8", 1); }
-
-    void put(std::string_view data) { credentials.put(tokenStoreService, "vault", data); }
-    void put(const std::vector<AuthToken>& tokens) { put(encodeTokens(tokens)); }
-    MaybeText stored(std::string_view account = "vault") const
+    TokenStoreTest()
     {
-        return credentials.data(tokenStoreService, account);
+        setenv("LC_ALL", "en_US.UTF-8", 1);
+        reserve.isShared = true; // as the sealed files are
+        credentials.kept = &reserve;
     }
-    std::vector<AuthToken> storedTokens() const { return decodeTokens(stored().value()); }
+
+    static ItemName aside(int number)
+    {
+        return {tokenStoreItem.service, "vault.unreadable-" + std::to_string(number)};
+    }
+    void put(std::string_view data) { credentials.items[tokenStoreItem] = data; }
+    void put(const std::vector<AuthToken>& tokens) { put(encodeTokens(tokens)); }
+    void keep(const std::vector<AuthToken>& tokens) { reserve.items[tokenStoreItem] = encodeTokens(tokens); }
+    std::vector<AuthToken> storedTokens() const { return decodeTokens(credentials.items.at(tokenStoreItem)); }
+    std::vector<AuthToken> keptTokens() const
+    {
+        const auto found = reserve.items.find(tokenStoreItem);
+        return found == reserve.items.end() ? std::vector<AuthToken>() : decodeTokens(found->second);
+    }
     std::size_t writes() const
     {
         return credentials.callCount(Operation::update) + credentials.callCount(Operation::add);
@@ -69,6 +81,7 @@ protected:
         store.persist();
     }
 
+    ScriptedCredentialStore reserve;
     ScriptedCredentialStore credentials;
     const CredentialStoreOverride inPlace{credentials};
 };
@@ -95,7 +108,7 @@ TEST_F(TokenStoreTest, aLoadSortsByIssuerWithoutRegardToCaseAndWritesNothing)
         EXPECT_EQ(*store.lastError, std::nullopt);
     }
     EXPECT_EQ(writes(), 0U);
-    credentials = {};
+    credentials.items.clear();
     EXPECT_TRUE(TokenStore().tokens->empty());
     EXPECT_EQ(*TokenStore().lastError, std::nullopt);
     EXPECT_EQ(writes(), 0U);
@@ -137,7 +150,7 @@ TEST_F(TokenStoreTest, announcesEachAssignmentOnceBeforeItHappens)
 
     // A failure assigns `lastError` first, a success `tokens`.
     put({tokenNamed("c", "", 7)});
-    credentials.answerNext(Operation::copyMatching, errSecInteractionNotAllowed);
+    credentials.answerNext(Operation::read, errSecInteractionNotAllowed);
     store.load();
     expect({{2, 6, {}}, {2, 6, lockedMessage}});
     EXPECT_TRUE(store.tokens->empty());
@@ -188,7 +201,7 @@ TEST_F(TokenStoreTest, aFailedSaveKeepsTheChangeForTheNextOne)
         credentials.answerNext(operation, errSecInteractionNotAllowed);
         append(store, tokenNamed("a"));
         EXPECT_EQ(*store.lastError, lockedMessage);
-        EXPECT_EQ(stored(), std::nullopt);
+        EXPECT_FALSE(credentials.items.contains(tokenStoreItem));
     }
     EXPECT_EQ(store.tokens->size(), 2U);
     store.persist();
@@ -209,7 +222,7 @@ TEST_F(TokenStoreTest, dataThatIsNoListIsSetAsideOnceBeforeTheFirstSave)
     EXPECT_TRUE(store.tokens->empty());
     EXPECT_NE(store.lastError->value_or(""), "");
     EXPECT_EQ(writes(), 0U);
-    for (const auto operation : {Operation::add, Operation::copyMatching}) {
+    for (const auto operation : {Operation::add, Operation::read}) {
         credentials.answerNext(operation, errSecInteractionNotAllowed);
         append(store, tokenNamed("a"));
         EXPECT_EQ(*store.lastError, lockedMessage);
@@ -219,106 +232,139 @@ TEST_F(TokenStoreTest, dataThatIsNoListIsSetAsideOnceBeforeTheFirstSave)
     store.persist();
     store.persist();
     EXPECT_EQ(*store.lastError, std::nullopt);
-    EXPECT_EQ(stored("vault.unreadable-1"), "damaged");
-    EXPECT_EQ(stored("vault.unreadable-2"), std::nullopt) << "set aside twice";
+    EXPECT_EQ(credentials.items.at(aside(1)), "damaged");
+    EXPECT_FALSE(credentials.items.contains(aside(2))) << "set aside twice";
     EXPECT_EQ(storedTokens(), *store.tokens);
 }
 
-TEST_F(TokenStoreTest, whatIsAddedWhileTheItemCannotBeReachedIsKeptUntilItIsSavedThere)
+TEST_F(TokenStoreTest, whatThisDeviceKeepsIsListedAndChangedFromStartToStart)
 {
-    put({tokenNamed("kept")});
-    credentials.put(tokenStoreService, "vault (reserve)", encodeTokens({tokenNamed("earlier")}));
-    credentials.answerNext(Operation::copyMatching, errSecInteractionNotAllowed);
-    TokenStore store;
-    for (const auto* issuer : {"b", "a", "dropped"}) {
-        append(store, tokenNamed(issuer));
+    put({tokenNamed("stored")});
+    credentials.answerAlways(Operation::read, errSecInteractionNotAllowed);
+    for (const Names& before : {Names{}, Names{"a"}, Names{"a", "b"}}) {
+        TokenStore store;
+        EXPECT_EQ(issuers(*store.tokens), before);
         EXPECT_EQ(*store.lastError, lockedMessage);
+        append(store, tokenNamed(before.empty() ? "a" : before.size() == 1 ? "b" : "deleted"));
+        EXPECT_EQ(*store.lastError, lockedMessage);
+        store.advanceCounter(store.tokens->front());
+        EXPECT_EQ(store.tokens->front().counter, before.size() + 1);
     }
-    store.tokens.modify([&](auto& tokens) { tokens.pop_back(); });
-    store.advanceCounter(store.tokens->front());
-    EXPECT_EQ(issuers(*store.tokens), (Names{"b", "a"}));
+    TokenStore store;
+    store.tokens.modify(
+        [](auto& tokens) { std::erase_if(tokens, [](auto& it) { return it.issuer == "deleted"; }); });
+    store.persist();
+    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b"}));
     EXPECT_EQ(writes(), 0U);
 
+    credentials.answerAlways(Operation::read, errSecSuccess);
     store.load();
-    EXPECT_EQ(issuers(*store.tokens), (Names{"a", "b", "earlier", "kept"}));
-    EXPECT_EQ(store.tokens->at(1).counter, 1U);
+    EXPECT_EQ(*store.lastError, std::nullopt);
+    EXPECT_EQ(issuers(*store.tokens), (Names{"a", "b", "stored"}));
+    EXPECT_EQ(store.tokens->front().counter, 3U);
     EXPECT_EQ(storedTokens(), *store.tokens);
-    EXPECT_EQ(stored("vault (reserve)"), std::nullopt);
+    EXPECT_EQ(issuers(keptTokens()), Names());
 }
 
-TEST_F(TokenStoreTest, theReserveKeepsOnlyWhatIsNotSaved)
+TEST_F(TokenStoreTest, theReserveHasWhatIsNotStoredBeforeTheItemsPlaceIsAsked)
 {
-    put({tokenNamed("a"), tokenNamed("b", "", 5), tokenNamed("c")});
+    struct Waiting : ScriptedCredentialStore {
+        OSStatus update(const ItemName& name, const SecretString& data) noexcept override
+        {
+            keptThen = *static_cast<ScriptedCredentialStore*>(kept);
+            return ScriptedCredentialStore::update(name, data);
+        }
+        ScriptedCredentialStore keptThen;
+    } waiting;
+    const CredentialStoreOverride inItsPlace(waiting);
+    waiting.kept = &reserve;
+    waiting.items[tokenStoreItem] = encodeTokens({tokenNamed("a"), tokenNamed("b", "", 5), tokenNamed("c")});
     TokenStore store;
-    credentials.answerAlways(Operation::update, errSecInteractionNotAllowed);
+    waiting.answerNext(Operation::update, errSecInteractionNotAllowed);
     append(store, tokenNamed("d"));
+    EXPECT_EQ(issuers(decodeTokens(waiting.keptThen.items.at(tokenStoreItem))), (Names{"d"}));
+    waiting.answerNext(Operation::update, errSecInteractionNotAllowed);
     store.advanceCounter(store.tokens->at(1));
-    const auto kept = decodeTokens(stored("vault (reserve)").value());
-    EXPECT_EQ(issuers(kept), (Names{"b", "d"}));
-    EXPECT_EQ(kept.front().counter, 6U);
-    credentials.answerAlways(Operation::update, errSecSuccess);
-    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b", "c", "d"}));
+    EXPECT_EQ(issuers(keptTokens()), (Names{"b", "d"}));
+    EXPECT_EQ(keptTokens().front().counter, 6U);
+    store.persist();
+    EXPECT_TRUE(keptTokens().empty());
+    store.tokens.modify([](auto& tokens) { tokens.pop_back(); });
+    store.persist();
+    EXPECT_TRUE(waiting.keptThen.items.empty()) << "a deletion leaves nothing to keep";
 }
 
-TEST_F(TokenStoreTest, withoutAReserveAnItemThatIsThereAgainGetsWhatIsNew)
+TEST_F(TokenStoreTest, aFailedSaveIsTriedAgainWhenTheWindowGoesUnlessTheUserRefused)
 {
-    put({tokenNamed("kept")});
-    credentials.hasReserve = false;
-    for (const auto* issuer : {"a", "b"}) {
-        credentials.answerNext(Operation::copyMatching, errSecIO);
+    const std::tuple<OSStatus, bool, std::size_t> table[] = {
+        {errSecSuccess, true, 0},
+        {errSecInteractionNotAllowed, true, 1},
+        {errSecDiskFull, false, 1},
+        {errSecUserCanceled, true, 0},
+    };
+    for (const auto& [status, hasReserve, tries] : table) {
+        credentials.kept = hasReserve ? &reserve : nullptr;
+        put({tokenNamed("deleted")});
         TokenStore store;
-        append(store, tokenNamed(issuer));
-        EXPECT_EQ(*store.lastError, std::nullopt);
-        EXPECT_EQ(issuers(*store.tokens), (Names{issuer}));
-        append(store, tokenNamed("deleted"));
-        store.tokens.modify([](auto& tokens) { tokens.pop_back(); });
-        credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
+        store.tokens = {};
+        credentials.answerAlways(Operation::update, status);
         store.persist();
-        EXPECT_EQ(*store.lastError, lockedMessage);
-        store.persist();
+        credentials.answerAlways(Operation::update, errSecSuccess);
+        const auto before = writes();
+        store.persistAgain();
+        store.persistAgain();
+        EXPECT_EQ(writes(), before + tries) << status;
+        EXPECT_EQ(storedTokens().size(), status == errSecUserCanceled ? 1U : 0U);
     }
-    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b", "kept"}));
 }
 
-TEST_F(TokenStoreTest, whatIsKeptIsLeftAloneWhileTheListIsUnreadable)
+TEST_F(TokenStoreTest, withoutAReserveAnItemThatIsThereAgainIsUnited)
 {
-    put("damaged");
-    credentials.put(tokenStoreService, "vault (reserve)", encodeTokens({tokenNamed("kept")}));
+    put({tokenNamed("stored")});
+    credentials.isShared = true;
+    reserve.answerAlways(errSecWrPerm);
+    credentials.answerNext(Operation::read, errSecIO);
     TokenStore store;
     append(store, tokenNamed("a"));
-    EXPECT_EQ(issuers(storedTokens()), (Names{"a"}));
-    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "kept"}));
-
-    credentials.put(tokenStoreService, "vault (reserve)", "damaged, too");
-    credentials.answerAlways(Operation::update, errSecInteractionNotAllowed);
-    TokenStore started;
-    append(started, tokenNamed("b"));
-    EXPECT_EQ(stored("vault.unreadable-1 (reserve)"), "damaged, too");
-    credentials.answerAlways(Operation::update, errSecSuccess);
-    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "b", "kept"}));
+    EXPECT_EQ(*store.lastError, std::nullopt);
+    EXPECT_EQ(issuers(*store.tokens), (Names{"a", "stored"}));
+    EXPECT_EQ(storedTokens(), *store.tokens);
 }
 
-TEST_F(TokenStoreTest, aTokenThatWasSavedAndDeletedStaysDeleted)
+TEST_F(TokenStoreTest, whatTheReserveTurnsOutToKeepJoinsTheList)
+{
+    put({tokenNamed("stored")});
+    keep({tokenNamed("kept")});
+    reserve.answerNext(Operation::read, errSecIO);
+    credentials.answerAlways(Operation::update, errSecInteractionNotAllowed);
+    TokenStore store;
+    EXPECT_EQ(issuers(*store.tokens), (Names{"stored"}));
+    append(store, tokenNamed("a"));
+    EXPECT_EQ(issuers(*store.tokens), (Names{"stored", "a", "kept"}));
+    EXPECT_EQ(issuers(keptTokens()), (Names{"a", "kept"}));
+
+    reserve.items[tokenStoreItem] = "damaged";
+    TokenStore started;
+    append(started, tokenNamed("b"));
+    EXPECT_EQ(reserve.items.at(aside(1)), "damaged");
+    EXPECT_EQ(issuers(keptTokens()), (Names{"b"}));
+}
+
+TEST_F(TokenStoreTest, whatIsKeptIsListedWhileTheItemIsUnreadable)
 {
     put("damaged");
-    credentials.put(tokenStoreService, "vault (reserve)", encodeTokens({tokenNamed("kept")}));
+    keep({tokenNamed("kept")});
     TokenStore store;
+    EXPECT_NE(store.lastError->value_or(""), "");
+    EXPECT_EQ(issuers(*store.tokens), (Names{"kept"}));
     credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
     append(store, tokenNamed("deleted"));
     append(store, tokenNamed("a"));
-    store.tokens.modify([&](auto& tokens) { tokens.erase(tokens.begin()); });
+    store.tokens.modify([&](auto& tokens) { tokens.erase(tokens.begin() + 1); });
     store.persist();
     EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "kept"}));
-
-    credentials.put(tokenStoreService, "vault (reserve)", encodeTokens({tokenNamed("later")}));
-    credentials.removesNothing = true;
-    store.load();
-    credentials.removesNothing = false;
-    credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
-    store.persist();
-    store.tokens.modify([](auto& tokens) { tokens.pop_back(); });
-    store.persist();
-    EXPECT_EQ(issuers(*TokenStore().tokens), (Names{"a", "kept"})) << "kept longer than it should be";
+    EXPECT_EQ(credentials.items.at(aside(1)), "damaged");
+    EXPECT_TRUE(keptTokens().empty());
 }
 
 TEST_F(TokenStoreTest, aListThatAnotherProcessHasChangedIsUnitedWithOurs)
@@ -344,7 +390,7 @@ TEST_F(TokenStoreTest, aListThatAnotherProcessHasChangedIsUnitedWithOurs)
 
     put("damaged");
     TokenStore another;
-    credentials.answerNext(Operation::copyMatching, errSecDecode); // by now it does not open either
+    credentials.answerNext(Operation::read, errSecDecode); // by now it does not open either
     append(another, tokenNamed("ours"));
     EXPECT_EQ(*another.lastError, std::nullopt) << "the credential store sets aside what it cannot open";
 
@@ -352,7 +398,7 @@ TEST_F(TokenStoreTest, aListThatAnotherProcessHasChangedIsUnitedWithOurs)
     credentials.answerNext(Operation::update, errSecInvalidItemRef);
     append(store, tokenNamed("later"));
     store.persist();
-    EXPECT_EQ(stored("vault.unreadable-1"), "damaged");
+    EXPECT_EQ(credentials.items.at(aside(1)), "damaged");
     EXPECT_EQ(storedTokens(), *store.tokens);
 }
 

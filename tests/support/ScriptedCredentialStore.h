@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/KeychainEntries.h"
+#include "platform/credentials/CredentialStore.h"
 
 #include <algorithm>
 #include <deque>
@@ -13,65 +13,77 @@
 
 namespace MirrowvaleAuthenticator {
 
+/// The item in which the application's token store keeps its list.
+inline const ItemName tokenStoreItem{"app.mirrowvale.authenticator.tokens", "vault"};
+
 /// A credential store in memory, for tests: behaves like the platform's, records every call, and does what it
-/// is told to do instead. Calls on the reserve, whose items have " (reserve)" behind their accounts here, are
-/// neither recorded nor scripted.
+/// is told to do instead.
 class ScriptedCredentialStore : public CredentialStore {
 public:
-    enum class Operation { copyMatching, update, add };
+    enum class Operation { read, update, add };
 
-    /// One call as it came in; `attributes` is empty for a search, `query` for an add.
+    /// One call as it came in; a search has no data.
     struct Call {
         Operation operation;
-        SecDictionary query;
-        SecDictionary attributes;
+        ItemName name;
+        SecretString data{};
 
         friend bool operator==(const Call&, const Call&) = default;
     };
 
     std::vector<Call> calls; ///< in order; free to be cleared
-    std::optional<SecResult> oddResult; ///< what each search that finds its item hands back instead of data
-
-    bool hasReserve = true;
+    std::map<ItemName, SecretString> items; ///< free to be changed without a call
+    bool hasData = true; ///< else each search that finds its item hands back nothing
+    bool isShared = false; ///< an item that this store has neither read nor written is not replaced
     bool removesNothing = false; ///< fails instead
+    CredentialStore* kept = nullptr; ///< its reserve
 
-    OSStatus copyMatching(const SecDictionary& query, SecResult& result) noexcept override
+    OSStatus read(const ItemName& name, Search search, SecResult& result) noexcept override
     {
-        return answer({Operation::copyMatching, query, {}}, [&] {
-            const auto found = items.find(name(query));
+        lastSearch = search;
+        return answer({Operation::read, name}, [&] {
+            result.reset();
+            const auto found = items.find(name);
             if (found == items.end()) {
                 return errSecItemNotFound;
             }
-            result = oddResult.value_or(std::get<SecretString>(found->second.at(kSecValueData)));
-            return errSecSuccess;
-        });
-    }
-
-    OSStatus update(const SecDictionary& query, const SecDictionary& attributes) noexcept override
-    {
-        return answer({Operation::update, query, attributes}, [&] {
-            const auto found = items.find(name(query));
-            if (found == items.end()) {
-                return errSecItemNotFound;
-            }
-            for (const auto& [key, value] : attributes) {
-                found->second.insert_or_assign(key, value);
+            if (hasData && search != Search::quiet) {
+                known[name] = found->second;
+                result = found->second;
             }
             return errSecSuccess;
         });
     }
 
-    OSStatus add(const SecDictionary& attributes) noexcept override
+    OSStatus update(const ItemName& name, const SecretString& data) noexcept override
     {
-        return answer({Operation::add, {}, attributes}, [&] {
-            return items.emplace(name(attributes), attributes).second ? errSecSuccess : errSecDuplicateItem;
+        return answer({Operation::update, name, data}, [&] {
+            const auto found = items.find(name);
+            if (found == items.end()) {
+                return errSecItemNotFound;
+            }
+            if (isShared && known[name] != found->second) {
+                return errSecInvalidItemRef;
+            }
+            found->second = known[name] = data;
+            return errSecSuccess;
         });
     }
 
-    OSStatus remove(const SecDictionary& query) noexcept override
+    OSStatus add(const ItemName& name, const SecretString& data) noexcept override
     {
-        return removesNothing ? errSecIO : items.erase(name(query)) > 0 ? errSecSuccess : errSecItemNotFound;
+        return answer({Operation::add, name, data}, [&] {
+            known.try_emplace(name, data);
+            return items.emplace(name, data).second ? errSecSuccess : errSecDuplicateItem;
+        });
     }
+
+    OSStatus remove(const ItemName& name) noexcept override
+    {
+        return removesNothing ? errSecIO : items.erase(name) > 0 ? errSecSuccess : errSecItemNotFound;
+    }
+
+    CredentialStore* reserve() noexcept override { return kept; }
 
     /// The next call of `operation` that has no script yet answers `status`; success does what it should.
     void answerNext(Operation operation, OSStatus status) { scripts[operation].once.push_back(status); }
@@ -79,19 +91,12 @@ public:
     /// Every later call of `operation` answers `status`, until `errSecSuccess` is given.
     void answerAlways(Operation operation, OSStatus status) { scripts[operation].always = status; }
 
-    /// Puts an item in place without a call.
-    void put(std::string_view service, std::string_view account, std::string_view data)
+    /// The same for all operations.
+    void answerAlways(OSStatus status)
     {
-        items.insert_or_assign({SecretString(service), SecretString(account)}, item(service, account, data));
-    }
-
-    /// An item's data, or nothing where there is no such item.
-    std::optional<std::string> data(std::string_view service, std::string_view account) const
-    {
-        const auto found = items.find({SecretString(service), SecretString(account)});
-        return found == items.end()
-            ? std::nullopt
-            : std::optional<std::string>(std::get<SecretString>(found->second.at(kSecValueData)));
+        for (const auto operation : {Operation::read, Operation::update, Operation::add}) {
+            answerAlways(operation, status);
+        }
     }
 
     std::size_t callCount(Operation operation) const
@@ -99,26 +104,17 @@ public:
         return static_cast<std::size_t>(std::ranges::count(calls, operation, &Call::operation));
     }
 
+    Search lastSearch = Search::usual;
+
 private:
-    using Name = std::pair<SecretString, SecretString>;
     struct Script {
         std::deque<OSStatus> once;
         OSStatus always = errSecSuccess;
     };
 
-    static Name name(const SecDictionary& entries)
-    {
-        return {std::get<SecretString>(entries.at(kSecAttrService)),
-                std::get<SecretString>(entries.at(kSecAttrAccount))
-                    + (entries.contains(kSecUseReserve) ? " (reserve)" : "")};
-    }
-
     template <typename Usual>
     OSStatus answer(Call call, Usual usual)
     {
-        if (call.query.contains(kSecUseReserve) || call.attributes.contains(kSecUseReserve)) {
-            return hasReserve ? usual() : errSecNotAvailable;
-        }
         auto& script = scripts[call.operation];
         calls.push_back(std::move(call));
         auto status = script.always;
@@ -129,7 +125,7 @@ private:
         return status == errSecSuccess ? usual() : status;
     }
 
-    std::map<Name, SecDictionary> items; ///< by service and account
+    std::map<ItemName, SecretString> known;
     std::map<Operation, Script> scripts;
 };
 

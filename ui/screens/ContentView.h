@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/system/ObservableObject.h"
 #include "platform/text/Date.h"
+#include "storage/ObservableObject.h"
 #include "storage/TokenStore.h"
 #include "ui/screens/AddTokenView.h"
 #include "ui/screens/TokenListModel.h"

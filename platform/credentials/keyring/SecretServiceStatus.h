@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/credentials/Keychain.h"
+#include "platform/credentials/Status.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "platform/system/ObservableObject.h"
+#include "storage/ObservableObject.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/credentials/Status.h"
+#include "platform/crypto/SecretMemory.h"
+
+#include <compare>
+#include <optional>
+#include <string>
+
+namespace MirrowvaleAuthenticator {
+
+/// What tells one generic-password item from another.
+struct ItemName {
+    std::string service;
+    std::string account;
+
+    friend auto operator<=>(const ItemName&, const ItemName&) = default;
+};
+
+/// How far a search goes before it answers that there is no such item.
+enum class Search {
+    quiet, ///< asks the user nothing, and returns no data
+    usual, ///< asks to unlock what it finds, and the place where new items are made
+    thorough, ///< the item is known to exist: asks to unlock every place that may hold it
+};
+
+/// What a search hands back: the item's data, or nothing.
+using SecResult = std::optional<SecretString>;
+
+/// A store of generic-password items. None of its operations replaces data that this process has neither read
+/// nor written.
+class CredentialStore {
+public:
+    virtual ~CredentialStore() = default;
+
+    /// Reads an item's data.
+    /// @returns `errSecItemNotFound` where there is none; `errSecInteractionNotAllowed` where something
+    /// locked
+    ///          may hold it; or the status of what went wrong
+    virtual OSStatus read(const ItemName& name, Search search, SecResult& result) noexcept = 0;
+
+    /// Replaces an item's data.
+    /// @returns `errSecItemNotFound` where there is none; `errSecInvalidItemRef` where it holds what this
+    ///          process has neither read nor written; or the status of what went wrong
+    virtual OSStatus update(const ItemName& name, const SecretString& data) noexcept = 0;
+
+    /// Makes an item.
+    /// @returns `errSecDuplicateItem` where it exists already, or the status of what went wrong
+    virtual OSStatus add(const ItemName& name, const SecretString& data) noexcept = 0;
+
+    /// Removes an item of a reserve; in any other store it is only ever replaced.
+    /// @returns as `update`
+    virtual OSStatus remove(const ItemName& name) noexcept = 0;
+
+    /// Where this device keeps what could not be saved in this store; null where there is no such place.
+    virtual CredentialStore* reserve() noexcept { return nullptr; }
+};
+
+} // namespace MirrowvaleAuthenticator

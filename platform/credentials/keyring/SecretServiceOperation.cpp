@@ -1,0 +1,99 @@
+#include "platform/credentials/keyring/SecretServiceOperation.h"
+
+#include "platform/credentials/keyring/SecretServicePrompt.h"
+#include "platform/credentials/keyring/SecretServiceStatus.h"
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+constexpr guint timeout = 4000; // milliseconds
+
+} // namespace
+
+TimerSource::TimerSource(GMainContext* context, guint milliseconds, GSourceFunc function, gpointer data)
+    : milliseconds_(milliseconds), source_(g_timeout_source_new(milliseconds))
+{
+    g_source_set_callback(source_, function, data, nullptr);
+    g_source_attach(source_, context);
+}
+
+TimerSource::~TimerSource()
+{
+    g_source_destroy(source_);
+    g_source_unref(source_);
+}
+
+bool ErrorReport::saysLocked() const
+{
+    return g_error_matches(error_, SECRET_ERROR, SECRET_ERROR_IS_LOCKED) != FALSE;
+}
+
+bool ErrorReport::saysMissing() const
+{
+    return g_error_matches(error_, SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT) != FALSE
+        || g_error_matches(error_, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD) != FALSE
+        || g_error_matches(error_, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_OBJECT) != FALSE;
+}
+
+void ErrorReport::require() const
+{
+    if (error_ != nullptr) {
+        throw StatusError{statusForError(error_->domain, error_->code)};
+    }
+}
+
+SecretServiceOperation::SecretServiceOperation()
+    : timeout_(context_.get(), timeout, cancel, cancellable_.get())
+{
+    g_main_context_push_thread_default(context_.get());
+    current = this;
+}
+
+SecretServiceOperation::~SecretServiceOperation()
+{
+    service_.reset();
+    current = nullptr;
+    g_main_context_pop_thread_default(context_.get());
+}
+
+void SecretServiceOperation::connect()
+{
+    ErrorReport busReport;
+    const Owned<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable_.get(), busReport));
+    if (!bus) {
+        throw StatusError{errSecNotAvailable}; // whatever the reason, there is no bus to ask
+    }
+    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+    ErrorReport report;
+    const auto answer = wait([&](auto... rest) {
+        secret_service_open(promptingServiceType(), nullptr, SECRET_SERVICE_OPEN_SESSION, rest...);
+    });
+    service_.reset(secret_service_open_finish(answer.get(), report));
+    report.require();
+}
+
+void SecretServiceOperation::requireService()
+{
+    ErrorReport report;
+    auto* proxy = G_DBUS_PROXY(service());
+    const auto answer = wait([&](auto... rest) {
+        g_dbus_proxy_call(proxy, "org.freedesktop.DBus.Peer.Ping", nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+                          -1, rest...);
+    });
+    const Owned<GVariant> reply(g_dbus_proxy_call_finish(proxy, answer.get(), report));
+    report.require();
+}
+
+void SecretServiceOperation::takeAnswer(GObject*, GAsyncResult* result, gpointer answer)
+{
+    static_cast<Owned<GAsyncResult>*>(answer)->reset(static_cast<GAsyncResult*>(g_object_ref(result)));
+}
+
+gboolean SecretServiceOperation::cancel(gpointer cancellable)
+{
+    g_cancellable_cancel(static_cast<GCancellable*>(cancellable));
+    return G_SOURCE_REMOVE;
+}
+
+} // namespace MirrowvaleAuthenticator
