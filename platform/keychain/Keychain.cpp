@@ -3,7 +3,7 @@
 #include "platform/credentials/DeviceCredentialStore.h"
 #include "platform/credentials/SealedFileCredentialStore.h"
 #include "platform/credentials/keyring/SecretServiceCredentialStore.h"
-#include "platform/system/PrivateFolder.h"
+#include "platform/system/ApplicationFolders.h"
 
 namespace MirrowvaleAuthenticator {
 

@@ -6,13 +6,12 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
+#include <gio/gio.h>
 #include <memory>
 #include <poll.h>
 #include <sstream>
-#include <string_view>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <systemd/sd-bus.h>
 #include <unistd.h>
 #include <utility>
 
@@ -21,64 +20,49 @@ namespace MirrowvaleAuthenticator {
 namespace {
 
 /// A desktop that starts its portal for this question may well take seconds.
-constexpr std::chrono::seconds processTimeout{25};
+constexpr std::chrono::milliseconds processTimeout{25000};
 
-BusMessage askPortal(sd_bus* bus)
+GVariant* askPortal(GDBusConnection* bus)
 {
-    sd_bus_message* reply = nullptr;
-    sd_bus_call_method(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-                       "org.freedesktop.portal.Settings", "ReadAll", nullptr, &reply, "as", 2,
-                       "org.freedesktop.appearance", "org.gnome.desktop.interface");
-    return BusMessage(reply);
+    constexpr std::array groups{"org.freedesktop.appearance", "org.gnome.desktop.interface"};
+    return g_dbus_connection_call_sync(
+        bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+        "org.freedesktop.portal.Settings", "ReadAll",
+        g_variant_new("(@as)", g_variant_new_strv(groups.data(), groups.size())),
+        G_VARIANT_TYPE("(a{sa{sv}})"), G_DBUS_CALL_FLAGS_NONE, static_cast<int>(processTimeout.count()),
+        nullptr, nullptr);
 }
 
-/// A variant's value where it is a number or a truth value; any other is skipped.
-std::optional<double> readNumber(sd_bus_message* message)
+/// A setting's value where it is a number or a truth value.
+std::optional<double> numberOf(GVariant* value)
 {
-    const char* type = "";
-    sd_bus_message_peek_type(message, nullptr, &type);
-    double number = 0;
-    std::uint32_t whole = 0;
-    int flag = 0;
-    switch (std::string_view(type).size() == 1 ? *type : '\0') {
-    case SD_BUS_TYPE_DOUBLE:
-        return sd_bus_message_read(message, "v", "d", &number) > 0 ? std::optional(number) : std::nullopt;
-    case SD_BUS_TYPE_UINT32:
-        return sd_bus_message_read(message, "v", "u", &whole) > 0 ? std::optional<double>(whole)
-                                                                  : std::nullopt;
-    case SD_BUS_TYPE_BOOLEAN:
-        return sd_bus_message_read(message, "v", "b", &flag) > 0 ? std::optional<double>(flag) : std::nullopt;
+    switch (g_variant_classify(value)) {
+    case G_VARIANT_CLASS_DOUBLE:
+        return g_variant_get_double(value);
+    case G_VARIANT_CLASS_UINT32:
+        return g_variant_get_uint32(value);
+    case G_VARIANT_CLASS_BOOLEAN:
+        return g_variant_get_boolean(value);
     default:
-        sd_bus_message_skip(message, "v");
         return std::nullopt;
     }
 }
 
-/// Writes a group's settings, one a line.
-void writeGroup(sd_bus_message* message, std::ostream& lines)
-{
-    const char* group = "";
-    const char* key = "";
-    sd_bus_message_read(message, "s", &group);
-    sd_bus_message_enter_container(message, 'a', "{sv}");
-    while (sd_bus_message_enter_container(message, 'e', "sv") > 0) {
-        sd_bus_message_read(message, "s", &key);
-        if (const auto value = readNumber(message)) {
-            lines << group << ' ' << key << ' ' << *value << '\n';
-        }
-        sd_bus_message_exit_container(message);
-    }
-    sd_bus_message_exit_container(message);
-}
-
-std::string linesOf(sd_bus_message* reply)
+/// The settings, one a line.
+std::string linesOf(GVariant* reply)
 {
     std::ostringstream lines;
-    if (sd_bus_message_has_signature(reply, "a{sa{sv}}") > 0) {
-        sd_bus_message_enter_container(reply, 'a', "{sa{sv}}");
-        while (sd_bus_message_enter_container(reply, 'e', "sa{sv}") > 0) {
-            writeGroup(reply, lines);
-            sd_bus_message_exit_container(reply);
+    g_autoptr(GVariantIter) groups = nullptr;
+    g_variant_get(reply, "(a{sa{sv}})", &groups);
+    const char* group = nullptr;
+    GVariantIter* settings = nullptr;
+    while (g_variant_iter_loop(groups, "{&sa{sv}}", &group, &settings) != FALSE) {
+        const char* key = nullptr;
+        GVariant* value = nullptr;
+        while (g_variant_iter_loop(settings, "{&sv}", &key, &value) != FALSE) {
+            if (const auto number = numberOf(value)) {
+                lines << group << ' ' << key << ' ' << *number << '\n';
+            }
         }
     }
     return lines.str();
@@ -89,12 +73,12 @@ void askAndWrite(int pipe)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
     prctl(PR_SET_DUMPABLE, 1, 0, 0, 0);
-    if (const auto bus = connectToSessionBus(processTimeout)) {
-        if (const auto reply = askPortal(bus.get())) {
-            const auto lines = linesOf(reply.get());
-            if (write(pipe, lines.data(), lines.size()) < 0) {
-                return; // nobody waits for it any more
-            }
+    const auto bus = connectToSessionBus(processTimeout);
+    g_autoptr(GVariant) reply = bus ? askPortal(bus.get()) : nullptr;
+    if (reply != nullptr) {
+        const auto lines = linesOf(reply);
+        if (write(pipe, lines.data(), lines.size()) < 0) {
+            return; // nobody waits for it any more
         }
     }
 }
@@ -115,7 +99,7 @@ std::string readToEnd(int descriptor)
 PortalQuestion::PortalQuestion()
 {
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+    if (!hasSessionBus() || pipe2(ends.data(), O_CLOEXEC) != 0) {
         return;
     }
     answer_ = FileDescriptor(ends[0]);

@@ -4,9 +4,7 @@
 #include "platform/text/UUID.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -20,24 +18,6 @@ constexpr off_t largestFile = off_t(1) << 30;
 
 /// Begins the ending of a temporary file's name.
 constexpr std::string_view unfinished = ".new";
-
-std::filesystem::path homeFolderPath()
-{
-    const char* home = std::getenv("HOME");
-    if (home != nullptr && *home == '/') {
-        return home;
-    }
-    const auto* user = getpwuid(geteuid());
-    return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "/nonexistent";
-}
-
-std::filesystem::path folderPath(const char* variable, const char* belowHome)
-{
-    const char* value = std::getenv(variable);
-    const auto base =
-        value != nullptr && *value == '/' ? std::filesystem::path(value) : homeFolderPath() / belowHome;
-    return base / "mirrowvale-authenticator";
-}
 
 struct stat statusOfFile(int descriptor)
 {
@@ -198,16 +178,6 @@ SecretString readAll(int descriptor)
 }
 
 } // namespace
-
-std::filesystem::path dataFolderPath()
-{
-    return folderPath("XDG_DATA_HOME", ".local/share");
-}
-
-std::filesystem::path stateFolderPath()
-{
-    return folderPath("XDG_STATE_HOME", ".local/state");
-}
 
 std::optional<PrivateFolder> PrivateFolder::open(const std::filesystem::path& path)
 {

@@ -10,10 +10,6 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// This application's own folders, by the XDG base directory rules; a relative path in a variable is ignored.
-std::filesystem::path dataFolderPath(); ///< $XDG_DATA_HOME/mirrowvale-authenticator
-std::filesystem::path stateFolderPath(); ///< $XDG_STATE_HOME/mirrowvale-authenticator
-
 /// A folder (0700) of whole files (0600) for this user alone. Other modes are set to these; a
 /// folder or file that belongs to another user, and a symbolic link in a file's place, are refused. The
 /// folder itself may be reached by a link: to another disk, say.
@@ -49,8 +45,6 @@ public:
     /// Copies a file under the first free one of "<name>.unreadable-1", "<name>.unreadable-2" and so on,
     /// unless one of them holds the same bytes already.
     void setAside(const std::string& name) const;
-
-    int descriptor() const { return folder_.get(); }
 
 private:
     explicit PrivateFolder(FileDescriptor owned) : folder_(std::move(owned)) { }

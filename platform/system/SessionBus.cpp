@@ -1,79 +1,68 @@
 #include "platform/system/SessionBus.h"
 
 #include <cstdlib>
+#include <gio/gio.h>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
-#include <systemd/sd-bus.h>
 #include <unistd.h>
 
 namespace MirrowvaleAuthenticator {
 
 namespace {
 
-using std::chrono::microseconds;
-using std::chrono::steady_clock;
+using std::chrono::milliseconds;
 
 constexpr auto noBus = "disabled:";
 
-std::uint64_t microsecondsUntil(steady_clock::time_point deadline)
+/// What has come of an attempt to connect.
+struct Attempt {
+    BusConnection bus;
+    bool isOver = false;
+};
+
+void take(GObject*, GAsyncResult* result, gpointer attempt)
 {
-    const auto rest = std::chrono::duration_cast<microseconds>(deadline - steady_clock::now()).count();
-    return rest > 0 ? static_cast<std::uint64_t>(rest) : 0;
+    *static_cast<Attempt*>(attempt) = {BusConnection(g_bus_get_finish(result, nullptr)), true};
 }
 
-/// Whether the bus has answered "Hello" by then: a call on a connection that is not ready waits without end.
-bool becomesReady(sd_bus* bus, steady_clock::time_point deadline)
+gboolean giveUp(gpointer attempt)
 {
-    while (true) {
-        const int processed = sd_bus_process(bus, nullptr);
-        if (processed < 0) {
-            return false;
-        }
-        if (sd_bus_is_ready(bus) > 0) {
-            return true;
-        }
-        const auto rest = microsecondsUntil(deadline);
-        if (rest == 0 || (processed == 0 && sd_bus_wait(bus, rest) < 0)) {
-            return false;
-        }
-    }
+    static_cast<Attempt*>(attempt)->isOver = true;
+    return G_SOURCE_REMOVE;
 }
 
 /// What the bus itself answers; nothing where it fails.
-template <typename... Arguments>
-BusMessage askBus(sd_bus* bus, const char* method, const char* types, Arguments... arguments)
+GVariant* askBus(GDBusConnection* bus, const char* method, GVariant* parameters, const char* type,
+                 milliseconds timeout)
 {
     constexpr auto name = "org.freedesktop.DBus";
-    sd_bus_message* answer = nullptr;
-    sd_bus_call_method(bus, name, "/org/freedesktop/DBus", name, method, nullptr, &answer, types,
-                       arguments...);
-    return BusMessage(answer);
+    return g_dbus_connection_call_sync(bus, name, "/org/freedesktop/DBus", name, method, parameters,
+                                       G_VARIANT_TYPE(type), G_DBUS_CALL_FLAGS_NONE,
+                                       static_cast<int>(timeout.count()), nullptr, nullptr);
 }
 
 /// Whether the bus says that no program has the name.
-bool hasNoOwner(sd_bus* bus, const char* service)
+bool hasNoOwner(GDBusConnection* bus, const char* service, milliseconds timeout)
 {
-    const auto answer = askBus(bus, "NameHasOwner", "s", service);
-    int isOwned = 0;
-    return answer && sd_bus_message_read(answer.get(), "b", &isOwned) > 0 && isOwned == 0;
+    gboolean isOwned = TRUE;
+    g_autoptr(GVariant) answer = askBus(bus, "NameHasOwner", g_variant_new("(s)", service), "(b)", timeout);
+    if (answer != nullptr) {
+        g_variant_get(answer, "(b)", &isOwned);
+    }
+    return isOwned == FALSE;
 }
 
 /// Whether the bus says that it can start no program for the name.
-bool cannotBeStarted(sd_bus* bus, const char* service)
+bool cannotBeStarted(GDBusConnection* bus, const char* service, milliseconds timeout)
 {
-    const auto answer = askBus(bus, "ListActivatableNames", "");
-    if (!answer || sd_bus_message_enter_container(answer.get(), SD_BUS_TYPE_ARRAY, "s") < 0) {
+    g_autoptr(GVariant) answer = askBus(bus, "ListActivatableNames", nullptr, "(as)", timeout);
+    if (answer == nullptr) {
         return false;
     }
-    const char* name = nullptr;
-    int found = 0;
-    while ((found = sd_bus_message_read(answer.get(), "s", &name)) > 0) {
-        if (name == std::string_view(service)) {
-            return false;
-        }
-    }
-    return found == 0;
+    g_autofree const char** names = nullptr;
+    g_variant_get(answer, "(^a&s)", &names);
+    return g_strv_contains(names, service) == FALSE;
 }
 
 } // namespace
@@ -91,35 +80,40 @@ bool hasSessionBus()
         && S_ISSOCK(socket.st_mode) && socket.st_uid == geteuid();
 }
 
-void CloseBus::operator()(sd_bus* bus) const
+void ReleaseBus::operator()(GDBusConnection* bus) const
 {
-    sd_bus_close(bus);
-    sd_bus_unref(bus);
+    g_object_unref(bus);
 }
 
-void ReleaseBusMessage::operator()(sd_bus_message* message) const
+BusConnection connectToSessionBus(milliseconds timeout)
 {
-    sd_bus_message_unref(message);
-}
-
-BusConnection connectToSessionBus(std::chrono::milliseconds timeout)
-{
-    const auto deadline = steady_clock::now() + timeout;
-    sd_bus* opened = nullptr;
-    if (sd_bus_open_user(&opened) < 0) {
+    if (!hasSessionBus()) {
         return nullptr;
     }
-    BusConnection bus(opened);
-    const auto limit = static_cast<std::uint64_t>(microseconds(timeout).count());
-    const bool isReady =
-        sd_bus_set_method_call_timeout(bus.get(), limit) >= 0 && becomesReady(bus.get(), deadline);
-    return isReady ? std::move(bus) : nullptr;
+    Attempt attempt;
+    g_autoptr(GMainContext) context = g_main_context_new(); // its callbacks end with this function
+    g_main_context_push_thread_default(context);
+    g_autoptr(GSource) timer = g_timeout_source_new(static_cast<guint>(timeout.count()));
+    g_source_set_callback(timer, giveUp, &attempt, nullptr);
+    g_source_attach(timer, context);
+    // The asynchronous form, as it can be given up: a bus that is stopped would hold the other for ever.
+    g_autoptr(GCancellable) cancellable = g_cancellable_new();
+    g_bus_get(G_BUS_TYPE_SESSION, cancellable, take, &attempt);
+    while (!attempt.isOver) {
+        g_main_context_iteration(context, TRUE);
+    }
+    g_cancellable_cancel(cancellable);
+    g_main_context_pop_thread_default(context);
+    if (attempt.bus) {
+        g_dbus_connection_set_exit_on_close(attempt.bus.get(), FALSE);
+    }
+    return std::move(attempt.bus);
 }
 
-bool mayAnswer(const char* service, std::chrono::milliseconds timeout)
+bool mayAnswer(const char* service, milliseconds timeout)
 {
     const auto bus = connectToSessionBus(timeout);
-    return !bus || !hasNoOwner(bus.get(), service) || !cannotBeStarted(bus.get(), service);
+    return !bus || !hasNoOwner(bus.get(), service, timeout) || !cannotBeStarted(bus.get(), service, timeout);
 }
 
 void disableSessionBus()

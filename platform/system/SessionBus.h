@@ -3,8 +3,7 @@
 #include <chrono>
 #include <memory>
 
-struct sd_bus; // of <systemd/sd-bus.h>
-struct sd_bus_message;
+using GDBusConnection = struct _GDBusConnection; // of <gio/gio.h>
 
 namespace MirrowvaleAuthenticator {
 
@@ -12,26 +11,20 @@ namespace MirrowvaleAuthenticator {
 /// bus of their own, which nobody else would ever look at.
 bool hasSessionBus();
 
-/// Closes a connection to the bus at once, whatever waits to be sent.
-struct CloseBus {
-    void operator()(sd_bus* bus) const;
+/// Gives a connection back; the last owner closes it.
+struct ReleaseBus {
+    void operator()(GDBusConnection* bus) const;
 };
-using BusConnection = std::unique_ptr<sd_bus, CloseBus>;
+using BusConnection = std::unique_ptr<GDBusConnection, ReleaseBus>;
 
-/// Gives a message back.
-struct ReleaseBusMessage {
-    void operator()(sd_bus_message* message) const;
-};
-using BusMessage = std::unique_ptr<sd_bus_message, ReleaseBusMessage>;
-
-/// A new connection to the bus of the user's session, which answers its calls or fails them within
-/// `timeout`. A bus is never started for it.
+/// The connection to the bus of the user's session that all users of GIO in this process share, as long as
+/// one of them has it. A bus is never started for it. Starts threads of the library.
 ///
 /// @returns nothing where there is no bus, or one that does not answer within `timeout`
 BusConnection connectToSessionBus(std::chrono::milliseconds timeout);
 
 /// Whether a service may answer on the session's bus: a program has its name, or can be started for it. Where
-/// the bus does not say so within `timeout`, it may.
+/// the bus does not say so, each time within `timeout`, it may.
 bool mayAnswer(const char* service, std::chrono::milliseconds timeout);
 
 /// Keeps this process's libraries from asking the session's bus: they would start one where there is none,

@@ -143,6 +143,33 @@ def closeWindow(window):
     xlib.XCloseDisplay(display)
 
 
+class ClipboardManager:
+    """The display's, which a program that ends asks to take over what it holds in the clipboard."""
+
+    def __init__(self):
+        self.xlib = ctypes.CDLL("libX11.so.6")
+        self.xlib.XOpenDisplay.restype = ctypes.c_void_p
+        self.xlib.XDefaultRootWindow.restype = ctypes.c_ulong
+        self.display = ctypes.c_void_p(self.xlib.XOpenDisplay(None))
+        root = ctypes.c_ulong(self.xlib.XDefaultRootWindow(self.display))
+        window = self.xlib.XCreateSimpleWindow(self.display, root, 0, 0, 1, 1, 0, 0, 0)
+        name = self.xlib.XInternAtom(self.display, b"CLIPBOARD_MANAGER", 0)
+        self.xlib.XSetSelectionOwner(self.display, name, window, 0)
+        self.xlib.XSync(self.display, 0)
+
+    def answer(self):
+        """Answers what a program has asked meanwhile. @returns whether one has"""
+        while self.xlib.XPending(self.display):
+            event = (ctypes.c_long * 24)()  # an XSelectionRequestEvent, answered by an XSelectionEvent
+            self.xlib.XNextEvent(self.display, event)
+            if event[0] & 0xffffffff == 30:
+                reply = (ctypes.c_long * 24)(31, 0, 0, 0, *event[5:10])
+                self.xlib.XSendEvent(self.display, ctypes.c_ulong(event[5]), 0, 0, reply)
+                self.xlib.XFlush(self.display)
+                return True
+        return False
+
+
 def end(process):
     process.terminate()
     process.wait()
@@ -254,10 +281,11 @@ class WindowTest(unittest.TestCase):
                 "LD_PRELOAD": ":".join([*sanitizer, str(library)]), "FAKETIME_TIMESTAMP_FILE": str(self.home / "clock"),
                 "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1", "NO_FAKE_STAT": "1"}
 
-    def launch(self, environment):
+    def launch(self, environment, *arguments):
         """Starts the application. What it or its toolkit says on standard error fails the test."""
         self.said.append(tempfile.TemporaryFile("w+"))
-        return subprocess.Popen([application], env=environment, stderr=self.said[-1])
+        return subprocess.Popen([application, *arguments], env=environment, stdout=subprocess.DEVNULL,
+                                stderr=self.said[-1])
 
     def assertNothingSaid(self):
         for said in self.said:

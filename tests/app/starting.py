@@ -6,7 +6,7 @@ import signal
 import subprocess
 
 import harness
-from harness import GLib, WindowTest, main, secret, xdotool
+from harness import WindowTest, main, secret, xdotool
 
 name = "app.mirrowvale.authenticator"
 
@@ -17,10 +17,54 @@ class StartingTest(WindowTest):
         self.onBus = self.environment(self.home)
         self.withoutBus = {**self.onBus, "DBUS_SESSION_BUS_ADDRESS": ""}
 
-    def second(self, environment):
-        process = self.launch(environment)
+    def second(self, environment, *arguments):
+        process = self.launch(environment, *arguments)
         self.addCleanup(harness.end, process)
         return process
+
+    def endsWith(self, status, said, environment, *arguments):
+        """Starts the program, which ends by itself with a status and says one line that matches, or nothing."""
+        self.assertEqual(self.second(environment, *arguments).wait(harness.patience), status)
+        with self.said.pop() as errors:
+            errors.seek(0)
+            self.assertRegex(errors.read(), f"^mirrowvale-authenticator: .*{said}.*\n$" if said else "^$")
+
+    def testArguments(self):
+        screen = self.environment(self.home)
+        nowhere = {name: value for name, value in screen.items() if name not in ("DISPLAY", "QT_QPA_PLATFORM")}
+        uri = f"otpauth://totp/Acme:alice?secret={secret}"
+        for status, said, environment, *arguments in (
+                (0, None, nowhere, "--help"),
+                (0, None, nowhere, "-platform", "xcb", "--version"),
+                (2, "URI goes into the form", screen, uri),
+                (2, "--help and --version alone", screen, "-platform", "xcb", "--verbose"),
+                (1, "no display", nowhere),
+                (1, "no display", {**nowhere, "DISPLAY": "nowhere:7"}),
+                (1, "no display", {**nowhere, "WAYLAND_DISPLAY": "nowhere", "XDG_SESSION_TYPE": "wayland"})):
+            with self.subTest(arguments=arguments):
+                self.endsWith(status, said, environment, *arguments)
+        self.process = self.second({**nowhere, "DISPLAY": screen["DISPLAY"]}, "-platform", "xcb", "-qwindowtitle", "x")
+        self.window = self.until(lambda: self.windowOf(self.process))
+
+    def testSignalsEndInOrder(self):
+        """The clipboard goes to its manager, while the form is open; off screen, there is none."""
+        self.start()
+        self.add(f"otpauth://totp/Acme:alice?secret={secret}")
+        manager = harness.ClipboardManager()
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(number):
+                self.inRow("Acme", "Copy code").click()
+                self.until(lambda: harness.clipboard().isdigit())
+                self.openSheet()
+                self.process.send_signal(number)
+                self.until(manager.answer)
+                self.assertEqual(self.process.wait(harness.patience), -number)
+                self.start()
+        offScreen = self.second({**self.environment(self.home / "off"), "DBUS_SESSION_BUS_ADDRESS": ""},
+                                "-platform", "offscreen")
+        self.until(lambda: (self.home / "off/data/mirrowvale-authenticator/instance.lock").exists())
+        offScreen.terminate()
+        self.assertEqual(offScreen.wait(harness.patience), -signal.SIGTERM)
 
     def testSecondStartBringsTheFirstUp(self):
         self.start()
@@ -35,16 +79,13 @@ class StartingTest(WindowTest):
         for how, ask in {
                 "same bus and folder": lambda: self.startAgain(self.onBus),
                 "another folder": lambda: self.startAgain(self.environment(self.home / "another")),
-                "no bus": lambda: self.startAgain(self.withoutBus),
                 "the desktop": lambda: self.call("Activate", "({'activation-token': <'_TIME0'>, 'x': <1>},)"),
                 "the desktop, with files": lambda: self.call("Open", "(['file:///x'], @a{sv} {})")}.items():
             with self.subTest(how):
                 ask()
                 self.until(lambda: self.window == self.windowInFront() == xdotool("getwindowfocus"))
-                self.startAgain(apart)
+                xdotool("windowraise", self.windowOf(other))
                 self.until(lambda: self.windowOf(other) == self.windowInFront())
-        with self.assertRaisesRegex(GLib.Error, "no actions"):
-            self.call("ActivateAction", "('quit', @av [], @a{sv} {})")
 
     def testStartedByTheBus(self):
         """As a desktop starts the installed program."""
@@ -60,7 +101,7 @@ class StartingTest(WindowTest):
         self.until(lambda: xdotool("search", "--onlyvisible", "--pid", process))
 
     def startAgain(self, environment):
-        self.assertEqual(self.second(environment).wait(harness.patience), 0)
+        self.endsWith(0, None, environment)
 
     def call(self, method, arguments):
         """Asks as a desktop does."""
@@ -69,17 +110,13 @@ class StartingTest(WindowTest):
     def windowInFront(self):
         return xdotool("mousemove", 100, 300, "getmouselocation", "--shell").partition("WINDOW=")[2].split()[0]
 
-    def testStartsEndWhileTheFirstIsFrozen(self):
+    def testStartsWhileTheFirstWaits(self):
+        """As for the user's answer to a keyring; what it was asked for it does then."""
         self.start()
         self.process.send_signal(signal.SIGSTOP)
         self.addCleanup(self.process.send_signal, signal.SIGCONT)
-        for environment in (self.onBus, self.withoutBus):
-            self.assertNotEqual(self.second(environment).wait(harness.patience), 0)
-            with self.said.pop() as said:
-                said.seek(0)
-                self.assertRegex(said.read(), "does not answer.\n$")
-        self.process.send_signal(signal.SIGCONT)
-        self.startAgain(self.onBus)
+        self.endsWith(0, None, self.onBus)
+        self.endsWith(1, "already running", self.withoutBus)
 
     def testFrozenBus(self):
         """A bus that does not answer keeps nobody from their list."""
@@ -91,7 +128,7 @@ class StartingTest(WindowTest):
         self.addCleanup(bus.send_signal, signal.SIGCONT)
         self.process = self.second({**self.environment(self.home), "DBUS_SESSION_BUS_ADDRESS": address})
         self.window = self.until(lambda: self.windowOf(self.process))
-        self.startAgain({**self.environment(self.home), "DBUS_SESSION_BUS_ADDRESS": address})
+        self.endsWith(1, "already running", {**self.environment(self.home), "DBUS_SESSION_BUS_ADDRESS": address})
 
 
 main()

@@ -1,5 +1,6 @@
 #include "platform/credentials/SealedFileCredentialStore.h"
 
+#include "platform/system/ApplicationFolders.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <gtest/gtest.h>

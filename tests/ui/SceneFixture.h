@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/ui/ScreenFixture.h"
-#include "ui/app/MainWindow.h"
+#include "ui/app/MakeMainWindow.h"
 
 #include <QList>
 #include <QQuickItem>

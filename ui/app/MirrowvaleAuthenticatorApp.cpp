@@ -1,16 +1,20 @@
 #include "ui/app/MirrowvaleAuthenticatorApp.h"
 
-#include "ui/app/MainWindow.h"
+#include "ui/app/EndingSignals.h"
+#include "ui/app/MakeMainWindow.h"
 
-#include <QSocketNotifier>
+#include <QGuiApplication>
 
 #include <cstdlib>
 
 namespace MirrowvaleAuthenticator {
 
-MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(int& argc, char** argv, SingleInstance& instance)
-    : instance_(instance), application_(argc, argv), window_(makeMainWindow(engine_, contentView_))
+MirrowvaleAuthenticatorApp::MirrowvaleAuthenticatorApp(const ApplicationName& name)
+    : window_(makeMainWindow(engine_, contentView_))
 {
+    if (window_) {
+        follow(name);
+    }
 }
 
 int MirrowvaleAuthenticatorApp::run()
@@ -18,38 +22,38 @@ int MirrowvaleAuthenticatorApp::run()
     if (!window_) {
         return EXIT_FAILURE;
     }
-    listenForOtherStarts();
-    return QGuiApplication::exec();
+    quitAtEndingSignals();
+    const int status = QGuiApplication::exec();
+    leave();
+    return status;
 }
 
-void MirrowvaleAuthenticatorApp::listenForOtherStarts()
+void MirrowvaleAuthenticatorApp::follow(const ApplicationName& name)
 {
-    if (instance_.activationDescriptor() < 0) {
-        return;
-    }
-    auto* notifier =
-        new QSocketNotifier(instance_.activationDescriptor(), QSocketNotifier::Read, &application_);
-    QObject::connect(notifier, &QSocketNotifier::activated, &application_, [this] { answerOtherStarts(); });
-    answerOtherStarts(); // what the bus started this process for
+    QObject::connect(&name, &ApplicationName::activated, window_.get(),
+                     [this](const QString& activationToken) { bringToFront(activationToken); });
+    QObject::connect(window_.get(), &QWindow::visibilityChanged, [this](QWindow::Visibility visibility) {
+        if (visibility == QWindow::Hidden || visibility == QWindow::Minimized) {
+            leave();
+        }
+    });
 }
 
-void MirrowvaleAuthenticatorApp::answerOtherStarts()
+void MirrowvaleAuthenticatorApp::bringToFront(const QString& activationToken)
 {
-    if (const auto token = instance_.takeActivation()) {
-        bringToFront(*token);
-    }
-}
-
-void MirrowvaleAuthenticatorApp::bringToFront(const std::string& activationToken)
-{
-    if (!activationToken.empty()) {
+    if (!activationToken.isEmpty()) {
         // Where the compositor asks for it, the window system's plugin hands it over with the request below.
-        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     }
     window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
     window_->setVisible(true); // show() would also end that it is maximised
     window_->raise();
     window_->requestActivate();
+}
+
+/// The user turns away: the window is minimised, hidden or closed, or the program ends.
+void MirrowvaleAuthenticatorApp::leave()
+{
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -1,33 +1,30 @@
 #pragma once
 
-#include "platform/system/SingleInstance.h"
 #include "storage/TokenStore.h"
-#include "ui/app/Application.h"
+#include "ui/app/ApplicationName.h"
 #include "ui/screens/ContentView.h"
 
 #include <QQmlEngine>
 #include <QQuickWindow>
 
 #include <memory>
-#include <string>
 
 namespace MirrowvaleAuthenticator {
 
 /// The application: the one token store, and the one window on it.
 class MirrowvaleAuthenticatorApp {
 public:
-    MirrowvaleAuthenticatorApp(int& argc, char** argv, SingleInstance& instance);
+    /// @param name  by which other starts and the desktop ask for the window
+    explicit MirrowvaleAuthenticatorApp(const ApplicationName& name);
 
-    /// Shows the window and runs until it is closed. @returns the exit status
+    /// Shows the window and runs until it is closed, or a signal ends the program. @returns the exit status
     int run();
 
 private:
-    void listenForOtherStarts();
-    void answerOtherStarts();
-    void bringToFront(const std::string& activationToken);
+    void follow(const ApplicationName& name);
+    void bringToFront(const QString& activationToken);
+    void leave();
 
-    SingleInstance& instance_;
-    Application application_;
     TokenStore store_;
     ContentView contentView_{store_};
     QQmlEngine engine_;

@@ -1,8 +1,11 @@
+#include "platform/system/InstanceLock.h"
 #include "platform/system/PortalQuestion.h"
 #include "platform/system/ProcessProtection.h"
 #include "platform/system/RenderDevice.h"
 #include "platform/system/SessionBus.h"
-#include "platform/system/SingleInstance.h"
+#include "ui/app/ApplicationName.h"
+#include "ui/app/EndingSignals.h"
+#include "ui/app/MakeApplication.h"
 #include "ui/app/MirrowvaleAuthenticatorApp.h"
 #include "ui/desktop/SystemAppearance.h"
 
@@ -12,9 +15,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
-#include <memory>
-#include <stdexcept>
-#include <string>
+#include <string_view>
 
 namespace {
 
@@ -37,44 +38,76 @@ void drawInSoftware()
 }
 
 /// What the desktop gave this start so that its window may come to the front.
-std::string activationToken()
+QString activationToken()
 {
-    for (const char* name : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
-        if (const char* token = std::getenv(name)) {
-            return token;
-        }
-    }
-    return {};
+    return qEnvironmentVariable("XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
 }
 
-/// How long another process may take to bring its window to the front.
-constexpr std::chrono::seconds activationTimeout{5};
+constexpr auto help =
+    "Usage: mirrowvale-authenticator [--help | --version]\n"
+    "Opens a window with a list of one-time passwords. An otpauth:// URI goes into the form\n"
+    "that \"+\" opens there. The toolkit's own options, such as -platform, are taken, too.\n";
+constexpr auto version = "Mirrowvale Authenticator " MIRROWVALE_VERSION "\n";
 
-int run(int& argc, char** argv, SingleInstance& instance)
+/// Whether an argument asked for a text, which is on standard output then.
+bool answered(int argc, char** argv)
 {
-    if (!instance.isOnBus()) {
-        disableSessionBus();
+    for (int index = 1; index < argc; ++index) {
+        const std::string_view argument = argv[index];
+        if (argument == "--help" || argument == "--version") {
+            std::cout << (argument == "--help" ? help : version);
+            return true;
+        }
     }
+    return false;
+}
+
+int fail(int status, const char* reason)
+{
+    std::cerr << "mirrowvale-authenticator: " << reason << '\n';
+    return status;
+}
+
+int run(int& argc, char** argv)
+{
+    const QString token = activationToken(); // before the toolkit takes it
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasRenderDevice()) {
         drawInSoftware();
     }
-    MirrowvaleAuthenticatorApp app(argc, argv, instance);
-    return app.run();
+    const auto application = makeApplication(argc, argv);
+    if (argc > 1) { // it may hold a secret, and is not repeated
+        return fail(2, "Takes --help and --version alone; a URI goes into the form that \"+\" opens.");
+    }
+    ApplicationName name;
+    if (!name.take(token)) {
+        return EXIT_SUCCESS;
+    }
+    // Released before the name: whoever takes the name finds the folder free.
+    const InstanceLock lock;
+    if (lock.isTaken()) {
+        return fail(EXIT_FAILURE, "It is already running.");
+    }
+    return MirrowvaleAuthenticatorApp(name).run();
 }
+
+/// How long the bus may take to answer: one that does not is done without.
+constexpr std::chrono::seconds busTimeout{2};
 
 } // namespace
 
 int main(int argc, char* argv[])
 {
     protectProcess();
-    PortalQuestion question; // first, for all the time that the desktop can get
-    std::unique_ptr<SingleInstance> instance;
-    try {
-        instance = becomeOnlyInstance(activationToken(), activationTimeout);
-    } catch (const std::runtime_error& failure) {
-        std::cerr << "mirrowvale-authenticator: " << failure.what() << '\n';
-        return EXIT_FAILURE;
+    if (answered(argc, argv)) {
+        return EXIT_SUCCESS;
+    }
+    PortalQuestion question; // first, for all the time that the desktop can get, and before any thread
+    const auto bus = connectToSessionBus(busTimeout); // open already when the keyring is asked
+    if (!bus) {
+        disableSessionBus();
     }
     SystemAppearance::await(question);
-    return instance ? run(argc, argv, *instance) : EXIT_SUCCESS;
+    const int status = run(argc, argv);
+    raiseEndingSignal();
+    return status;
 }

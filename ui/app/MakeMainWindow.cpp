@@ -1,4 +1,4 @@
-#include "ui/app/MainWindow.h"
+#include "ui/app/MakeMainWindow.h"
 
 #include "ui/app/SymbolProvider.h"
 #include "ui/app/WindowVisibility.h"

@@ -1,0 +1,70 @@
+#include "ui/app/MakeApplication.h"
+
+#include "ui/accessibility/AccessibleFactory.h"
+#include "ui/app/Language.h"
+
+#include <QFont>
+#include <QLocale>
+
+#include <cstdio>
+#include <cstdlib>
+#include <sys/socket.h>
+#include <xcb/xcb.h>
+
+namespace MirrowvaleAuthenticator {
+
+namespace {
+
+QtMessageHandler usualHandler = nullptr;
+
+/// In place of the toolkit's own end, an abort. What its window systems say before would be more than a line.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (type == QtFatalMsg) {
+        std::fputs("mirrowvale-authenticator: There is no display to open a window on.\n", stderr);
+        std::_Exit(EXIT_FAILURE);
+    }
+    if (type == QtDebugMsg) { // which somebody has asked for
+        usualHandler(type, context, message);
+    }
+}
+
+/// The theme's caption. A text that may shrink looks at the default font, which is then one that is loaded
+/// anyway.
+QFont defaultFont()
+{
+    QFont font(QStringLiteral("Roboto"));
+    font.setPixelSize(12);
+    return font;
+}
+
+/// All codes of a full window may change at once. Drawn in software they are then more than an X connection
+/// takes at its usual size, and to send them would wait for the server.
+void widenConnection(const QGuiApplication& application)
+{
+    const auto* x11 = application.nativeInterface<QNativeInterface::QX11Application>();
+    auto* connection = x11 != nullptr ? x11->connection() : nullptr; // none off screen
+    if (connection != nullptr) {
+        const int size = 1 << 20; // bytes; the kernel may allow fewer
+        setsockopt(xcb_get_file_descriptor(connection), SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
+    }
+}
+
+} // namespace
+
+std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv)
+{
+    usualHandler = qInstallMessageHandler(endWithoutDisplay);
+    auto application = std::make_unique<QGuiApplication>(argc, argv);
+    qInstallMessageHandler(usualHandler);
+    widenConnection(*application);
+    QGuiApplication::setApplicationName(QStringLiteral("mirrowvale-authenticator"));
+    QGuiApplication::setOrganizationDomain(QStringLiteral("mirrowvale.app"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.mirrowvale.authenticator"));
+    QGuiApplication::setFont(defaultFont());
+    useTranslation(*application, bestTranslation(QLocale::system().uiLanguages()));
+    installAccessibleFactory();
+    return application;
+}
+
+} // namespace MirrowvaleAuthenticator
