@@ -27,6 +27,17 @@ FileDescriptor openFolder()
     return isOwn ? std::move(folder) : FileDescriptor();
 }
 
+/// Removes what a crash left, while nobody else is writing.
+void removeUnfinished(const std::filesystem::path& path)
+{
+    try {
+        if (const auto folder = PrivateFolder::open(path)) {
+            folder->removeUnfinished();
+        }
+    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): it takes some room, no more
+    }
+}
+
 bool isLockedByOther(const FileDescriptor& place)
 {
     return place && flock(place.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
@@ -41,6 +52,10 @@ InstanceLock::InstanceLock() : folder_(openFolder())
                                       O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
     }
     taken_ = isLockedByOther(folder_) || isLockedByOther(file_);
+    if (!taken_) {
+        removeUnfinished(dataFolderPath());
+        removeUnfinished(stateFolderPath());
+    }
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -54,6 +54,7 @@ void MirrowvaleAuthenticatorApp::bringToFront(const QString& activationToken)
 /// The user turns away: the window is minimised, hidden or closed, or the program ends.
 void MirrowvaleAuthenticatorApp::leave()
 {
+    store_.persistAgain();
 }
 
 } // namespace MirrowvaleAuthenticator

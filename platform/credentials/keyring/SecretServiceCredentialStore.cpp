@@ -1,7 +1,6 @@
 #include "platform/credentials/keyring/SecretServiceCredentialStore.h"
 
 #include "platform/credentials/keyring/SecretServiceItems.h"
-#include "platform/system/SessionBus.h"
 
 namespace MirrowvaleAuthenticator {
 
@@ -18,9 +17,8 @@ std::string digestOf(const SecretString& data)
 template <typename Action>
 OSStatus onItems(const ItemName& name, Action action)
 {
-    return !hasSessionBus() ? errSecNotAvailable : SecretServiceOperation::run([&](auto& operation) {
-        return action(SecretServiceItems(operation, name));
-    });
+    return SecretServiceOperation::run(
+        [&](auto& operation) { return action(SecretServiceItems(operation, name)); });
 }
 
 OSStatus find(const SecretServiceItems& items, Search search)

@@ -7,7 +7,7 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
-constexpr guint timeout = 4000; // milliseconds
+constexpr guint timeout = 4000; // milliseconds; of the bus, too
 
 } // namespace
 
@@ -59,12 +59,10 @@ SecretServiceOperation::~SecretServiceOperation()
 
 void SecretServiceOperation::connect()
 {
-    ErrorReport busReport;
-    const Owned<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable_.get(), busReport));
-    if (!bus) {
-        throw StatusError{errSecNotAvailable}; // whatever the reason, there is no bus to ask
+    bus_ = connectToSessionBus(std::chrono::milliseconds(timeout));
+    if (!bus_) {
+        throw StatusError{errSecNotAvailable};
     }
-    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
     ErrorReport report;
     const auto answer = wait([&](auto... rest) {
         secret_service_open(promptingServiceType(), nullptr, SECRET_SERVICE_OPEN_SESSION, rest...);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/credentials/Status.h"
+#include "platform/system/SessionBus.h"
 
 #define SECRET_API_SUBJECT_TO_CHANGE // for the only call that makes an item and replaces none
 #define SECRET_WITH_UNSTABLE
@@ -117,6 +118,7 @@ private:
     Owned<GMainContext> context_{g_main_context_new()}; ///< its own: nothing else runs meanwhile
     Owned<GCancellable> cancellable_{g_cancellable_new()};
     TimerSource timeout_;
+    BusConnection bus_;
     Owned<SecretService> service_;
 };
 
