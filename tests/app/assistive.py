@@ -1,6 +1,6 @@
 """The application in the hands of assistive technology alone: no pointer, no key."""
 
-from harness import Atspi, GLib, WindowTest, clipboard, main, secret
+from harness import Atspi, GLib, WindowTest, clipboard, main, secret, xdotool
 
 
 class AssistiveTest(WindowTest):
@@ -95,8 +95,12 @@ class AssistiveTest(WindowTest):
         for row in (1, 0):
             self.act(self.rows()[row], "SetFocus")
             self.until(lambda: self.rows()[row].focused)
+        xdotool("windowsize", "--sync", self.window, 390, 200)
+        place = self.rows()[0].top
+        self.act(self.find("Mirrowvale Auth", lambda element: element.role == "list"), "Scroll Down")
+        self.until(lambda: self.rows()[0].top != place)
         self.act(self.rows()[0], "Delete")
-        self.until(lambda: len(self.rows()) == 1)
+        self.until(lambda: self.outsideOfTheSheet().count("list item") == 1)
 
     def testNothingOfTheSecretAndNoTickButANewCodeIsHeard(self):
         self.start()

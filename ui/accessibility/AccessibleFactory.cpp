@@ -2,6 +2,7 @@
 
 #include "ui/accessibility/ButtonAccessible.h"
 #include "ui/accessibility/FieldAccessible.h"
+#include "ui/accessibility/ListAccessible.h"
 #include "ui/accessibility/ScreenAccessible.h"
 #include "ui/accessibility/TokenRowAccessible.h"
 #include "ui/items/ButtonItem.h"
@@ -24,6 +25,9 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
     }
     if (className == QLatin1String("MirrowvaleAuthenticator::ScreenItem")) {
         return new ScreenAccessible(static_cast<QQuickItem*>(object));
+    }
+    if (className == QLatin1String("QQuickListView")) {
+        return new ListAccessible(static_cast<QQuickItem*>(object));
     }
     if (className == QLatin1String("QQuickTextField") || className == QLatin1String("QQuickTextArea")) {
         return new FieldAccessible(static_cast<QQuickItem*>(object));

@@ -181,8 +181,6 @@ ListView {
     reuseItems: true
     Accessible.role: Accessible.List
     Accessible.name: title
-    Accessible.onScrollDownAction: scroll(1)
-    Accessible.onScrollUpAction: scroll(-1)
     onMovementStarted: closeOpenRow()
     Window.onActiveFocusItemChanged: {
         const item = Window.activeFocusItem
