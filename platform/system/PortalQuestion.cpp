@@ -24,7 +24,8 @@ constexpr std::chrono::milliseconds processTimeout{25000};
 
 GVariant* askPortal(GDBusConnection* bus)
 {
-    constexpr std::array groups{"org.freedesktop.appearance", "org.gnome.desktop.interface"};
+    constexpr std::array groups{"org.freedesktop.appearance", "org.gnome.desktop.interface",
+                                "org.gnome.desktop.a11y.interface"};
     return g_dbus_connection_call_sync(
         bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
         "org.freedesktop.portal.Settings", "ReadAll",

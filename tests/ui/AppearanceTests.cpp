@@ -28,6 +28,7 @@ protected:
     {
         QGuiApplication::setLayoutDirection(Qt::LeftToRight);
         set("org.freedesktop.appearance", "color-scheme", 0U);
+        set("org.freedesktop.appearance", "contrast", 0U);
         set("org.gnome.desktop.interface", "text-scaling-factor", 1.0);
     }
 
@@ -87,7 +88,12 @@ double contrast(const QColor& one, const QColor& other)
 
 TEST_F(AppearanceTest, everyTextStandsOutFromWhatLiesBehindIt)
 {
-    const std::pair<const char*, std::vector<const char*>> texts[] = {
+    const struct {
+        const char* text;
+        std::vector<const char*> surfaces;
+        double least = 4.5;
+        double leastWhereMoreIsWanted = 7;
+    } rows[] = {
         {"primary",
          {"background", "groupedBackground", "card", "menu", "highlight", "fillOnCard", "selection"}},
         {"secondary", {"background", "groupedBackground", "card"}},
@@ -95,12 +101,15 @@ TEST_F(AppearanceTest, everyTextStandsOutFromWhatLiesBehindIt)
         {"tint", {"background", "groupedBackground", "card", "fill", "fillPressed"}},
         {"red", {"background", "card"}},
         {"destructiveLabel", {"destructive"}},
+        {"separator", {"background", "groupedBackground", "card", "menu", "fillOnCard"}, 1.04},
+        {"disabled", {"groupedBackground", "card", "fillOnCard"}, 1.5, 4.5},
     };
-    for (const uint scheme : {2U, 1U}) {
+    for (const auto& [scheme, more] : {std::pair{2U, 0U}, {1U, 0U}, {2U, 1U}, {1U, 1U}}) {
         set("org.freedesktop.appearance", "color-scheme", scheme);
-        for (const auto& [text, surfaces] : texts) {
+        set("org.freedesktop.appearance", "contrast", more);
+        for (const auto& [text, surfaces, least, leastWhereMoreIsWanted] : rows) {
             for (const char* surface : surfaces) {
-                EXPECT_GE(contrast(color(text), color(surface)), 4.5)
+                EXPECT_GE(contrast(color(text), color(surface)), more == 1 ? leastWhereMoreIsWanted : least)
                     << text << " on " << surface << (scheme == 1 ? ", dark" : ", light");
             }
         }

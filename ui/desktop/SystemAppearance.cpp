@@ -43,6 +43,11 @@ QString gnomeInterfaceGroup()
     return QStringLiteral("org.gnome.desktop.interface");
 }
 
+QString gnomeAccessibilityGroup()
+{
+    return QStringLiteral("org.gnome.desktop.a11y.interface");
+}
+
 /// An X server's resolution holds the text scale already, and Qt scales everything by it.
 bool isScaledByDisplay()
 {
@@ -109,6 +114,10 @@ void SystemAppearance::apply(const QString& group, const QString& key, const QVa
     if (group == appearanceGroup() && key == QLatin1String("color-scheme")) {
         const uint scheme = value.toUInt(); // 0 is no preference
         darkWanted_ = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
+    } else if (group == appearanceGroup() && key == QLatin1String("contrast")) {
+        contrastRaised_ = value.toUInt() == 1;
+    } else if (group == gnomeAccessibilityGroup() && key == QLatin1String("high-contrast")) {
+        highContrast_ = value.toBool();
     } else if (group == appearanceGroup() && key == QLatin1String("reduced-motion")) {
         motionReduced_ = value.toUInt() == 1;
     } else if (group == gnomeInterfaceGroup() && key == QLatin1String("enable-animations")) {

@@ -20,6 +20,7 @@ class SystemAppearance : public QObject {
     QML_SINGLETON
     Q_PROPERTY(bool dark READ isDark NOTIFY changed FINAL)
     Q_PROPERTY(qreal textScale READ textScale NOTIFY changed FINAL)
+    Q_PROPERTY(bool moreContrast READ moreContrast NOTIFY changed FINAL)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed FINAL)
 
 public:
@@ -32,6 +33,8 @@ public:
 
     bool isDark() const;
     qreal textScale() const { return textScale_; } ///< factor on every text size, from 0.8 to 2
+    /// Whether texts, symbols and lines are to stand out more.
+    bool moreContrast() const { return contrastRaised_ || highContrast_; }
     /// Whether animations are unwanted.
     bool reducedMotion() const { return motionReduced_ || animationsOff_; }
 
@@ -54,6 +57,8 @@ private:
 
     std::optional<bool> darkWanted_;
     qreal textScale_ = 1;
+    bool contrastRaised_ = false; ///< by the setting that all desktops share
+    bool highContrast_ = false; ///< by GNOME's own
     bool motionReduced_ = false;
     bool animationsOff_ = false;
 };

@@ -8,6 +8,7 @@ QtObject {
     id: root
 
     readonly property bool dark: SystemAppearance.dark
+    readonly property bool strong: SystemAppearance.moreContrast
     readonly property real textScale: SystemAppearance.textScale
     readonly property bool mirrored: Application.layoutDirection === Qt.RightToLeft
 
@@ -22,17 +23,17 @@ QtObject {
 
     // Texts and symbols.
     readonly property color primary: dark ? "#ffffff" : "#000000"
-    readonly property color secondary: dark ? "#a0a0a8" : "#65656b"
-    readonly property color placeholder: dark ? "#a0a0a8" : "#6e6e74"
-    readonly property color disabled: dark ? "#5c5c61" : "#b4b4ba"
-    readonly property color tint: dark ? "#6fadff" : "#0a60cc"
-    readonly property color red: dark ? "#ff7a70" : "#d0021b"
-    readonly property color destructive: dark ? "#d21f2d" : "#d0021b"
+    readonly property color secondary: strong ? (dark ? "#d0d0d6" : "#404045") : dark ? "#a0a0a8" : "#65656b"
+    readonly property color placeholder: strong ? secondary : dark ? "#a0a0a8" : "#6e6e74"
+    readonly property color disabled: strong ? (dark ? "#b0b0b6" : "#66666c") : dark ? "#5c5c61" : "#b4b4ba"
+    readonly property color tint: strong ? (dark ? "#b8d8ff" : "#003f8f") : dark ? "#6fadff" : "#0a60cc"
+    readonly property color red: strong ? (dark ? "#ffb4ae" : "#9a0012") : dark ? "#ff7a70" : "#d0021b"
+    readonly property color destructive: strong ? "#9a0012" : dark ? "#d21f2d" : "#d0021b"
     readonly property color destructiveLabel: "#ffffff"
     readonly property color selection: dark ? "#1f4f86" : "#b9d6fb"
 
     // Lines and fills.
-    readonly property color separator: dark ? "#3d3d41" : "#c6c6c9"
+    readonly property color separator: strong ? (dark ? "#e0e0e4" : "#404045") : dark ? "#3d3d41" : "#c6c6c9"
     readonly property color fill: dark ? "#2a2a2d" : "#ededf1"
     readonly property color fillOnCard: dark ? "#414145" : "#e9e9ed"
     readonly property color fillPressed: dark ? "#3f3f44" : "#e1e1e6"
