@@ -11,9 +11,13 @@ class AddingTest(WindowTest):
         self.start()
         self.find("No tokens yet")
         self.openSheet()
-        self.fill("otpauth:// URI", f"otpauth://totp/Acme:alice?secret={sha256Key}&algorithm=SHA256&digits=8\n")
+        heights = set()
+        for end in ("", "\n"):
+            self.fill("otpauth:// URI", f"otpauth://totp/Acme:alice?secret={sha256Key}&algorithm=SHA256&digits=8{end}")
+            field = self.still("otpauth:// URI")
+            heights.add(field.height)
+        self.assertEqual(len(heights), 1, heights)
         setClipboard("selected elsewhere", "primary")
-        field = self.find("otpauth:// URI")
         drag(field.left + 3, field.y, field.left + field.width - 3, field.y)
         self.until(lambda: clipboard(selection="primary") == "",
                    lambda: f"a middle click pastes {clipboard(selection='primary')!r}")
@@ -68,6 +72,9 @@ class AddingTest(WindowTest):
     def testByHandOnAFreshSheet(self):
         self.start()
         self.openSheet()
+        for field in ("Issuer", "Account", secretField):
+            self.fill(field, "x" * 40_000)
+            self.until(lambda: self.find(field).length() == 40_000, lambda: f"{field} is cut")
         self.fill(secretField, "====")
         self.find("Save").click()
         self.find("The token secret is not valid Base32.")

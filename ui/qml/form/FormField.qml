@@ -8,6 +8,7 @@ T.TextField {
 
     required property string placeholder
 
+    maximumLength: 0x7fffffff // the toolkit's own limit would cut what is pasted
     implicitHeight: Math.max(Theme.target, contentHeight + 24)
     leftPadding: Theme.padding
     rightPadding: Theme.padding

@@ -18,7 +18,18 @@ T.TextArea {
         }
     }
 
-    implicitHeight: Math.max(Theme.target, contentHeight + topPadding + bottomPadding)
+    /// The caret has no place in the empty lines at the end.
+    function keepCaretInSight(): void {
+        if (selectedText.length === 0) {
+            cursorPosition = Math.min(cursorPosition, length - emptyLines)
+        }
+    }
+
+    /// How many empty lines end the text, as a copied line brings its end along. The field does not grow for them.
+    readonly property int emptyLines: text.length - text.replace(/\n+$/, "").length
+
+    implicitHeight: Math.max(Theme.target, contentHeight * (1 - emptyLines / lineCount) + topPadding + bottomPadding)
+    clip: emptyLines > 0
     leftPadding: Theme.padding
     rightPadding: Theme.padding
     topPadding: 11
@@ -30,6 +41,8 @@ T.TextArea {
     textFormat: TextEdit.PlainText
     wrapMode: TextEdit.WrapAnywhere
     selectByMouse: pointer.hovered
+    onCursorPositionChanged: keepCaretInSight()
+    onEmptyLinesChanged: keepCaretInSight()
     Accessible.name: placeholder
     KeyNavigation.priority: KeyNavigation.BeforeItem
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
