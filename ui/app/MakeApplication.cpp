@@ -4,7 +4,11 @@
 #include "ui/app/Language.h"
 
 #include <QFont>
+#include <QIcon>
 #include <QLocale>
+#include <QPainter>
+#include <QPixmap>
+#include <QSvgRenderer>
 
 #include <cstdio>
 #include <cstdlib>
@@ -38,6 +42,17 @@ QFont defaultFont()
     return font;
 }
 
+/// For window managers that find no desktop entry. The drawing for few pixels serves every size that they
+/// need.
+QIcon programIcon()
+{
+    QPixmap icon(48, 48);
+    icon.fill(Qt::transparent);
+    QPainter painter(&icon);
+    QSvgRenderer(QStringLiteral(":/icon.svg")).render(&painter);
+    return icon;
+}
+
 /// All codes of a full window may change at once. Drawn in software they are then more than an X connection
 /// takes at its usual size, and to send them would wait for the server.
 void widenConnection(const QGuiApplication& application)
@@ -61,6 +76,7 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv)
     QGuiApplication::setApplicationName(QStringLiteral("mirrowvale-authenticator"));
     QGuiApplication::setOrganizationDomain(QStringLiteral("mirrowvale.app"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.mirrowvale.authenticator"));
+    QGuiApplication::setWindowIcon(programIcon());
     QGuiApplication::setFont(defaultFont());
     useTranslation(*application, bestTranslation(QLocale::system().uiLanguages()));
     installAccessibleFactory();
