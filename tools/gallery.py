@@ -1,5 +1,6 @@
 """Takes a picture of every state of the application, in each of many looks, and lays them out on one sheet each:
-    tools/gallery.sh [FOLDER]"""
+    tools/gallery.sh [FOLDER]
+Also makes the README's picture, or compares the texts on it with today's."""
 
 import itertools
 import pathlib
@@ -10,7 +11,7 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests" / "app"))
 
 import harness
-from harness import WindowTest, secret, setClipboard, setDesktop
+from harness import WindowTest, describe, secret, setClipboard, setDesktop
 
 tokens = (f"totp/Acme:alice%40acme.example?secret={secret}",
           f"hotp/Brim%20Bank:bob?secret={secret}&counter=1",
@@ -25,18 +26,51 @@ looks = [("en", scheme, scale, ratio, 390) for scheme, (scale, ratio)
 looks += [(language, "light", 1, 1, 390) for language in ("ar", "he", "de", "ja", "zh_CN", "fr", "es", "pt_BR")]
 looks += [(language, "dark", 2, 1, 320) for language in ("en", "de", "ar")]
 looks += [("en", "dark", 1, 1, 1000)]
+# What the README shows, from left to right: each look with states of it.
+shown = {("en", "dark", 1, 1, 390): ("list",), ("ar", "dark", 1, 1, 390): ("revealed",),
+         ("ja", "light", 1, 1, 390): ("list", "error")}
+advice = "docs/gallery.png shows another state: tools/gallery.sh --readme"
+docs = pathlib.Path(__file__).resolve().parent.parent / "docs"
 
 
 class Gallery(WindowTest):
-    def runTest(self):
+    def testEveryLook(self):
         for look in looks:
             with self.subTest(look=look):
-                self.takeLook(*look)
+                name = self.takeLook(*look)
+                self.layOut(self.pages.values(), harness.pictures / f"{name}.png")
+                print(name, flush=True)
+
+    def testReadmeIsMade(self):
+        docs.joinpath("gallery.txt").write_text(self.takeShown(f"PNG8:{docs / 'gallery.png'}"))
+
+    def testReadmeShowsTodaysState(self):
+        today = harness.pictures / "readme.png"
+        self.assertEqual(self.takeShown(today), docs.joinpath("gallery.txt").read_text(), advice)
+        difference = subprocess.run(["compare", "-metric", "RMSE", today, docs / "gallery.png", "null:"],
+                                    capture_output=True, text=True).stderr
+        # As fonts may be smoothed otherwise elsewhere; what stands a line lower is 0.16.
+        self.assertLess(float(difference.partition("(")[2].rstrip(")")), 0.1, advice)
+
+    def takeShown(self, picture):
+        """Makes the README's picture. @returns the texts on it as a screen reader gets them"""
+        pages, texts = [], []
+        for look, states in shown.items():
+            name = self.takeLook(*look)
+            pages += [self.pages[state] for state in states]
+            texts += [line for state in states for line in (f"{name} {state}", *self.told[state], "")]
+        self.layOut(pages, picture, "+dither", "-colors", "64")
+        return "\n".join(texts)
+
+    def layOut(self, pages, picture, *options):
+        subprocess.run(["montage", *pages, "-tile", "x1", "-geometry", "+10+10", "-background", "#89898d", *options,
+                        picture], check=True)
 
     def takeLook(self, language, scheme, scale, ratio, width):
+        """@returns its name"""
         name = f"{language}-{scheme}-text{round(scale * 100)}-{ratio}x-{width}"
-        self.look, self.pages, self.number = {"LANGUAGE": language, "LC_ALL": f"{language}.UTF-8",
-                                              "QT_SCALE_FACTOR": str(ratio)}, [], 0
+        self.look, self.pages, self.told = {"LANGUAGE": language, "LC_ALL": f"{language}.UTF-8",
+                                              "QT_SCALE_FACTOR": str(ratio)}, {}, {}
         self.home = pathlib.Path(harness.tempfile.mkdtemp(dir=self.home))
         self.folder = harness.pictures / name
         self.folder.mkdir(parents=True, exist_ok=True)
@@ -48,9 +82,7 @@ class Gallery(WindowTest):
             self.takeStates()
         finally:
             self.stop()
-        subprocess.run(["montage", *self.pages, "-tile", "x1", "-geometry", "+12+12", "-background", "gray",
-                        str(harness.pictures / f"{name}.png")], check=True)
-        print(name, flush=True)
+        return name
 
     def environment(self, home):
         return {**super().environment(home), **self.look}
@@ -86,8 +118,7 @@ class Gallery(WindowTest):
 
     def take(self, state):
         """Takes the picture once two in a row are the same."""
-        self.number += 1
-        path = self.folder / f"{self.number}-{state}.png"
+        path = self.folder / f"{len(self.pages) + 1}-{state}.png"
         before = None
         while True:
             subprocess.run(["import", "-window", self.window, str(path)], check=True)
@@ -96,7 +127,9 @@ class Gallery(WindowTest):
                 break
             before = now
             time.sleep(0.1)
-        self.pages.append(str(path))
+        self.pages[state] = str(path)
+        self.told[state] = ["  " + element.text for element in filter(None, map(describe, self.accessibles()))
+                            if element.text != element.role]
 
 
 if __name__ == "__main__":
