@@ -24,6 +24,8 @@ T.TextField {
 
     FieldEditMenu { field: root }
 
+    FieldDrop { field: root }
+
     RowSeparator { }
 
     Placeholder {

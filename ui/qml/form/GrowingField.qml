@@ -65,6 +65,8 @@ T.TextArea {
 
     FieldEditMenu { field: root }
 
+    FieldDrop { field: root }
+
     RowSeparator { }
 
     // A finger that moves scrolls the form; a pointer selects.
