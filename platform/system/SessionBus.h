@@ -3,7 +3,7 @@
 #include <chrono>
 #include <memory>
 
-using GDBusConnection = struct _GDBusConnection; // of <gio/gio.h>
+using GDBusConnection = struct _GDBusConnection; // NOLINT(bugprone-*,cert-*): of <gio/gio.h>
 
 namespace MirrowvaleAuthenticator {
 

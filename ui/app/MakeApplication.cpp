@@ -10,8 +10,8 @@
 #include <QPixmap>
 #include <QSvgRenderer>
 
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <sys/socket.h>
 #include <xcb/xcb.h>
 
@@ -25,7 +25,7 @@ QtMessageHandler usualHandler = nullptr;
 void endWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
     if (type == QtFatalMsg) {
-        std::fputs("mirrowvale-authenticator: There is no display to open a window on.\n", stderr);
+        std::cerr << "mirrowvale-authenticator: There is no display to open a window on.\n";
         std::_Exit(EXIT_FAILURE);
     }
     if (type == QtDebugMsg) { // which somebody has asked for
