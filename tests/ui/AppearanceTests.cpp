@@ -5,7 +5,6 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QImage>
-#include <QQmlExpression>
 #include <QTest>
 
 #include <cmath>
@@ -30,12 +29,6 @@ protected:
         set("org.freedesktop.appearance", "color-scheme", 0U);
         set("org.freedesktop.appearance", "contrast", 0U);
         set("org.gnome.desktop.interface", "text-scaling-factor", 1.0);
-    }
-
-    /// @param user  what has the singleton among its imports
-    static QObject* singleton(const char* name, QObject* user)
-    {
-        return QQmlExpression(qmlContext(user), user, QLatin1String(name)).evaluate().value<QObject*>();
     }
 
     void set(const char* group, const char* key, const QVariant& value)
@@ -122,9 +115,9 @@ TEST_F(AppearanceTest, aGrowingTextLeavesTheListAtItsTopAndAnOpenRowOpen)
     QQuickItem* row = nullptr;
     ASSERT_TRUE(QTest::qWaitFor([&] { return rows().size() == 2 && (row = rows().constFirst()); }));
     const QQuickItem* view = shown(window->contentItem(), "QQuickListView").constFirst();
-    ASSERT_TRUE(QMetaObject::invokeMethod(row, "reveal"));
+    ASSERT_TRUE(QMetaObject::invokeMethod(row, "openByKey"));
     const auto isOpen = [row] {
-        return row->property("revealed") == row->property("deleteWidth") && row->property("revealed") != 0.0;
+        return row->property("offset") == row->property("deleteWidth") && row->property("offset") != 0.0;
     };
     ASSERT_TRUE(QTest::qWaitFor(isOpen));
     set("org.gnome.desktop.interface", "text-scaling-factor", 2.0);

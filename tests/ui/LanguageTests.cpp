@@ -54,7 +54,7 @@ public:
         show();
     }
 
-    /// Two tokens are named as the interface is, the third has no names. All rows show what a swipe reveals.
+    /// Two tokens are named as the interface is, the third has no names. All rows are open.
     void showList()
     {
         auto tokens = tokensNamed("abc");
@@ -68,7 +68,7 @@ public:
         window->grabWindow(); // makes the rows
         for (QQuickItem* row : shown(window->contentItem(), "MirrowvaleAuthenticator::TokenRowItem")) {
             row->setProperty("open", true);
-            row->setProperty("revealed", row->property("deleteWidth"));
+            row->setProperty("offset", row->property("deleteWidth"));
         }
     }
 

@@ -4,6 +4,7 @@
 #include "ui/app/MakeMainWindow.h"
 
 #include <QList>
+#include <QQmlExpression>
 #include <QQuickItem>
 
 namespace MirrowvaleAuthenticator {
@@ -34,6 +35,12 @@ protected:
     static QList<QQuickItem*> shown(const QQuickItem* item, const char* type)
     {
         return shown(item, [type](const QQuickItem& candidate) { return candidate.inherits(type); });
+    }
+
+    /// @param user  what has the singleton among its imports
+    static QObject* singleton(const char* name, QObject* user)
+    {
+        return QQmlExpression(qmlContext(user), user, QLatin1String(name)).evaluate().value<QObject*>();
     }
 
     ContentView contentView{store};

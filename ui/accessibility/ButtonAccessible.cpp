@@ -13,6 +13,11 @@ ButtonItem* ButtonAccessible::button() const
     return static_cast<ButtonItem*>(object());
 }
 
+QAccessible::Role ButtonAccessible::role() const
+{
+    return button()->isInMenu() ? QAccessible::MenuItem : QAccessible::Button;
+}
+
 QString ButtonAccessible::text(QAccessible::Text kind) const
 {
     switch (kind) {
@@ -20,6 +25,8 @@ QString ButtonAccessible::text(QAccessible::Text kind) const
         return button()->text();
     case QAccessible::Description:
         return button()->subject();
+    case QAccessible::Accelerator:
+        return button()->key();
     default:
         return {};
     }
@@ -48,6 +55,11 @@ void ButtonAccessible::doAction(const QString& name)
     } else {
         ItemAccessible::doAction(name);
     }
+}
+
+QStringList ButtonAccessible::keyBindingsForAction(const QString& name) const
+{
+    return name == pressAction() && !button()->key().isEmpty() ? QStringList{button()->key()} : QStringList{};
 }
 
 } // namespace MirrowvaleAuthenticator

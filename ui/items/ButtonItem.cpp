@@ -17,6 +17,7 @@ constexpr int repeatInterval = 100;
 ButtonItem::ButtonItem(QQuickItem* parent) : KeyboardFocusItem(parent)
 {
     setAcceptedMouseButtons(Qt::LeftButton);
+    setAcceptHoverEvents(true);
     for (const auto spaceChanged : {&ButtonItem::leftPaddingChanged, &ButtonItem::rightPaddingChanged,
                                     &ButtonItem::topInsetChanged, &ButtonItem::bottomInsetChanged}) {
         connect(this, spaceChanged, this, &ButtonItem::arrange);
@@ -95,6 +96,7 @@ void ButtonItem::itemChange(ItemChange change, const ItemChangeData& data)
 {
     if ((change == ItemEnabledHasChanged || change == ItemVisibleHasChanged) && !data.boolValue) {
         setDown(false);
+        setHovered(false);
     }
     QQuickItem::itemChange(change, data);
 }
@@ -110,6 +112,13 @@ void ButtonItem::setDown(bool presses)
         repetition_.stop();
     }
     emit downChanged();
+}
+
+void ButtonItem::setHovered(bool hovered)
+{
+    if (std::exchange(hovered_, hovered) != hovered) {
+        emit hoveredChanged();
+    }
 }
 
 void ButtonItem::beginPress()
@@ -150,6 +159,18 @@ void ButtonItem::mouseReleaseEvent(QMouseEvent* event)
 void ButtonItem::mouseUngrabEvent()
 {
     setDown(false);
+}
+
+void ButtonItem::hoverEnterEvent(QHoverEvent* event)
+{
+    setHovered(true);
+    KeyboardFocusItem::hoverEnterEvent(event);
+}
+
+void ButtonItem::hoverLeaveEvent(QHoverEvent* event)
+{
+    setHovered(false);
+    KeyboardFocusItem::hoverLeaveEvent(event);
 }
 
 void ButtonItem::touchUngrabEvent()

@@ -19,13 +19,20 @@ class ButtonItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualif
     Q_PROPERTY(QString text MEMBER text_ NOTIFY textChanged FINAL)
     /// What the button acts on, where its title alone does not tell.
     Q_PROPERTY(QString subject MEMBER subject_ NOTIFY subjectChanged FINAL)
+    /// The key that does the same anywhere in the window, as the platform writes it; empty where there is
+    /// none.
+    Q_PROPERTY(QString key MEMBER key_ NOTIFY keyChanged FINAL)
     Q_PROPERTY(bool opensMenu MEMBER opensMenu_ NOTIFY opensMenuChanged FINAL)
     /// Whether assistive technology may give it focus.
     Q_PROPERTY(bool focusable MEMBER focusable_ NOTIFY focusableChanged FINAL)
+    /// Whether it is an entry of a menu.
+    Q_PROPERTY(bool inMenu MEMBER inMenu_ NOTIFY inMenuChanged FINAL)
     /// Whether it is an option, which can be the chosen one.
     Q_PROPERTY(bool checkable MEMBER checkable_ NOTIFY checkableChanged FINAL)
     Q_PROPERTY(bool checked MEMBER checked_ NOTIFY checkedChanged FINAL)
     Q_PROPERTY(bool down READ isDown NOTIFY downChanged FINAL)
+    /// Whether a pointer is on it.
+    Q_PROPERTY(bool hovered READ isHovered NOTIFY hoveredChanged FINAL)
     Q_PROPERTY(bool autoRepeat MEMBER autoRepeat_ NOTIFY autoRepeatChanged FINAL)
     Q_PROPERTY(
         QQuickItem* contentItem MEMBER contentItem_ WRITE setContentItem NOTIFY contentItemChanged FINAL)
@@ -43,11 +50,14 @@ public:
 
     QString text() const { return text_; }
     QString subject() const { return subject_; }
+    QString key() const { return key_; }
     bool doesOpenMenu() const { return opensMenu_; }
     bool isFocusable() const { return focusable_; }
+    bool isInMenu() const { return inMenu_; }
     bool isCheckable() const { return checkable_; }
     bool isChecked() const { return checked_; }
     bool isDown() const { return down_; } ///< a press that would count if it ended now
+    bool isHovered() const { return hovered_; }
 
     void setContentItem(QQuickItem* item);
     void setBackground(QQuickItem* item);
@@ -57,11 +67,14 @@ public:
 signals:
     void textChanged();
     void subjectChanged();
+    void keyChanged();
     void opensMenuChanged();
     void focusableChanged();
+    void inMenuChanged();
     void checkableChanged();
     void checkedChanged();
     void downChanged();
+    void hoveredChanged();
     void autoRepeatChanged();
     void contentItemChanged();
     void backgroundChanged();
@@ -85,6 +98,8 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseUngrabEvent() override;
+    void hoverEnterEvent(QHoverEvent* event) override;
+    void hoverLeaveEvent(QHoverEvent* event) override;
     void touchUngrabEvent() override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
@@ -95,15 +110,19 @@ private:
     void beginPress();
     void endPress(bool counts);
     void setDown(bool presses);
+    void setHovered(bool hovered);
     void arrange();
 
     QString text_;
     QString subject_;
+    QString key_;
     bool opensMenu_ = false;
     bool focusable_ = true;
+    bool inMenu_ = false;
     bool checkable_ = false;
     bool checked_ = false;
     bool down_ = false;
+    bool hovered_ = false;
     bool autoRepeat_ = false;
     bool returnIsHeld_ = false; ///< pressed here, not where focus was before
     bool repeated_ = false; // the press under way has clicked while it was held

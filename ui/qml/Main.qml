@@ -53,7 +53,9 @@ Window {
     }
 
     Shortcut {
-        sequences: ["Ctrl+N"]
+        id: adding
+
+        sequence: "Ctrl+N"
         enabled: !root.contentView.showingAdd
         onActivated: root.contentView.showingAdd = true
     }
@@ -97,6 +99,7 @@ Window {
                 }
                 text: qsTr("Add token")
                 symbol: "plus"
+                key: adding.nativeText
                 Keys.onDownPressed: list.showFocus()
                 onClicked: root.contentView.showingAdd = true
             }

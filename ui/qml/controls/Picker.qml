@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import MirrowvaleAuthenticator
 
@@ -9,9 +11,6 @@ PlainButton {
     required property var options
     required property string choice
 
-    /// Whether the focus ring showed here when the menu came up, and is to show again after it.
-    property bool hadVisualFocus: false
-
     signal chosen(string option)
 
     text: label
@@ -21,51 +20,30 @@ PlainButton {
     leftPadding: Theme.padding
     rightPadding: Theme.padding
     focusRing.anchors.margins: 2
-    onClicked: {
-        hadVisualFocus = visualFocus
-        menu.open()
-    }
+    onClicked: choices.openFrom(root, Qt.rect(0, 0, width, height))
 
     contentItem: PickerValue {
         label: root.label
         choice: root.choice
-        pressed: root.down || menu.visible
+        pressed: root.down || choices.visible
     }
 
     PopupMenu {
-        id: menu
-
-        readonly property Item focused: root.Window.activeFocusItem
-        readonly property bool focusIsElsewhere: focused !== null && focused !== root.Window.contentItem
+        id: choices
 
         x: Theme.mirrored ? Theme.spacing : root.width - width - Theme.spacing
-        y: root.height - 4
-        width: Math.min(170 * Theme.textScale, root.width)
-        modal: true
-        dim: false
-        focus: true
-        onActiveFocusChanged: if (!activeFocus) close()
-        onClosed: {
-            if (root.enabled && !focusIsElsewhere) {
-                root.forceActiveFocus(Qt.PopupFocusReason)
-                root.visualFocus = root.hadVisualFocus
-            }
-        }
 
-        contentItem: PickerList {
-            options: root.options
-            choice: root.choice
-            onChosen: option => {
-                menu.close()
-                root.chosen(option)
-            }
-        }
-        enter: Transition {
-            NumberAnimation {
-                property: "opacity"
-                from: 0
-                to: 1
-                duration: Theme.quick
+        Repeater {
+            model: root.options
+
+            MenuEntry {
+                required property string modelData
+
+                menu: choices
+                text: modelData
+                checkable: true
+                checked: root.choice === modelData
+                onChosen: root.chosen(modelData)
             }
         }
     }

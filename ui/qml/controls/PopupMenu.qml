@@ -1,17 +1,73 @@
 import QtQuick
-import QtQuick.Templates as T
 import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Items
 
-/// The surface of a menu, within the window whatever it is asked.
-T.Popup {
-    height: implicitContentHeight + 2 * padding
-    margins: Theme.spacing
-    padding: 4
+/// A menu, as wide as its widest entry. It scrolls where the window is too low for it.
+PopupSurface {
+    id: root
 
-    background: Rectangle {
-        radius: Theme.cornerRadius + 4
-        color: Theme.menu
-        border.width: 1
-        border.color: Theme.separator
+    default property alias entries: column.data
+
+    /// What gets focus back when the menu closes, with the focus ring where it showed. A menu without one leaves focus
+    /// where it is.
+    property Item opener: null
+    property bool ringShowed: false
+    readonly property bool takesFocus: opener !== null
+
+    readonly property Item focused: parent?.Window.activeFocusItem ?? null
+    readonly property bool focusIsElsewhere: focused !== null && focused !== parent?.Window.contentItem
+
+    /// Opens with focus in the option that is chosen, or in the first entry.
+    function openFrom(item: Item, place: rect): void {
+        opener = item
+        ringShowed = (item as KeyboardFocusItem)?.visualFocus ?? false
+        openBeside(place)
+        const items = Array.from(column.children)
+        const first = items.find(item => item.checked) ?? items[0]
+        first.forceActiveFocus(Qt.PopupFocusReason)
+    }
+
+    function widest(items: var): real {
+        return Array.from(items).reduce((width, item) => item.visible ? Math.max(width, item.implicitWidth) : width, 0)
+    }
+
+    width: Math.min(widest(column.children) + 2 * padding, (parent?.Window.width ?? 0) - 2 * margins)
+    height: Math.min(column.height + 2 * padding, (parent?.Window.height ?? 0) - 2 * margins)
+    modal: takesFocus
+    dim: false
+    focus: takesFocus
+    contentItem: content
+    onActiveFocusChanged: if (!activeFocus) close()
+    onClosed: {
+        if (opener?.enabled && (!focusIsElsewhere || opener.activeFocus)) {
+            opener.forceActiveFocus(Qt.PopupFocusReason)
+            const button = opener as KeyboardFocusItem
+            if (button) {
+                button.visualFocus = ringShowed
+            }
+        }
+    }
+
+    readonly property Flickable content: Flickable {
+        contentHeight: column.height
+        interactive: contentHeight > height
+        clip: interactive
+
+        Column {
+            id: column
+
+            width: parent.width
+            LayoutMirroring.enabled: Theme.mirrored
+            LayoutMirroring.childrenInherit: true
+            Accessible.role: Accessible.PopupMenu
+        }
+    }
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: Theme.quick
+        }
     }
 }

@@ -2,8 +2,8 @@ import QtQuick
 import MirrowvaleAuthenticator
 import MirrowvaleAuthenticator.Desktop
 
-/// A code, in digits of one width, from left to right in every language. A long press or a double click selects
-/// it; Ctrl+C or the menu of a long press then copies it. It leaves dragging to what lies around it.
+/// A code, in digits of one width, from left to right in every language. A double click or a long press selects it, a
+/// mouse that is dragged over it what it passes; Ctrl+C then copies that. A finger's drag is left to what lies around it.
 TextInput {
     id: root
 
@@ -16,21 +16,46 @@ TextInput {
     /// The width that the code must not exceed.
     required property real room
 
-    /// The selection follows the code to its next value.
-    property bool selected: false
+    /// What is selected, in characters of the code. The selection follows the code to its next value.
+    property int from: 0
+    property int to: 0
+    readonly property bool selected: from < to
 
     signal selectionStarted
+
+    /// The right button was clicked, or the code is held.
+    ///
+    /// @param place  where, from its left edge
+    signal menuRequested(real place)
 
     /// Focus, which came with the selection, is to go back to where it belongs.
     signal selectionEnded
 
-    function selectCode() {
-        select(mark.length, length)
+    function selectRange(first: int, last: int): void {
+        from = first
+        to = last
+        select(mark.length + from, mark.length + to)
+    }
+
+    function start(first: int, last: int): void {
+        selectRange(first, last)
+        forceActiveFocus(Qt.MouseFocusReason)
+        selectionStarted()
+    }
+
+    function selectAll(): void {
+        start(0, code.length)
+    }
+
+    /// Forgets the selection, wherever the focus is.
+    function forget(): void {
+        from = 0
+        to = 0
+        deselect()
     }
 
     function clearSelection() {
-        selected = false
-        deselect()
+        forget()
         if (focus) {
             selectionEnded()
         }
@@ -47,10 +72,10 @@ TextInput {
     activeFocusOnTab: false
     cursorVisible: false
     persistentSelection: true
-    onTextChanged: if (selected) selectCode()
-    onSelectionStartChanged: if (selected && selectionStart < mark.length) selectCode()
+    onTextChanged: if (selected) selectRange(from, to)
+    onSelectionStartChanged: if (selected && selectionStart < mark.length) selectRange(from, to)
     // An arrow key clears the selection, which is to last until Escape or a press elsewhere.
-    onSelectedTextChanged: if (selected && selectedText.length === 0) selectCode()
+    onSelectedTextChanged: if (selected && selectedText.length === 0) selectRange(from, to)
     Keys.onEscapePressed: event => {
         event.accepted = selected
         clearSelection()
@@ -63,25 +88,36 @@ TextInput {
         }
     }
 
-    EditMenuLoader {
-        id: menu
-
-        field: root
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.LeftButton | Qt.RightButton // the text would keep either to itself
+        cursorShape: Qt.IBeamCursor
+        onPressAndHold: mouse => {
+            root.selectAll()
+            root.menuRequested(mouse.x)
+        }
+        onDoubleClicked: root.selectAll()
+        onClicked: mouse => {
+            if (mouse.button === Qt.RightButton) {
+                root.menuRequested(mouse.x)
+            }
+        }
     }
 
-    MouseArea {
-        function start() {
-            root.selected = true
-            root.selectCode()
-            root.forceActiveFocus(Qt.MouseFocusReason)
-            root.selectionStarted()
+    DragHandler {
+        function place(position: point): int {
+            return Math.max(0, root.positionAt(position.x, position.y) - root.mark.length)
         }
 
-        anchors.fill: parent
-        onPressAndHold: mouse => {
-            start()
-            menu.openAt(mouse.x, mouse.y)
+        target: null
+        grabPermissions: PointerHandler.CanTakeOverFromAnything // and leaves it to none
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        onCentroidChanged: {
+            const begin = place(centroid.pressPosition)
+            const end = place(centroid.position)
+            if (active && begin !== end) {
+                root.start(Math.min(begin, end), Math.max(begin, end))
+            }
         }
-        onDoubleClicked: start()
     }
 }

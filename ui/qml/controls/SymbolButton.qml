@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// A button that shows a symbol; its title is its accessible name.
+/// A button that shows a symbol; its title is its accessible name and its tooltip.
 PlainButton {
     id: root
 
@@ -9,6 +9,13 @@ PlainButton {
     property real symbolSize: Theme.symbolSize * Theme.textScale
 
     focusRing.anchors.margins: 2
+    onHoveredChanged: {
+        if (hovered) {
+            tooltip.setSource("Tooltip.qml", { button: root })
+        } else {
+            tooltip.source = ""
+        }
+    }
 
     contentItem: Item {
         implicitWidth: root.symbolSize
@@ -21,5 +28,9 @@ PlainButton {
             color: root.enabled ? Theme.tint : Theme.disabled
             opacity: root.down ? 0.4 : 1
         }
+    }
+
+    Loader {
+        id: tooltip
     }
 }

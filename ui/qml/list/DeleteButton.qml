@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// What a swiped row reveals.
+/// What an open row shows.
 PlainButton {
     id: root
 

@@ -11,7 +11,7 @@ DragHandler {
     required property bool open
 
     /// How far away the row stands.
-    property real revealed: 0
+    property real offset: 0
     readonly property int openingDirection: Theme.mirrored ? 1 : -1
     readonly property real flickSpeed: 300 // points a second
     property real start: 0
@@ -23,7 +23,7 @@ DragHandler {
 
     readonly property NumberAnimation settling: NumberAnimation {
         target: root
-        property: "revealed"
+        property: "offset"
         duration: Theme.moderate
         easing.type: Easing.OutCubic
     }
@@ -35,29 +35,29 @@ DragHandler {
 
     function closeAtOnce(): void {
         settling.stop()
-        revealed = 0
+        offset = 0
     }
 
     function begin(): void {
         settling.stop()
-        start = revealed
+        start = offset
         begun()
     }
 
     function follow(): void {
         const distance = start + activeTranslation.x * openingDirection
         const beyond = Math.max(0, distance - extent)
-        revealed = Math.max(0, Math.min(distance, extent)) + beyond / 4
+        offset = Math.max(0, Math.min(distance, extent)) + beyond / 4
     }
 
     function opens(): bool {
         const speed = centroid.velocity.x * openingDirection
-        return speed > flickSpeed || (speed > -flickSpeed && revealed > extent / 2)
+        return speed > flickSpeed || (speed > -flickSpeed && offset > extent / 2)
     }
 
     target: null
     yAxis.enabled: false
-    onExtentChanged: if (revealed > 0 && open && !settling.running) revealed = extent
+    onExtentChanged: if (offset > 0 && open && !settling.running) offset = extent
     onActiveChanged: active ? begin() : ended(opens())
     onActiveTranslationChanged: if (active) follow()
 }

@@ -3,7 +3,7 @@ import MirrowvaleAuthenticator
 import MirrowvaleAuthenticator.Items
 
 /// One token: whom it is for, its code, and what can be done with it. A swipe from the trailing edge or the
-/// Delete key reveals "Delete".
+/// Delete key opens it, which shows "Delete".
 TokenRowItem {
     id: root
 
@@ -23,11 +23,20 @@ TokenRowItem {
     /// While a row of the list is open, a tap on any row closes that one and does nothing else.
     required property bool listHasOpenRow
 
+    /// While its menu is up, no press that began before it swipes the row.
+    required property bool hasMenu
+
     readonly property alias code: code
+
+    /// Whether one of its buttons is being pressed.
+    readonly property bool presses: copy.down || ((next.item as BorderedButton)?.down ?? false)
 
     signal copyPressed
     signal tappedToClose
     signal codeSelected
+
+    /// @param place  where the menu is asked for, from the row's left edge
+    signal menuRequested(real place)
 
     function settle(opens: bool): void {
         open = opens
@@ -35,7 +44,7 @@ TokenRowItem {
     }
 
     /// Opens the row and gives focus to "Delete".
-    function reveal(): void {
+    function openByKey(): void {
         settle(true)
         deleteButton?.forceActiveFocus(Qt.TabFocusReason)
     }
@@ -43,6 +52,10 @@ TokenRowItem {
     function close(): void {
         settle(false)
         takeFocus()
+    }
+
+    function requestMenu(): void {
+        menuRequested(Theme.mirrored ? width - inset : inset)
     }
 
     /// Once for a key, however long it is held.
@@ -62,12 +75,11 @@ TokenRowItem {
     function forget(): void {
         open = false
         swipe.closeAtOnce()
-        code.selected = false
-        code.deselect()
+        code.forget()
     }
 
     /// How far the row stands away from its trailing edge.
-    property alias revealed: swipe.revealed
+    property alias offset: swipe.offset
     readonly property DeleteButton deleteButton: deletion.item as DeleteButton
     readonly property real deleteWidth: deleteButton?.implicitWidth ?? 0
 
@@ -77,16 +89,20 @@ TokenRowItem {
     Keys.onReturnPressed: event => copyOnce(event)
     Keys.onEnterPressed: event => copyOnce(event)
     Keys.onSpacePressed: event => copyOnce(event)
-    Keys.onDeletePressed: reveal()
+    Keys.onDeletePressed: openByKey()
     Keys.onEscapePressed: event => {
         event.accepted = open
         if (open) {
             close()
         }
     }
+    Keys.onMenuPressed: requestMenu()
     Keys.onPressed: event => {
-        event.accepted = event.matches(StandardKey.Copy)
-        if (event.accepted) {
+        const asksForMenu = event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier
+        event.accepted = asksForMenu || event.matches(StandardKey.Copy)
+        if (asksForMenu) {
+            requestMenu()
+        } else if (event.accepted) {
             copyOnce(event)
         }
     }
@@ -94,7 +110,7 @@ TokenRowItem {
     Swipe {
         id: swipe
 
-        enabled: root.visible // a row that waits for another token ends its swipe
+        enabled: root.visible && !root.hasMenu // a row that waits for another token ends its swipe
         extent: root.deleteWidth
         open: root.open
         onBegun: root.open = true
@@ -105,12 +121,12 @@ TokenRowItem {
         id: deletion
 
         row: root
-        x: Theme.mirrored ? root.revealed - width : parent.width - root.revealed
-        width: Math.max(root.deleteWidth, root.revealed)
+        x: Theme.mirrored ? root.offset - width : parent.width - root.offset
+        width: Math.max(root.deleteWidth, root.offset)
         height: parent.height
         // Few rows are ever opened.
         active: swipe.active || visible
-        visible: root.open || root.revealed > 0
+        visible: root.open || root.offset > 0
 
         sourceComponent: DeleteButton {
             readonly property TokenRowItem row: (parent as RowLoader)?.row ?? null
@@ -123,7 +139,7 @@ TokenRowItem {
     Rectangle {
         id: content
 
-        x: root.revealed * swipe.openingDirection
+        x: root.offset * swipe.openingDirection
         width: parent.width
         height: header.height + Theme.spacing + codeLine.height + 2 * Theme.rowPadding
         color: Theme.background
@@ -213,6 +229,7 @@ TokenRowItem {
                 anchors.left: parent.left
                 code: root.displayCode
                 room: codeLine.width - copy.symbolSize - Theme.spacing
+                onMenuRequested: place => root.menuRequested(mapToItem(root, place, 0).x)
                 onSelectionStarted: root.codeSelected()
                 onSelectionEnded: root.forceActiveFocus(Qt.OtherFocusReason)
             }
