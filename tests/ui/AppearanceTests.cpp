@@ -186,6 +186,7 @@ double baseline(const QQuickItem& text)
 
 TEST_F(AppearanceTest, namesThatDifferInTheirLastCharacterLookDifferent)
 {
+    QCoreApplication::processEvents(); // a first frame, with which the window finds its own size
     window->resize(320, 3200);
     for (const auto& [scale, direction] :
          {std::pair{1.0, Qt::LeftToRight}, {2.0, Qt::LeftToRight}, {2.0, Qt::RightToLeft}}) {

@@ -10,8 +10,6 @@ Window {
     required property ContentView contentView
     readonly property AddTokenView form: contentView.addTokenView
 
-    width: 390
-    height: 844
     minimumWidth: 320
     minimumHeight: 120 // an on-screen keyboard over a phone held sideways leaves about that
     visible: true
