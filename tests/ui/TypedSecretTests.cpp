@@ -1,5 +1,7 @@
 #include "tests/ui/SceneFixture.h"
 
+#include <QDropEvent>
+#include <QMimeData>
 #include <QTest>
 
 #include <algorithm>
@@ -59,29 +61,51 @@ bool inMemory(const Typed& text)
     return false;
 }
 
+void type(const Typed& text, QQuickWindow& window)
+{
+    for (std::size_t index = 0; index < Typed::size; ++index) {
+        QTest::keyClick(&window, text.at(index));
+    }
+}
+
+void drop(const Typed& text, QQuickWindow& window)
+{
+    QString dropped;
+    for (std::size_t index = 0; index < Typed::size; ++index) {
+        dropped += QLatin1Char(text.at(index));
+    }
+    QMimeData data;
+    data.setText(dropped);
+    const QPoint place = window.activeFocusItem()->mapToScene({20, 20}).toPoint();
+    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QDropEvent drop(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&window, &enter);
+    QCoreApplication::sendEvent(&window, &drop);
+    EXPECT_EQ(drop.dropAction(), Qt::CopyAction) << "it stays where it was dragged from";
+}
+
 using TypedSecretTest = SceneTest;
 
 TEST_F(TypedSecretTest, noCopyOfAFieldOutlivesTheSheet)
 {
     build();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    for (const std::size_t tabs : {0U, 3U}) { // the URI's field has focus; the secret's lies further down
+    // The URI's field has focus; the secret's lies further down.
+    for (const auto& [tabs, enter] : {std::pair{0U, &type}, {3U, &type}, {2U, &drop}}) {
         contentView.setShowingAdd(true);
         ASSERT_TRUE(QTest::qWaitFor([this] { return window->activeFocusItem() != nullptr; }));
-        for (std::size_t press = 0; press < tabs; ++press) {
+        for (auto press = 0U; press < tabs; ++press) {
             QTest::keyClick(window.get(), Qt::Key_Tab);
         }
         const Typed text{tabs};
-        for (std::size_t index = 0; index < Typed::size; ++index) {
-            QTest::keyClick(window.get(), text.at(index));
-        }
-        ASSERT_TRUE(inMemory(text));
+        enter(text, *window);
+        ASSERT_TRUE(inMemory(text)) << "after " << tabs << " presses of Tab";
         contentView.addTokenView()->importFromURI();
         contentView.addTokenView()->saveManualToken();
         contentView.addTokenView()->cancel();
         ASSERT_TRUE(QTest::qWaitFor([this] { return contentView.addTokenView() == nullptr; }));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        EXPECT_FALSE(inMemory(text)) << "typed after " << tabs << " presses of Tab";
+        EXPECT_FALSE(inMemory(text)) << "after " << tabs << " presses of Tab";
     }
 }
 
