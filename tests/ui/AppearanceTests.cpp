@@ -79,14 +79,16 @@ double contrast(const QColor& one, const QColor& other)
     return (lighter + 0.05) / (darker + 0.05);
 }
 
+struct ContrastRow {
+    const char* text;
+    std::vector<const char*> surfaces;
+    double least = 4.5;
+    double leastWhereMoreIsWanted = 7;
+};
+
 TEST_F(AppearanceTest, everyTextStandsOutFromWhatLiesBehindIt)
 {
-    const struct {
-        const char* text;
-        std::vector<const char*> surfaces;
-        double least = 4.5;
-        double leastWhereMoreIsWanted = 7;
-    } rows[] = {
+    const ContrastRow rows[] = {
         {"primary",
          {"background", "groupedBackground", "card", "menu", "highlight", "fillOnCard", "selection"}},
         {"secondary", {"background", "groupedBackground", "card"}},
