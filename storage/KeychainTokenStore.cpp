@@ -38,20 +38,27 @@ StoredList KeychainTokenStore::load() const
     search[kSecMatchLimit] = std::string(kSecMatchLimitOne);
     SecResult result;
     const auto status = SecItemCopyMatching(search, result);
-    return StoredList::of(status, result);
+    return StoredList::of(status, std::move(result));
 }
 
-void KeychainTokenStore::save(const std::vector<AuthToken>& tokens) const
+void KeychainTokenStore::save(const std::vector<AuthToken>& tokens,
+                              const std::function<void()>& beforeCreation) const
 {
     auto attributes = itemAttributes(encodeTokens(tokens));
     auto status = SecItemUpdate(query(), attributes);
     if (status == errSecItemNotFound) {
+        beforeCreation();
         attributes.merge(query());
         status = SecItemAdd(attributes);
     }
     if (status != errSecSuccess) {
         throw KeychainTokenStoreError(status);
     }
+}
+
+void KeychainTokenStore::setAside(const SecretString& data) const
+{
+    MirrowvaleAuthenticator::setAside(credentialStore(), {service_, account_}, data);
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -3,6 +3,7 @@
 #include "platform/keychain/Keychain.h"
 #include "storage/StoredList.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,9 +18,15 @@ public:
     StoredList load() const;
 
     /// Replaces the stored list, creating the item where there is none.
+    /// @param beforeCreation            called where there is no item, before it is created
     /// @throws StoredFormError          before the credential store is touched
     /// @throws KeychainTokenStoreError  any status other than success
-    void save(const std::vector<AuthToken>& tokens) const;
+    void save(
+        const std::vector<AuthToken>& tokens, const std::function<void()>& beforeCreation = [] {}) const;
+
+    /// Copies the item's data, which is no list, beside it.
+    /// @throws KeychainTokenStoreError  any status that leaves the copy unmade
+    void setAside(const SecretString& data) const;
 
 private:
     SecDictionary query() const;

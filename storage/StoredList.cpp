@@ -3,40 +3,47 @@
 #include "core/StoredForm.h"
 #include "storage/KeychainTokenStoreError.h"
 
+#include <utility>
+
 namespace MirrowvaleAuthenticator {
 
-StoredList StoredList::of(OSStatus status, const SecResult& result)
+namespace {
+
+/// An item that could not be opened, or not be reached.
+StoredList closed(OSStatus status)
+{
+    using enum StoredList::State;
+    return {.state = status == errSecDecode ? unreadable : unreached,
+            .status = status,
+            .failure = KeychainTokenStoreError(status).errorDescription()};
+}
+
+} // namespace
+
+StoredList StoredList::of(OSStatus status, SecResult result)
 {
     if (status == errSecItemNotFound || (status == errSecSuccess && !result)) {
         return {};
     }
     if (status != errSecSuccess) {
-        const auto state = status == errSecDecode ? State::unreadable : State::unreached;
-        return {.state = state, .failure = KeychainTokenStoreError(status)};
+        return closed(status);
     }
     try {
         return {.tokens = decodeTokens(*result)};
     } catch (const StoredFormError& error) {
-        return {.state = State::unreadable, .failure = error};
+        return {.state = State::unreadable, .failure = error.errorDescription(), .data = std::move(result)};
     } catch (const std::bad_alloc&) {
-        return {.state = State::unreached, .failure = KeychainTokenStoreError(errSecAllocate)};
+        return closed(errSecAllocate);
     }
 }
 
-void setAside(CredentialStore& store, const ItemName& name)
+void setAside(CredentialStore& store, const ItemName& name, const SecretString& data)
 {
-    SecResult data;
-    auto status = store.read(name, Search::usual, data);
-    if (status == errSecItemNotFound || status == errSecDecode) {
-        return;
-    }
     auto copy = name;
-    for (int number = 1; data && (status == errSecSuccess || status == errSecDuplicateItem); ++number) {
+    auto status = errSecDuplicateItem;
+    for (int number = 1; status == errSecDuplicateItem; ++number) {
         copy.account = name.account + ".unreadable-" + std::to_string(number);
-        status = store.add(copy, *data);
-        if (status == errSecSuccess) {
-            return;
-        }
+        status = store.add(copy, data);
     }
     if (status != errSecSuccess) {
         throw KeychainTokenStoreError(status);

@@ -2,9 +2,8 @@
 
 #include "core/AuthToken.h"
 #include "platform/credentials/CredentialStore.h"
-#include "platform/text/LocalizedError.h"
 
-#include <optional>
+#include <string>
 #include <vector>
 
 namespace MirrowvaleAuthenticator {
@@ -20,16 +19,17 @@ struct StoredList {
 
     std::vector<AuthToken> tokens{}; ///< in stored order
     State state = State::read;
-    std::optional<LocalizedError> failure{}; ///< why it could not be read
+    OSStatus status = errSecSuccess; ///< why it could not be reached
+    std::string failure{}; ///< the message for the user, where it could not be read
+    SecResult data{}; ///< what is no list
 
     /// What a search of a credential store found.
-    static StoredList of(OSStatus status, const SecResult& result);
+    static StoredList of(OSStatus status, SecResult result);
 };
 
-/// Copies an item's data, byte for byte, into a new item beside it, under the first free account of
-/// "<account>.unreadable-1", "<account>.unreadable-2" and so on. No item, or one that does not open, which
-/// the credential store itself sets aside when it replaces it: nothing to do.
+/// Puts data that is no list into a new item beside its own, under the first free account of
+/// "<account>.unreadable-1", "<account>.unreadable-2" and so on.
 /// @throws KeychainTokenStoreError  any status that leaves the copy unmade
-void setAside(CredentialStore& store, const ItemName& name);
+void setAside(CredentialStore& store, const ItemName& name, const SecretString& data);
 
 } // namespace MirrowvaleAuthenticator

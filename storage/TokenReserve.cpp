@@ -10,6 +10,16 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
+/// @throws KeychainTokenStoreError  where there is none
+CredentialStore& requireStore()
+{
+    auto* store = credentialStore().reserve();
+    if (store == nullptr) {
+        throw KeychainTokenStoreError(errSecNotAvailable);
+    }
+    return *store;
+}
+
 OSStatus write(CredentialStore& store, const ItemName& name, const SecretString& data)
 {
     const auto status = store.update(name, data);
@@ -29,30 +39,26 @@ TokenReserve::TokenReserve(std::string service, std::string account)
 {
 }
 
-StoredList TokenReserve::load()
+StoredList TokenReserve::load() const
 {
     SecResult result;
     auto* store = credentialStore().reserve();
     const auto status = store == nullptr ? errSecItemNotFound : store->read(name_, Search::usual, result);
-    auto found = StoredList::of(status, result);
-    isUnreadable_ = found.state == StoredList::State::unreadable;
-    return found;
+    return StoredList::of(status, std::move(result));
 }
 
-void TokenReserve::save(const std::vector<AuthToken>& tokens)
+void TokenReserve::save(const std::vector<AuthToken>& tokens) const
 {
-    auto* store = credentialStore().reserve();
-    if (store == nullptr) {
-        throw KeychainTokenStoreError(errSecNotAvailable);
-    }
-    if (isUnreadable_) {
-        setAside(*store, name_);
-        isUnreadable_ = false;
-    }
-    const auto status = tokens.empty() ? clear(*store, name_) : write(*store, name_, encodeTokens(tokens));
+    auto& store = requireStore();
+    const auto status = tokens.empty() ? clear(store, name_) : write(store, name_, encodeTokens(tokens));
     if (status != errSecSuccess) {
         throw KeychainTokenStoreError(status);
     }
+}
+
+void TokenReserve::setAside(const SecretString& data) const
+{
+    MirrowvaleAuthenticator::setAside(requireStore(), name_, data);
 }
 
 } // namespace MirrowvaleAuthenticator

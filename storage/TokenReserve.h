@@ -15,16 +15,19 @@ public:
     TokenReserve(std::string service, std::string account);
 
     /// What is kept; nothing where there is no reserve.
-    StoredList load();
+    StoredList load() const;
 
-    /// Keeps exactly these tokens; of none, nothing stays. What is no list is set aside first.
+    /// Keeps exactly these tokens; of none, nothing stays.
     /// @throws StoredFormError          tokens that cannot be written
     /// @throws KeychainTokenStoreError  any status other than success, and that there is no reserve
-    void save(const std::vector<AuthToken>& tokens);
+    void save(const std::vector<AuthToken>& tokens) const;
+
+    /// Copies what is kept, and no list, beside it.
+    /// @throws KeychainTokenStoreError  any status that leaves the copy unmade
+    void setAside(const SecretString& data) const;
 
 private:
     ItemName name_;
-    bool isUnreadable_ = false;
 };
 
 } // namespace MirrowvaleAuthenticator

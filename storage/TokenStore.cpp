@@ -17,12 +17,13 @@ namespace {
 constexpr auto service = "app.mirrowvale.authenticator.tokens";
 constexpr auto account = "vault";
 
-using State = StoredList::State;
-
 /// Saves in a place. Where that holds what this run has not read, both become one list first.
 template <typename Save, typename Unite>
-void saveUnited(Save save, Unite unite)
+void saveUnited(StoredList::State state, Save save, Unite unite)
 {
+    if (state != StoredList::State::read) {
+        unite();
+    }
     try {
         save();
     } catch (const KeychainTokenStoreError& error) {
@@ -32,6 +33,22 @@ void saveUnited(Save save, Unite unite)
         unite();
         save();
     }
+}
+
+/// What a place holds by now; what is no list is set aside.
+/// @throws KeychainTokenStoreError  where it cannot be reached, or set aside
+template <typename Place>
+std::vector<AuthToken> loadOrSetAside(const Place& place)
+{
+    auto found = place.load();
+    if (found.state == StoredList::State::unreached) {
+        throw KeychainTokenStoreError(found.status);
+    }
+    if (found.data) {
+        place.setAside(
+            *found.data); // what does not open, the credential store sets aside when it replaces it
+    }
+    return std::move(found.tokens);
 }
 
 /// Orders by issuer as the user's locale does, regardless of case; equal ones stay as they were.
@@ -72,20 +89,21 @@ void TokenStore::load()
     auto found = storage_.load();
     item_ = found.state;
     noteSaved(found.tokens);
-    const auto kept = reserve_.load().tokens;
-    auto listed = united(std::move(found.tokens), kept);
+    const auto kept = reserve_.load();
+    kept_ = kept.state;
+    auto listed = united(std::move(found.tokens), kept.tokens);
     try {
         sortByIssuer(listed);
     } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): better unsorted than unseen
     }
-    if (found.failure) {
-        lastError = found.failure->errorDescription();
+    if (found.state != State::read) {
+        lastError = std::move(found.failure);
         tokens = std::move(listed);
         return;
     }
     tokens = std::move(listed);
     lastError = std::nullopt;
-    if (!kept.empty()) {
+    if (!kept.tokens.empty()) {
         persist(); // what lies in two places is in its own before anything else can happen to it
     }
 }
@@ -121,35 +139,43 @@ void TokenStore::persistAgain()
 bool TokenStore::keep()
 {
     try {
-        saveUnited([this] { reserve_.save(unsaved()); }, [this] { unite(reserve_.load().tokens); });
+        saveUnited(
+            kept_, [this] { reserve_.save(unsaved()); }, [this] { uniteWithReserve(); });
         return true;
     } catch (const std::exception&) {
         return false;
     }
 }
 
+/// The item has gone, and with it what was saved.
+void TokenStore::keepAll()
+{
+    saved_.clear();
+    keep();
+}
+
 void TokenStore::saveItem()
 {
-    if (item_ != State::read) {
-        uniteWithItem();
-    }
-    saveUnited([this] { storage_.save(*tokens); }, [this] { uniteWithItem(); });
+    saveUnited(
+        item_, [this] { storage_.save(*tokens, [this] { keepAll(); }); }, [this] { uniteWithItem(); });
     noteSaved(*tokens);
 }
 
-/// Takes over what the item holds by now.
+/// Takes over what the item holds by now; the reserve gets what it lacks.
 void TokenStore::uniteWithItem()
 {
-    const auto found = storage_.load();
-    if (found.state == State::unreached) {
-        throw LocalizedError(*found.failure);
-    }
-    if (found.state == State::unreadable) {
-        setAside(credentialStore(), {service, account});
-    }
+    const auto found = loadOrSetAside(storage_);
     item_ = State::read;
-    noteSaved(found.tokens);
-    unite(found.tokens);
+    noteSaved(found);
+    unite(found);
+    keep();
+}
+
+void TokenStore::uniteWithReserve()
+{
+    const auto found = loadOrSetAside(reserve_);
+    kept_ = State::read;
+    unite(found);
 }
 
 void TokenStore::unite(const std::vector<AuthToken>& others)

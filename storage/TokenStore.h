@@ -45,16 +45,21 @@ public:
     void advanceCounter(const AuthToken& token);
 
 private:
+    using State = StoredList::State;
+
     bool keep();
+    void keepAll();
     void saveItem();
     void uniteWithItem();
+    void uniteWithReserve();
     void unite(const std::vector<AuthToken>& others);
     std::vector<AuthToken> unsaved() const;
     void noteSaved(const std::vector<AuthToken>& list);
 
     KeychainTokenStore storage_;
     TokenReserve reserve_;
-    StoredList::State item_ = StoredList::State::unreached; ///< what this run knows of the stored item
+    State item_ = State::unreached; ///< what this run knows of the stored item
+    State kept_ = State::unreached; ///< and of the reserve
     /// `id` and counter of each token in the item, as far as it was read: nothing else of a token ever
     /// changes.
     std::set<std::pair<decltype(UUID::bytes), std::uint64_t>> saved_;

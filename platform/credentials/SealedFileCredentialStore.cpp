@@ -75,8 +75,8 @@ OSStatus SealedFileCredentialStore::remove(const ItemName& name) noexcept
     return statusOf([&] {
         const Item item(name);
         const auto status = checkIsKnown(item);
-        if (status == errSecSuccess) {
-            remove(item);
+        if (status == errSecSuccess || status == errSecItemNotFound) {
+            remove(item); // also one that could not be removed before
         }
         return status;
     });
@@ -149,18 +149,18 @@ void SealedFileCredentialStore::write(const PrivateFolder& folder, const Item& i
     folder.write(item.fileName, box);
 }
 
-/// Removes the file; where that cannot be done, the tag of its box in the state folder says that it is
-/// removed.
+/// Removes the file, if it exists; where that cannot be done, the tag of its box in the state folder says
+/// that it is removed.
 void SealedFileCredentialStore::remove(const Item& item) const
 {
-    const auto folder = PrivateFolder::openOrCreate(dataFolder_);
+    const auto folder = PrivateFolder::open(dataFolder_);
+    const auto box = folder ? folder->read(item.fileName) : std::nullopt;
+    if (!box) {
+        return;
+    }
     try {
-        folder.remove(item.fileName);
+        folder->remove(item.fileName);
     } catch (const std::system_error&) {
-        const auto box = folder.read(item.fileName);
-        if (!box) {
-            throw; // only its folder could not be flushed
-        }
         PrivateFolder::openOrCreate(stateFolder_).write(item.removalName, tagOf(*box));
     }
 }

@@ -10,10 +10,11 @@ namespace MirrowvaleAuthenticator {
 /// a load or save stands in `TokenStore::lastError`, which no screen shows.
 class LocalizedError : public std::exception {
 public:
-    explicit LocalizedError(std::string errorDescription) : description_(std::move(errorDescription)) { }
-
     const std::string& errorDescription() const noexcept { return description_; }
     const char* what() const noexcept override { return description_.c_str(); }
+
+protected:
+    explicit LocalizedError(std::string errorDescription) : description_(std::move(errorDescription)) { }
 
 private:
     std::string description_;

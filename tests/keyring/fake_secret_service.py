@@ -111,13 +111,16 @@ class Service:
         self.export(path, "Prompt")
         return path
 
+    def meant(self, path):
+        return self.default if path.endswith("/aliases/default") else path
+
     def lockedCollection(self, path):
         return next((name for name, locked in self.collections.items() if locked and path.startswith(name)), None)
 
     def read(self, bus, sender, path, interface, name):
         if path in self.items and self.script["fails"].get("Get"):
             os._exit(0)
-        path = self.default if path.endswith("/aliases/default") else path
+        path = self.meant(path)
         item = self.items.get(path, {"attributes": {}})
         values = {"Collections": [p for p in self.collections if self.script["lists default"] or p != self.default],
                   "Items": [] if self.script["hides"] is True and self.lockedCollection(path) else
@@ -127,7 +130,7 @@ class Service:
         return GLib.Variant(interfaces[interface.rpartition(".")[2]][1][name], values[name])
 
     def called(self, bus, sender, path, interface, method, parameters, invocation):
-        path = self.default if path.endswith("/aliases/default") else path
+        path = self.meant(path)
         if self.script["silent"] is True or method in self.script["silent"]:
             return
         try:
@@ -160,7 +163,7 @@ class Service:
         return [path for path in found if path not in locked], [] if self.script["hides"] else locked
 
     def Unlock(self, path, objects):
-        locked = set(map(self.lockedCollection, objects)) - {None}
+        locked = set(map(self.lockedCollection, map(self.meant, objects))) - {None}
 
         def grant():
             self.collections.update(dict.fromkeys(locked, False))

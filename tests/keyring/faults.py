@@ -51,6 +51,7 @@ class FaultTest(harness.KeyringTest):
             "alias that is none even when made": {"default": False, "has alias": False},
             "locked": {"locked": {"login": True}},
             "locks after each use": {"locks again": True},
+            "locks after each use, and hides what is locked": {"locks again": True, "hides": True},
             "drops the schema's name": {"keeps schema": False},
         }.items():
             with self.subTest(name):
@@ -214,6 +215,7 @@ class FaultTest(harness.KeyringTest):
     def testNotFoundIsSaidOnlyByAnOpenKeyring(self):
         granted, dismissed = "3 sorted ", "0 sorted " + failed.format(cancelled)
         rows = (("login", True, {}, granted), ("login", True, {"lists default": False}, granted),
+                ("login", False, {"lists default": False, "shows default": False}, granted),
                 ("login", False, {}, granted), ("login", False, {"prompt": "dismiss"}, dismissed),
                 ("work", True, {}, granted), ("work", True, {"prompt": "dismiss"}, dismissed))
         for (collection, isRecorded, script, answer), hides in itertools.product(rows, (True, "search")):
@@ -263,6 +265,15 @@ class FaultTest(harness.KeyringTest):
         self.assertEqual(self.probe()("list"), "1 sorted " + failed.format(cancelled))
         fake.tell(prompt="grant")
         self.assertEqual((self.probe()("list"), self.traces()), ("4 sorted ", inKeyring))
+
+    def testWhatIsListedOutlivesAnItemThatHasGone(self):
+        fake = Fake(self)
+        probe = self.probe()
+        probe("append 3 A")
+        fake.end()
+        Fake(self, **{"default": False, "prompt": "dismiss"})  # a new keyring, which asks for its password
+        self.assertEqual(probe("append 1 B"), "4 unsorted " + failed.format(cancelled))
+        self.assertEqual(self.probe()("list"), "4 sorted ")
 
     def testAKeyringThatAnotherProcessHasChangedIsUnitedWithOurs(self):
         fake = Fake(self)

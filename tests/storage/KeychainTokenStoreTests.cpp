@@ -28,7 +28,7 @@ TEST(KeychainStore, loadsAndSavesTheOneItem)
                            Call{update, name, encodeTokens(tokens)}, Call{read, name}}));
     credentials.hasData = false;
     EXPECT_TRUE(store.load().tokens.empty()) << "an item without data";
-    EXPECT_FALSE(store.load().failure);
+    EXPECT_EQ(store.load().failure, "");
 }
 
 TEST(Keychain, takesOnlyEntriesThatNameAGenericPassword)

@@ -343,6 +343,11 @@ TEST_F(TokenStoreTest, whatTheReserveTurnsOutToKeepJoinsTheList)
     EXPECT_EQ(issuers(*store.tokens), (Names{"stored", "a", "kept"}));
     EXPECT_EQ(issuers(keptTokens()), (Names{"a", "kept"}));
 
+    reserve.answerNext(Operation::read, errSecDecode); // its key is back by the time of the save
+    TokenStore another;
+    append(another, tokenNamed("c"));
+    EXPECT_EQ(issuers(keptTokens()), (Names{"c", "a", "kept"}));
+
     reserve.items[tokenStoreItem] = "damaged";
     TokenStore started;
     append(started, tokenNamed("b"));

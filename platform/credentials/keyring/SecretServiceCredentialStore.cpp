@@ -73,13 +73,17 @@ OSStatus SecretServiceCredentialStore::update(const ItemName& name, const Secret
 
 OSStatus SecretServiceCredentialStore::add(const ItemName& name, const SecretString& data) noexcept
 {
-    return onItems(name, [&](const SecretServiceItems& items) {
+    const auto status = onItems(name, [&](const SecretServiceItems& items) {
         if (items.findUnlocked(searchFor(name))) {
             return errSecDuplicateItem;
         }
         note(name, data);
         return items.create(data) ? errSecSuccess : errSecDuplicateItem;
     });
+    if (status != errSecSuccess && status != errSecNotAvailable) {
+        known_.erase(name); // it was not made, and need not exist
+    }
+    return status;
 }
 
 OSStatus SecretServiceCredentialStore::remove(const ItemName&) noexcept

@@ -7,9 +7,6 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
-constexpr auto aliasOfDefault = "default";
-constexpr auto aliasPath = "/org/freedesktop/secrets/aliases/default";
-
 // Items are found by class, service and account alone: not every keyring keeps the schema's name.
 const SecretSchema schema = {"app.mirrowvale.authenticator.item",
                              SECRET_SCHEMA_DONT_MATCH_NAME,
@@ -138,15 +135,25 @@ void SecretServiceItems::unlock(gpointer itemOrCollection) const
     }
 }
 
-/// The default collection; or nothing where there is none, or none that shows itself.
+/// The default collection; or nothing where there is none. Some keyrings show it only under its alias.
 Owned<SecretCollection> SecretServiceItems::defaultCollection() const
 {
     ErrorReport ignored;
-    const auto answer = operation_.wait([&](auto... rest) {
+    auto answer = operation_.wait([&](auto... rest) {
         secret_collection_for_alias(operation_.service(), SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE,
                                     rest...);
     });
-    return Owned<SecretCollection>(secret_collection_for_alias_finish(answer.get(), ignored));
+    Owned<SecretCollection> collection(secret_collection_for_alias_finish(answer.get(), ignored));
+    if (!collection) {
+        ErrorReport alsoIgnored;
+        answer = operation_.wait([&](auto... rest) {
+            secret_collection_new_for_dbus_path(operation_.service(),
+                                                "/org/freedesktop/secrets/aliases/default",
+                                                SECRET_COLLECTION_NONE, rest...);
+        });
+        collection.reset(secret_collection_new_for_dbus_path_finish(answer.get(), alsoIgnored));
+    }
+    return collection;
 }
 
 /// The collections whose silence says nothing, since not every keyring finds what a locked one holds. Items
@@ -232,27 +239,24 @@ bool SecretServiceItems::create(const SecretString& data) const
             return false; // it was there all the time
         }
     }
-    // Some keyrings name a default collection that has no alias object, or have one only under its alias.
-    const auto pathOf = [&] {
-        return collection ? g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get())) : aliasPath;
-    };
-    if (!createIn(pathOf(), data)) {
+    // Some keyrings name a default collection that is no object.
+    if (!collection || !createIn(collection.get(), data)) {
         makeDefaultCollection();
         collection = defaultCollection();
-        if (!createIn(pathOf(), data)) {
+        if (!collection || !createIn(collection.get(), data)) {
             throw StatusError{errSecIO};
         }
     }
-    const auto item = find();
-    if (!item) {
+    if (const auto item = find()) {
+        requireStored(item.get(), data);
+    } else if (!mayBeHidden(Search::usual)) { // some lock after each use, and hide what is locked
         throw StatusError{errSecIO};
     }
-    requireStored(item.get(), data);
     return true;
 }
 
 /// @returns false where there is no such collection
-bool SecretServiceItems::createIn(const char* collectionPath, const SecretString& data) const
+bool SecretServiceItems::createIn(SecretCollection* collection, const SecretString& data) const
 {
     Properties properties;
     properties.add("org.freedesktop.Secret.Item.Label", g_variant_new_string(label_.c_str()));
@@ -260,8 +264,9 @@ bool SecretServiceItems::createIn(const char* collectionPath, const SecretString
     ErrorReport report;
     const auto value = valueOf(data);
     const auto answer = operation_.wait([&](auto... rest) {
-        secret_service_create_item_dbus_path(operation_.service(), collectionPath, properties.get(),
-                                             value.get(), SECRET_ITEM_CREATE_NONE, rest...);
+        secret_service_create_item_dbus_path(operation_.service(),
+                                             g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection)),
+                                             properties.get(), value.get(), SECRET_ITEM_CREATE_NONE, rest...);
     });
     const Owned<gchar> path(
         secret_service_create_item_dbus_path_finish(operation_.service(), answer.get(), report));
@@ -276,7 +281,7 @@ void SecretServiceItems::makeDefaultCollection() const
 {
     ErrorReport report;
     const auto answer = operation_.wait([&](auto... rest) {
-        secret_collection_create(operation_.service(), "Default", aliasOfDefault,
+        secret_collection_create(operation_.service(), "Default", SECRET_COLLECTION_DEFAULT,
                                  SECRET_COLLECTION_CREATE_NONE, rest...);
     });
     const Owned<SecretCollection> made(secret_collection_create_finish(answer.get(), report));

@@ -39,7 +39,7 @@ private:
     Owned<SecretCollection> defaultCollection() const;
     std::vector<Owned<SecretCollection>> lockedCollections(Search search) const;
     bool setData(SecretItem* item, const SecretString& data) const;
-    bool createIn(const char* collectionPath, const SecretString& data) const;
+    bool createIn(SecretCollection* collection, const SecretString& data) const;
     void makeDefaultCollection() const;
     void requireStored(SecretItem* item, const SecretString& data) const;
 

@@ -53,6 +53,9 @@ SecretServiceOperation::SecretServiceOperation()
 SecretServiceOperation::~SecretServiceOperation()
 {
     service_.reset();
+    while (g_main_context_iteration(context_.get(), FALSE) != FALSE) {
+        // What the objects of this operation still have to be told when they go is freed with it.
+    }
     current = nullptr;
     g_main_context_pop_thread_default(context_.get());
 }

@@ -36,6 +36,7 @@ OSStatus statusForInputOutputError(int code)
     case G_IO_ERROR_TOO_MANY_OPEN_FILES:
         return errSecAllocate;
     case G_IO_ERROR_NOT_FOUND:
+    case G_IO_ERROR_TIMED_OUT:
     case G_IO_ERROR_CLOSED:
     case G_IO_ERROR_CONNECTION_CLOSED:
     case G_IO_ERROR_CONNECTION_REFUSED:
