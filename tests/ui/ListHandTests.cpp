@@ -93,7 +93,7 @@ TEST_F(ListHandTest, aRowServesItsNextTokenAsNew)
     }
 }
 
-TEST_F(ListHandTest, theClockStandsWhileNobodyCanSeeTheWindow)
+TEST_F(ListHandTest, theClockStandsWhileNobodyCanSeeARow)
 {
     open("a");
     openSheet();
@@ -104,6 +104,11 @@ TEST_F(ListHandTest, theClockStandsWhileNobodyCanSeeTheWindow)
     const std::pair<std::function<void()>, std::function<void()>> ways[] = {
         {[this] { window->hide(); }, [this] { window->show(); }},
         {[this] { window->showMinimized(); }, [this] { window->showNormal(); }},
+        {[this] { list(""); }, // there is no row to see
+         [this] {
+             list("a");
+             QCoreApplication::sendPostedEvents(&contentView);
+         }},
         {[&] { saver(true); }, [&] { saver(false); }},
         {[&] { saver(true); },
          [this] { // which may never say that it is over

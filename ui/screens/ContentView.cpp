@@ -31,10 +31,17 @@ ContentView::ContentView(TokenStore& store, QObject* parent)
 
 void ContentView::setVisible(bool visible)
 {
-    if (visible == ticker_.isActive()) {
+    visible_ = visible;
+    startOrStopClock();
+}
+
+void ContentView::startOrStopClock()
+{
+    const bool runs = visible_ && !empty_;
+    if (runs == ticker_.isActive()) {
         return;
     }
-    if (visible) {
+    if (runs) {
         tick();
         ticker_.start();
     } else {
@@ -61,9 +68,10 @@ void ContentView::renderIfChanged()
     if (!std::exchange(changed_, false)) {
         return;
     }
+    const bool wasEmpty = std::exchange(empty_, store_.tokens->empty());
+    startOrStopClock(); // first: a first row's code is that of its instant
     rows_.render();
-    const bool empty = store_.tokens->empty();
-    if (std::exchange(empty_, empty) != empty) {
+    if (wasEmpty != empty_) {
         emit emptyChanged();
     }
 }

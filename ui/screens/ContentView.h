@@ -30,8 +30,8 @@ public:
     TokenListModel* rows() { return &rows_; }
     Date now() const { return now_; }
 
-    /// Says whether the screen can be seen. Its clock runs only while it can, and is right from the first
-    /// instant on.
+    /// Says whether the screen can be seen. Its clock runs only while it can and there is a row to see, and
+    /// is right from the first instant on.
     void setVisible(bool visible);
 
     /// Whether the empty state stands in place of the list, as of the last rendering.
@@ -56,6 +56,7 @@ signals:
     void addTokenViewChanged();
 
 private:
+    void startOrStopClock();
     void tick();
     void renderSoon();
     void renderIfChanged();
@@ -65,6 +66,7 @@ private:
     bool showingAdd_ = false;
     Date now_ = Date::now();
     QTimer ticker_;
+    bool visible_ = false;
 
     TokenListModel rows_;
     bool empty_;
