@@ -92,9 +92,16 @@ FocusScope {
         height: parent.height - root.panelTop
 
         Rectangle {
-            anchors.fill: parent
-            anchors.bottomMargin: -radius
+            width: parent.width
+            height: 2 * radius
             radius: Theme.sheetRadius
+            color: Theme.groupedBackground
+        }
+
+        // Apart from the round corners, so that nothing behind it has to be drawn.
+        Rectangle {
+            anchors.fill: parent
+            anchors.topMargin: Theme.sheetRadius
             color: Theme.groupedBackground
         }
 
