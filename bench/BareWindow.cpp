@@ -3,22 +3,17 @@
 //   bench_window ROWS         a list of one text per row
 //   bench_window seconds      seven texts that change each second
 
-#include "platform/system/RenderDevice.h"
-
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QQuickWindow>
-#include <QSGRendererInterface>
 
+#include <cstdlib>
 #include <memory>
 #include <string>
 
 int main(int argc, char* argv[])
 {
-    if (!MirrowvaleAuthenticator::hasRenderDevice()) {
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    }
+    setenv("QT_QUICK_BACKEND", "software", 0);
     const QGuiApplication application(argc, argv);
     QQmlEngine engine;
     engine.addImportPath(QStringLiteral(":/qt/qml"));

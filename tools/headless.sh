@@ -47,7 +47,7 @@ await $! test -s "$folder/display" || {
 }
 display=":$(cat "$folder/display")"
 
-DISPLAY=$display QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software "$program" &
+DISPLAY=$display QT_QPA_PLATFORM=xcb "$program" &
 process=$!
 children+=($process)
 if await $process takePicture; then

@@ -275,7 +275,7 @@ class WindowTest(unittest.TestCase):
         return {**os.environ, **language, "HOME": str(home), "XDG_DATA_HOME": str(home / "data"),
                 "XDG_STATE_HOME": str(home / "state"), "XDG_CACHE_HOME": str(home / "cache"),
                 "XDG_CONFIG_HOME": str(home / "config"), "XDG_RUNTIME_DIR": str(runtime),
-                "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_QPA_PLATFORM": "xcb", "QT_QUICK_BACKEND": "software",
+                "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_QPA_PLATFORM": "xcb",
                 # The sanitizer's allocator may not ask for the time: the held clock allocates.
                 "ASAN_OPTIONS": "allocator_release_to_os_interval_ms=-1",
                 "LD_PRELOAD": ":".join([*sanitizer, str(library)]), "FAKETIME_TIMESTAMP_FILE": str(self.home / "clock"),

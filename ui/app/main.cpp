@@ -1,16 +1,12 @@
 #include "platform/system/InstanceLock.h"
 #include "platform/system/PortalQuestion.h"
 #include "platform/system/ProcessProtection.h"
-#include "platform/system/RenderDevice.h"
 #include "platform/system/SessionBus.h"
 #include "ui/app/ApplicationName.h"
 #include "ui/app/EndingSignals.h"
 #include "ui/app/MakeApplication.h"
 #include "ui/app/MirrowvaleAuthenticatorApp.h"
 #include "ui/desktop/SystemAppearance.h"
-
-#include <QQuickWindow>
-#include <QSGRendererInterface>
 
 #include <chrono>
 #include <cstdlib>
@@ -26,15 +22,19 @@ void setDefault(const char* name, const char* value)
     setenv(name, value, 0);
 }
 
-/// Draws without a rendering device, and so that each tick wakes this process once.
+/// Draws without a graphics driver, and so that each tick wakes this process once. The toolkit's own
+/// variables may ask for another way.
 void drawInSoftware()
 {
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    setDefault("QT_QUICK_BACKEND", "software");
     // The few digits that change are sent to the X server as they are: memory shared with it could be drawn
     // into only after asking whether it has read the last frame.
     setDefault("QT_XCB_NO_MITSHM", "1");
     // A frame is drawn right after what it is drawn for, not by a timer of its own.
     setDefault("QT_QPA_UPDATE_IDLE_TIME", "0");
+    // Large digits are kept as pictures, too: as outlines they took five sixths of a fling's frame at
+    // scale 3.
+    setDefault("QT_MAX_CACHED_GLYPH_SIZE", "256"); // device pixels
 }
 
 /// What the desktop gave this start so that its window may come to the front.
@@ -71,9 +71,7 @@ int fail(int status, const char* reason)
 int run(int& argc, char** argv)
 {
     const QString token = activationToken(); // before the toolkit takes it
-    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasRenderDevice()) {
-        drawInSoftware();
-    }
+    drawInSoftware();
     const auto application = makeApplication(argc, argv);
     if (argc > 1) { // it may hold a secret, and is not repeated
         return fail(2, "Takes --help and --version alone; a URI goes into the form that \"+\" opens.");
