@@ -108,14 +108,6 @@ void copyingAndLookingUp(benchmark::State& state)
 }
 BENCHMARK(copyingAndLookingUp)->Name("copy and look-ups");
 
-void parsing(benchmark::State& state)
-{
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(parseOTPAuthURI(uri));
-    }
-}
-BENCHMARK(parsing)->Name("otpauth URI");
-
 void parsingWithIdentifier(benchmark::State& state)
 {
     const auto id = UUID::random();

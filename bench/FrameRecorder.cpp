@@ -1,4 +1,4 @@
-// Preloaded into a program that draws with the toolkit's software renderer: records each frame.
+// Preloaded into a program that draws with the toolkit: records each frame.
 
 #include "bench/FrameRecord.h"
 
@@ -17,5 +17,14 @@ void QBackingStore::flush(const QRegion& region, QWindow* window, const QPoint& 
     using Flush = void (*)(QBackingStore*, const QRegion&, QWindow*, const QPoint&);
     static const auto original = reinterpret_cast<Flush>(dlsym(RTLD_NEXT, flushName));
     original(this, region, window, offset);
+    MirrowvaleAuthenticator::recordFrame();
+}
+
+// What the toolkit calls where it draws by OpenGL on X.
+extern "C" void glXSwapBuffers(void* display, unsigned long drawable)
+{
+    using Swap = void (*)(void*, unsigned long);
+    static const auto original = reinterpret_cast<Swap>(dlsym(RTLD_NEXT, "glXSwapBuffers"));
+    original(display, drawable);
     MirrowvaleAuthenticator::recordFrame();
 }

@@ -12,6 +12,7 @@ import subprocess
 import sys
 import time
 
+import instructions
 import plot
 from program import Bus, Display, Program
 
@@ -63,8 +64,7 @@ def measureCore():
         report(f"one code, {algorithm}", cpu(f"code {algorithm}"), cpu(f"HMAC {algorithm}"), 1.5, "ns", 0)
     report("heap allocations in one code", found["current code"]["allocations"], None, 1, "", 0)
     report("Base32 of 32 characters", cpu("Base32"), cpu("copy and look-ups"), 2, "ns", 1)
-    report("otpauth URI", cpu("otpauth URI"), cpu("URI library"), 3, "ns", 0)
-    report("the same without the system call for its identifier", cpu("otpauth URI with an identifier"),
+    report("otpauth URI, but for the system call for its identifier", cpu("otpauth URI with an identifier"),
            cpu("URI library"), 3, "ns", 0)
 
 
@@ -100,11 +100,11 @@ def bare(display, *arguments, **environment):
 
 
 def oneStart(program):
-    """Milliseconds to the first frame, processor milliseconds, and peak MiB once a second has passed."""
+    """Milliseconds to the first frame, processor milliseconds, peak MiB and threads once a second has passed."""
     with program:
         sinceStart, processor = program.firstFrame()
         time.sleep(1.3)
-        return sinceStart * 1000, processor * 1000, program.peakMemory() / 2**20
+        return sinceStart * 1000, processor * 1000, program.peakMemory() / 2**20, len(program.tasks())
 
 
 def measureStarts(sizes, parseAndSort):
@@ -117,6 +117,7 @@ def measureStarts(sizes, parseAndSort):
         start = {"bare": lambda: bare(display, **onBus),
                  "GTK": lambda: Program(build, [gtkWindow], display, work / "home-gtk", LD_PRELOAD="",
                                         GSK_RENDERER="cairo", GDK_BACKEND="x11", GTK_A11Y="none", **onBus),
+                 "OpenGL": lambda: withTokens(10, display, QT_QUICK_BACKEND="rhi", **onBus),
                  "keyring": lambda: Program(build, [application], display, home, **onKeyringBus)}
         start |= {count: (lambda count=count: withTokens(count, display, **onBus)) for count in counts}
         for opening in start.values():
@@ -126,13 +127,17 @@ def measureStarts(sizes, parseAndSort):
             # A start takes longer right after one that left much to clear away: each follows each now and then.
             for name in random.sample(list(start), len(start)):
                 taken[name].append(oneStart(start[name]()))
-    shown, processor, memory = ({name: median(run[part] for run in taken[name]) for name in taken}
-                                for part in range(3))
+    shown, processor, memory, threads = ({name: median(run[part] for run in taken[name]) for name in taken}
+                                         for part in range(4))
 
     report("start to first frame, 10 tokens", shown[10], shown["bare"], 1.1, "ms", 0)
     report("processor time of that", processor[10], processor["bare"], 1.1, "ms", 0)
     report("start to first frame, 10 tokens in a keyring", shown["keyring"], shown["bare"], 1.25, "ms", 0)
     report("start to first frame, 10 tokens, beside GTK 4", shown[10], shown["GTK"], 0.5, "ms", 0)
+    report("start to first frame, 10 tokens, beside OpenGL", shown[10], shown["OpenGL"], 1, "ms", 0)
+    report("processor time of that", processor[10], processor["OpenGL"], 1, "ms", 0)
+    report("peak memory, 10 tokens, beside OpenGL", memory[10], memory["OpenGL"], 1, "MiB", 1)
+    report("threads, beside OpenGL", threads[10], None, 4, "", 0, floor=f"{threads['OpenGL']:.0f}")
     report("peak memory, 10 tokens", memory[10], memory["bare"], 1.15, "MiB", 1)
     report("peak memory, 10 tokens, beside GTK 4", memory[10], memory["GTK"], 0.5, "MiB", 1)
     report("start with 10,000 tokens, above that with 10", processor[10_000] - processor[10], parseAndSort, 1, "ms", 1)
@@ -159,7 +164,7 @@ def measureRest():
     progress("at rest …")
     with contextlib.ExitStack() as closing:
         programs = {count: closing.enter_context(withTokens(count, closing.enter_context(Display())))
-                    for count in counts}
+                    for count in (0, *counts)}
         ticking = closing.enter_context(bare(closing.enter_context(Display()), "seconds"))
         for program in (*programs.values(), ticking):
             program.firstFrame()
@@ -169,12 +174,13 @@ def measureRest():
 
 def measureTicks(programs, ticking):
     time.sleep(3)
-    before = programs[10].wakeUps()
+    before = {count: programs[count].wakeUps() for count in (0, 10)}
     used = eachSecond(programs | {"bare": ticking}, restTime)
     tick = {count: median(times) * 1000 for count, times in used.items()}
     report("processor time of a tick, seven rows in sight", tick[10], tick["bare"], 1.25, "ms", 3)
     report("processor time of a tick, 10,000 tokens against 10", tick[10_000], tick[10], 1.2, "ms", 3)
-    report("wake-ups in a minute", (programs[10].wakeUps() - before) * 60 / restTime, None, 61, "", 0, floor="60")
+    for count, what, aim in ((10, "wake-ups in a minute", 61), (0, "the same, empty list", 0)):
+        report(what, (programs[count].wakeUps() - before[count]) * 60 / restTime, None, aim, "", 0)
     growth["tick"] = ("ms", [(count, tick[count]) for count in counts])
 
 
@@ -224,6 +230,13 @@ def measureFlings():
             report(name, worst[ours], worst[theirs], 1.5, "ms", 1)
 
 
+def measureInstructions():
+    progress("instructions …")
+    counted = instructions.usualFrames(build, application, work / "home-10000")
+    for what, count in zip(("a fling", "the sheet's rise"), counted):
+        report(f"instructions of a usual frame of {what}, 720 × 1440 at scale 2", count / 1e6, None, 10, "million", 1)
+
+
 def checkGrowth():
     """From each count to the next, ten times as many, no more than ten times as much; of a tick, the same."""
     for name, (unit, points) in growth.items():
@@ -253,6 +266,7 @@ def main():
     measureStarts(sizes, parseAndSort)
     measureRest()
     measureFlings()
+    measureInstructions()
     checkGrowth()
     print(machine() + "\n")
     print("| what | measured | yardstick | ratio | aim | met |\n|---|---|---|---|---|---|")

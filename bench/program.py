@@ -12,11 +12,11 @@ import time
 class Display:
     """A virtual display; windows stand at its upper left corner."""
 
-    def __init__(self):
+    def __init__(self, width=600, height=1000, **changes):
         reading, writing = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "600x1000x24", "-noreset", "-nolisten", "tcp"],
-            pass_fds=[writing], stderr=subprocess.DEVNULL)
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24", "-noreset", "-nolisten",
+             "tcp"], pass_fds=[writing], stderr=subprocess.DEVNULL, env={**os.environ, **changes})
         os.close(writing)
         with open(reading, encoding="ascii") as line:
             self.name = ":" + line.readline().strip()
