@@ -22,14 +22,11 @@ void setDefault(const char* name, const char* value)
     setenv(name, value, 0);
 }
 
-/// Draws without a graphics driver, and so that each tick wakes this process once. The toolkit's own
-/// variables may ask for another way.
+/// Draws without a graphics driver, and with few wake-ups. The toolkit's own variables may ask for another
+/// way.
 void drawInSoftware()
 {
     setDefault("QT_QUICK_BACKEND", "software");
-    // The few digits that change are sent to the X server as they are: memory shared with it could be drawn
-    // into only after asking whether it has read the last frame.
-    setDefault("QT_XCB_NO_MITSHM", "1");
     // A frame is drawn right after what it is drawn for, not by a timer of its own.
     setDefault("QT_QPA_UPDATE_IDLE_TIME", "0");
     // Large digits are kept as pictures, too: as outlines they took five sixths of a fling's frame at
