@@ -12,8 +12,6 @@
 
 #include <cstdlib>
 #include <iostream>
-#include <sys/socket.h>
-#include <xcb/xcb.h>
 
 namespace MirrowvaleAuthenticator {
 
@@ -53,18 +51,6 @@ QIcon programIcon()
     return icon;
 }
 
-/// All codes of a full window may change at once. Drawn in software they are then more than an X connection
-/// takes at its usual size, and to send them would wait for the server.
-void widenConnection(const QGuiApplication& application)
-{
-    const auto* x11 = application.nativeInterface<QNativeInterface::QX11Application>();
-    auto* connection = x11 != nullptr ? x11->connection() : nullptr; // none off screen
-    if (connection != nullptr) {
-        const int size = 1 << 20; // bytes; the kernel may allow fewer
-        setsockopt(xcb_get_file_descriptor(connection), SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
-    }
-}
-
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv)
@@ -72,7 +58,6 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char** argv)
     usualHandler = qInstallMessageHandler(endWithoutDisplay);
     auto application = std::make_unique<QGuiApplication>(argc, argv);
     qInstallMessageHandler(usualHandler);
-    widenConnection(*application);
     QGuiApplication::setApplicationName(QStringLiteral("mirrowvale-authenticator"));
     QGuiApplication::setOrganizationDomain(QStringLiteral("mirrowvale.app"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.mirrowvale.authenticator"));
