@@ -9,7 +9,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// The token list as one generic-password item of the credential store; keeps no copy of it.
+/// The token list as one generic-password item of the credential store; without a copy of it in memory.
 class KeychainTokenStore {
 public:
     KeychainTokenStore(std::string service, std::string account);
@@ -24,7 +24,7 @@ public:
     void save(
         const std::vector<AuthToken>& tokens, const std::function<void()>& beforeCreation = [] {}) const;
 
-    /// Copies the item's data, which is no list, beside it.
+    /// Copies the item's unreadable data into an item beside it.
     /// @throws KeychainTokenStoreError  any status that leaves the copy unmade
     void setAside(const SecretString& data) const;
 

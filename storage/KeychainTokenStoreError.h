@@ -22,7 +22,7 @@ public:
         return unexpectedStatus_ == errSecInvalidItemRef || unexpectedStatus_ == errSecDuplicateItem;
     }
 
-    /// Whether the user refused to unlock what it takes.
+    /// Whether the user refused to unlock the keyring.
     bool saysDismissed() const { return unexpectedStatus_ == errSecUserCanceled; }
 
 private:

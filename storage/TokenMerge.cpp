@@ -1,4 +1,4 @@
-#include "storage/TokenUnion.h"
+#include "storage/TokenMerge.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-std::vector<AuthToken> united(std::vector<AuthToken> tokens, const std::vector<AuthToken>& others)
+std::vector<AuthToken> merged(std::vector<AuthToken> tokens, const std::vector<AuthToken>& others)
 {
     if (others.empty()) {
         return tokens;

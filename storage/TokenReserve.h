@@ -7,22 +7,21 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// What this device keeps of the list while it is not saved in its own place, or cannot be read there: the
-/// tokens whose save failed or has yet to be tried. Where the list's own place is on this device, there is no
-/// reserve.
+/// The tokens that are stored on this device, since they are not in the list's own place yet, or that place
+/// cannot be read. There is no reserve where the own place is on this device.
 class TokenReserve {
 public:
     TokenReserve(std::string service, std::string account);
 
-    /// What is kept; nothing where there is no reserve.
+    /// The reserve's tokens; none where there is no reserve.
     StoredList load() const;
 
-    /// Keeps exactly these tokens; of none, nothing stays.
+    /// Replaces the reserve's tokens; without any, its item is removed.
     /// @throws StoredFormError          tokens that cannot be written
     /// @throws KeychainTokenStoreError  any status other than success, and that there is no reserve
     void save(const std::vector<AuthToken>& tokens) const;
 
-    /// Copies what is kept, and no list, beside it.
+    /// Copies the item's unreadable data into an item beside it.
     /// @throws KeychainTokenStoreError  any status that leaves the copy unmade
     void setAside(const SecretString& data) const;
 

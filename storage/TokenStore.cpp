@@ -3,7 +3,7 @@
 #include "platform/text/LocalizedError.h"
 #include "platform/text/Text.h"
 #include "storage/KeychainTokenStoreError.h"
-#include "storage/TokenUnion.h"
+#include "storage/TokenMerge.h"
 
 #include <algorithm>
 #include <iterator>
@@ -18,11 +18,11 @@ constexpr auto service = "app.mirrowvale.authenticator.tokens";
 constexpr auto account = "vault";
 
 /// Saves in a place. Where that holds what this run has not read, both become one list first.
-template <typename Save, typename Unite>
-void saveUnited(StoredList::State state, Save save, Unite unite)
+template <typename Save, typename Merge>
+void saveMerged(StoredList::State state, Save save, Merge merge)
 {
     if (state != StoredList::State::read) {
-        unite();
+        merge();
     }
     try {
         save();
@@ -30,12 +30,12 @@ void saveUnited(StoredList::State state, Save save, Unite unite)
         if (!error.saysUnknown()) {
             throw;
         }
-        unite();
+        merge();
         save();
     }
 }
 
-/// What a place holds by now; what is no list is set aside.
+/// Reads a place again; unreadable data is set aside.
 /// @throws KeychainTokenStoreError  where it cannot be reached, or set aside
 template <typename Place>
 std::vector<AuthToken> loadOrSetAside(const Place& place)
@@ -45,8 +45,7 @@ std::vector<AuthToken> loadOrSetAside(const Place& place)
         throw KeychainTokenStoreError(found.status);
     }
     if (found.data) {
-        place.setAside(
-            *found.data); // what does not open, the credential store sets aside when it replaces it
+        place.setAside(*found.data); // the credential store itself does so with what does not open
     }
     return std::move(found.tokens);
 }
@@ -87,11 +86,11 @@ TokenStore::TokenStore() : storage_(service, account), reserve_(service, account
 void TokenStore::load()
 {
     auto found = storage_.load();
-    item_ = found.state;
+    itemState_ = found.state;
     noteSaved(found.tokens);
     const auto kept = reserve_.load();
-    kept_ = kept.state;
-    auto listed = united(std::move(found.tokens), kept.tokens);
+    reserveState_ = kept.state;
+    auto listed = merged(std::move(found.tokens), kept.tokens);
     try {
         sortByIssuer(listed);
     } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): better unsorted than unseen
@@ -111,13 +110,13 @@ void TokenStore::load()
 void TokenStore::persist()
 {
     isSaveDue_ = false;
-    if (keep() && item_ == State::unreached) {
+    if (saveReserve() && itemState_ == State::unreached) {
         lastError = std::optional(*lastError);
         return;
     }
     try {
         saveItem();
-        keep(); // which is nothing by now
+        saveReserve(); // that is, clears it
         lastError = std::nullopt;
     } catch (const std::exception& error) {
         const auto* status = dynamic_cast<const KeychainTokenStoreError*>(&error);
@@ -133,54 +132,55 @@ void TokenStore::persistAgain()
     }
 }
 
-/// Has the reserve keep what the item lacks. That comes first: the item's own place may wait for a user, or
-/// for nothing.
+/// Writes the tokens that the item lacks to the reserve. That comes first: the item's own place may wait for
+/// a user, or for nothing.
 /// @returns false where it cannot; the failure to show is that of the item
-bool TokenStore::keep()
+bool TokenStore::saveReserve()
 {
     try {
-        saveUnited(
-            kept_, [this] { reserve_.save(unsaved()); }, [this] { uniteWithReserve(); });
+        saveMerged(
+            reserveState_, [this] { reserve_.save(unsaved()); }, [this] { mergeReserve(); });
         return true;
     } catch (const std::exception&) {
         return false;
     }
 }
 
-/// The item has gone, and with it what was saved.
-void TokenStore::keepAll()
+/// The item has gone, and with it all that was saved.
+void TokenStore::saveAllInReserve()
 {
     saved_.clear();
-    keep();
+    saveReserve();
 }
 
 void TokenStore::saveItem()
 {
-    saveUnited(
-        item_, [this] { storage_.save(*tokens, [this] { keepAll(); }); }, [this] { uniteWithItem(); });
+    saveMerged(
+        itemState_, [this] { storage_.save(*tokens, [this] { saveAllInReserve(); }); },
+        [this] { mergeItem(); });
     noteSaved(*tokens);
 }
 
-/// Takes over what the item holds by now; the reserve gets what it lacks.
-void TokenStore::uniteWithItem()
+/// Merges what the item holds by now; the reserve gets what it lacks.
+void TokenStore::mergeItem()
 {
     const auto found = loadOrSetAside(storage_);
-    item_ = State::read;
+    itemState_ = State::read;
     noteSaved(found);
-    unite(found);
-    keep();
+    merge(found);
+    saveReserve();
 }
 
-void TokenStore::uniteWithReserve()
+void TokenStore::mergeReserve()
 {
     const auto found = loadOrSetAside(reserve_);
-    kept_ = State::read;
-    unite(found);
+    reserveState_ = State::read;
+    merge(found);
 }
 
-void TokenStore::unite(const std::vector<AuthToken>& others)
+void TokenStore::merge(const std::vector<AuthToken>& others)
 {
-    auto both = united(*tokens, others);
+    auto both = merged(*tokens, others);
     if (both != *tokens) {
         tokens = std::move(both);
     }

@@ -24,20 +24,20 @@ public:
     /// The message of the last load or save, if it failed.
     Published<std::optional<std::string>> lastError{*this};
 
-    /// Replaces `tokens` by the stored list, sorted by issuer in the user's locale, united with what the
-    /// reserve keeps, which is then saved along with it. After a failure it is what the reserve keeps;
-    /// nothing, where it keeps nothing.
+    /// Replaces `tokens` by the stored list and the reserve's tokens, merged and sorted by issuer in the
+    /// user's locale. Tokens of the reserve are then saved in the list's own place. Where that cannot be
+    /// read, only the reserve's are listed, if any.
     void load();
 
-    /// Writes `tokens` to the credential store; before, the reserve gets what is not stored there yet, and
-    /// after a success it keeps nothing. As long as the stored list could not be reached, the reserve is all
-    /// that is written, and `lastError` stays. What either place turns out to hold beside, since it could not
-    /// be read before or another process has changed it, becomes part of `tokens` first; what is no list is
-    /// set aside.
+    /// Writes `tokens` to the credential store. The reserve first gets those that are not stored there yet,
+    /// and is cleared after a success. As long as the stored list could not be reached, only the reserve is
+    /// written, and `lastError` stays. Where either place holds what this run has not read, that is merged
+    /// into `tokens` before it is replaced; unreadable data is set aside.
     void persist();
 
-    /// Saves once more where the last save failed, unless the user has refused to unlock what it takes:
-    /// whatever was in its way may be gone by the time that the window goes.
+    /// Calls `persist()` once more where the last one failed, unless the user has refused to unlock the
+    /// keyring. To be called when the window is hidden or closed, or the program ends: the cause may be gone
+    /// by then.
     void persistAgain();
 
     /// Adds one to the counter of the listed token with `token`'s id and persists. A token that is not
@@ -47,19 +47,19 @@ public:
 private:
     using State = StoredList::State;
 
-    bool keep();
-    void keepAll();
+    bool saveReserve();
+    void saveAllInReserve();
     void saveItem();
-    void uniteWithItem();
-    void uniteWithReserve();
-    void unite(const std::vector<AuthToken>& others);
+    void mergeItem();
+    void mergeReserve();
+    void merge(const std::vector<AuthToken>& others);
     std::vector<AuthToken> unsaved() const;
     void noteSaved(const std::vector<AuthToken>& list);
 
     KeychainTokenStore storage_;
     TokenReserve reserve_;
-    State item_ = State::unreached; ///< what this run knows of the stored item
-    State kept_ = State::unreached; ///< and of the reserve
+    State itemState_ = State::unreached; ///< of the item in its own place, as this run knows it
+    State reserveState_ = State::unreached;
     /// `id` and counter of each token in the item, as far as it was read: nothing else of a token ever
     /// changes.
     std::set<std::pair<decltype(UUID::bytes), std::uint64_t>> saved_;

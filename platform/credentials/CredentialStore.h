@@ -9,7 +9,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// What tells one generic-password item from another.
+/// Identifies a generic-password item.
 struct ItemName {
     std::string service;
     std::string account;
@@ -52,7 +52,7 @@ public:
     /// @returns as `update`
     virtual OSStatus remove(const ItemName& name) noexcept = 0;
 
-    /// Where this device keeps what could not be saved in this store; null where there is no such place.
+    /// The store on this device for what could not be saved in this one; null where there is none.
     virtual CredentialStore* reserve() noexcept { return nullptr; }
 };
 

@@ -1,4 +1,4 @@
-#include "storage/TokenUnion.h"
+#include "storage/TokenMerge.h"
 
 #include "tests/durability/SystemCallTap.h"
 #include "tests/durability/Vault.h"
@@ -233,7 +233,7 @@ TEST(Fault, OfTheReservesFolderBringsNothingBackThatWasStored)
         vault.keyring.answerAlways(errSecSuccess);
         ASSERT_EQ(Vault::save(1), "");
         TokenStore store;
-        const auto both = united(numberedList(1), numberedList(2));
+        const auto both = merged(numberedList(1), numberedList(2));
         vault.keyring.answerAlways(update, errSecDiskFull);
         store.tokens = both;
         store.persist(); // list 2 is in the reserve

@@ -2,7 +2,7 @@
 
 #include "core/StoredForm.h"
 #include "platform/keychain/Keychain.h"
-#include "storage/TokenUnion.h"
+#include "storage/TokenMerge.h"
 #include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/Tokens.h"
 
@@ -407,7 +407,7 @@ TEST_F(TokenStoreTest, aListThatAnotherProcessHasChangedIsUnitedWithOurs)
     EXPECT_EQ(storedTokens(), *store.tokens);
 }
 
-TEST(TokenUnion, hasEachTokenOnceWithItsLargerCounter)
+TEST(TokenMerge, hasEachTokenOnceWithItsLargerCounter)
 {
     const auto a = tokenNamed("a", "", 3);
     const auto b = tokenNamed("b", "", 3);
@@ -423,7 +423,7 @@ TEST(TokenUnion, hasEachTokenOnceWithItsLargerCounter)
     };
     // clang-format on
     for (const auto& row : table) {
-        EXPECT_EQ(united(row.ours, row.theirs), row.both);
+        EXPECT_EQ(merged(row.ours, row.theirs), row.both);
     }
 }
 

@@ -7,7 +7,7 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
-// Items are found by class, service and account alone: not every keyring keeps the schema's name.
+// Items are found by class, service and account alone: not every keyring stores the schema's name.
 const SecretSchema schema = {"app.mirrowvale.authenticator.item",
                              SECRET_SCHEMA_DONT_MATCH_NAME,
                              {{"class", SECRET_SCHEMA_ATTRIBUTE_STRING},
