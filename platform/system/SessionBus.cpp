@@ -32,39 +32,6 @@ gboolean giveUp(gpointer attempt)
     return G_SOURCE_REMOVE;
 }
 
-/// What the bus itself answers; nothing where it fails.
-GVariant* askBus(GDBusConnection* bus, const char* method, GVariant* parameters, const char* type,
-                 milliseconds timeout)
-{
-    constexpr auto name = "org.freedesktop.DBus";
-    return g_dbus_connection_call_sync(bus, name, "/org/freedesktop/DBus", name, method, parameters,
-                                       G_VARIANT_TYPE(type), G_DBUS_CALL_FLAGS_NONE,
-                                       static_cast<int>(timeout.count()), nullptr, nullptr);
-}
-
-/// Whether the bus says that no program has the name.
-bool hasNoOwner(GDBusConnection* bus, const char* service, milliseconds timeout)
-{
-    gboolean isOwned = TRUE;
-    g_autoptr(GVariant) answer = askBus(bus, "NameHasOwner", g_variant_new("(s)", service), "(b)", timeout);
-    if (answer != nullptr) {
-        g_variant_get(answer, "(b)", &isOwned);
-    }
-    return isOwned == FALSE;
-}
-
-/// Whether the bus says that it can start no program for the name.
-bool cannotBeStarted(GDBusConnection* bus, const char* service, milliseconds timeout)
-{
-    g_autoptr(GVariant) answer = askBus(bus, "ListActivatableNames", nullptr, "(as)", timeout);
-    if (answer == nullptr) {
-        return false;
-    }
-    g_autofree const char** names = nullptr;
-    g_variant_get(answer, "(^a&s)", &names);
-    return g_strv_contains(names, service) == FALSE;
-}
-
 } // namespace
 
 bool hasSessionBus()
@@ -108,12 +75,6 @@ BusConnection connectToSessionBus(milliseconds timeout)
         g_dbus_connection_set_exit_on_close(attempt.bus.get(), FALSE);
     }
     return std::move(attempt.bus);
-}
-
-bool mayAnswer(const char* service, milliseconds timeout)
-{
-    const auto bus = connectToSessionBus(timeout);
-    return !bus || !hasNoOwner(bus.get(), service, timeout) || !cannotBeStarted(bus.get(), service, timeout);
 }
 
 void disableSessionBus()

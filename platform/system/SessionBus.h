@@ -23,10 +23,6 @@ using BusConnection = std::unique_ptr<GDBusConnection, ReleaseBus>;
 /// @returns nothing where there is no bus, or one that does not answer within `timeout`
 BusConnection connectToSessionBus(std::chrono::milliseconds timeout);
 
-/// Whether a service may answer on the session's bus: a program has its name, or can be started for it. Where
-/// the bus does not say so, each time within `timeout`, it may.
-bool mayAnswer(const char* service, std::chrono::milliseconds timeout);
-
 /// Keeps this process's libraries from asking the session's bus: they would start one where there is none,
 /// and wait long for one that does not answer.
 void disableSessionBus();
