@@ -34,6 +34,7 @@ public:
     virtual ~CredentialStore() = default;
 
     /// Reads an item's data.
+    /// @param result  nothing; the data after a success, but for an item without any and a quiet search
     /// @returns `errSecItemNotFound` where there is none; `errSecInteractionNotAllowed` where something
     /// locked
     ///          may hold it; or the status of what went wrong

@@ -20,7 +20,6 @@ std::string recordName(const ItemName& name)
 OSStatus DeviceCredentialStore::read(const ItemName& name, Search search, SecResult& result) noexcept
 {
     return statusOf([&] {
-        result.reset();
         return place_ == Place::unknown ? find(name, result) : requirePlace(name).read(name, search, result);
     });
 }

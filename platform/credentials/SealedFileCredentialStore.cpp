@@ -34,10 +34,7 @@ SealedFileCredentialStore::SealedFileCredentialStore(std::filesystem::path dataF
 
 OSStatus SealedFileCredentialStore::read(const ItemName& name, Search search, SecResult& result) noexcept
 {
-    return statusOf([&] {
-        result.reset();
-        return search == Search::quiet ? check(Item(name)) : read(Item(name), result);
-    });
+    return statusOf([&] { return search == Search::quiet ? check(Item(name)) : read(Item(name), result); });
 }
 
 OSStatus SealedFileCredentialStore::update(const ItemName& name, const SecretString& data) noexcept

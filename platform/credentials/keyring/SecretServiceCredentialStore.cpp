@@ -34,7 +34,6 @@ OSStatus find(const SecretServiceItems& items, Search search)
 OSStatus SecretServiceCredentialStore::read(const ItemName& name, Search search, SecResult& result) noexcept
 {
     return onItems(name, [&](const SecretServiceItems& items) {
-        result.reset();
         if (search == Search::quiet) {
             return find(items, searchFor(name));
         }

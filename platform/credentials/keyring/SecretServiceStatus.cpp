@@ -50,23 +50,15 @@ OSStatus statusForInputOutputError(int code)
 
 OSStatus statusForBusError(int code)
 {
+    if (code >= G_DBUS_ERROR_SPAWN_EXEC_FAILED && code <= G_DBUS_ERROR_SPAWN_FILE_INVALID) {
+        return errSecNotAvailable; // the service could not be started
+    }
     switch (code) {
     case G_DBUS_ERROR_SERVICE_UNKNOWN:
     case G_DBUS_ERROR_NAME_HAS_NO_OWNER:
     case G_DBUS_ERROR_NO_REPLY: // the service ended during the call
     case G_DBUS_ERROR_NO_SERVER:
     case G_DBUS_ERROR_DISCONNECTED:
-    case G_DBUS_ERROR_SPAWN_EXEC_FAILED:
-    case G_DBUS_ERROR_SPAWN_FORK_FAILED:
-    case G_DBUS_ERROR_SPAWN_CHILD_EXITED:
-    case G_DBUS_ERROR_SPAWN_CHILD_SIGNALED:
-    case G_DBUS_ERROR_SPAWN_FAILED:
-    case G_DBUS_ERROR_SPAWN_SETUP_FAILED:
-    case G_DBUS_ERROR_SPAWN_CONFIG_INVALID:
-    case G_DBUS_ERROR_SPAWN_SERVICE_INVALID:
-    case G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND:
-    case G_DBUS_ERROR_SPAWN_PERMISSIONS_INVALID:
-    case G_DBUS_ERROR_SPAWN_FILE_INVALID:
         return errSecNotAvailable;
     case G_DBUS_ERROR_ACCESS_DENIED:
     case G_DBUS_ERROR_AUTH_FAILED:
