@@ -1,6 +1,6 @@
 #include "core/StoredForm.h"
 
-#include "core/JSONReader.h"
+#include "platform/text/JSONReader.h"
 #include "platform/text/Text.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "core/JSONReader.h"
+#include "platform/text/JSONReader.h"
 
 #include "platform/text/Text.h"
 
