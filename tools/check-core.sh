@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tools/packages.sh <(grep -hvE '^(q|clang-format )' packaging/{build,fast}-packages.txt)
+tools/packages.sh build test
 tools/build.sh core
 
 # Emulated, a keyring takes longer to answer than the program waits for it, and the last takes longer than its limit.

@@ -28,7 +28,7 @@ done
     echo 'Only root can make a system' >&2
     exit 1
 }
-tools/packages.sh packaging/elsewhere-packages.txt
+tools/packages.sh system
 # All mounts and processes below end with this one, however it ends.
 [ -n "${OWN_NAMESPACE:-}" ] || exec unshare --mount --pid --fork --kill-child --mount-proc \
     env OWN_NAMESPACE=yes tools/elsewhere.sh ${again:+--again} $([ $user = root ] || echo --user) "$@"

@@ -12,7 +12,7 @@ case $here/$1 in
     */armhf | */armel) processor=arm ;;
     *) processor=$1 ;;
 esac
-tools/packages.sh packaging/emulator-packages.txt >&2
+tools/packages.sh emulate >&2
 mount -t binfmt_misc binfmt_misc /proc/sys/fs/binfmt_misc
 [ -e "/proc/sys/fs/binfmt_misc/qemu-$processor" ] \
     || cat "/usr/lib/binfmt.d/qemu-$processor.conf" >/proc/sys/fs/binfmt_misc/register

@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tools/packages.sh packaging/{build,run,headless,fast,check}-packages.txt
+tools/packages.sh build window run headless test check
 tools/build.sh release mirrowvale-authenticator
 wanted=testEveryLook
 if [ "${1-}" = --readme ]; then

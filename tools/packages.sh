@@ -1,10 +1,22 @@
 #!/usr/bin/env bash
-# Installs the Debian packages of the given lists that are missing here; does nothing when all are there. One of
+# Installs the Debian packages that packaging/packages.txt has for the given uses and that are missing here. One of
 # another architecture than this machine's does not count: it may not run here, nor be linked with.
-#   tools/packages.sh LIST...
+#   tools/packages.sh [--names] USE...    --names only prints them
 set -euo pipefail
+cd "$(dirname "$0")/.."
 
-wanted=$(sed -E 's/#.*//; s/[[:space:]]+//g; /^$/d' "$@" | sort -u)
+names=
+if [ "$1" = --names ]; then
+    names=yes
+    shift
+fi
+uses=$(IFS='|' && echo "$*")
+wanted=$(awk '!/^#/ {n = split($2, uses, ","); while (n) print uses[n--], $1}' packaging/packages.txt \
+    | grep -E "^($uses) " | cut -d' ' -f2 | sort -u)
+if [ -n "$names" ]; then
+    echo "$wanted"
+    exit
+fi
 installed=$({ xargs dpkg-query -W -f '${Package} ${Architecture} ${db:Status-Status}\n' <<<"$wanted" 2>/dev/null || true; } \
     | awk -v here="$(dpkg --print-architecture)" '$3 == "installed" && ($2 == here || $2 == "all") {print $1}' | sort -u)
 mapfile -t missing < <(comm -23 <(echo "$wanted") <(echo "$installed"))

@@ -23,10 +23,6 @@ for place in \
     [ "${place#*:}" = "$version" ] || complain "The ${place%%:*} tells of version \"${place#*:}\", not $version"
 done
 
-# The names in a list of packages, less those that match an expression.
-#   names FILE EXPRESSION
-names() { sed -E 's/#.*//; s/[[:space:]]+//g; /^$/d' "$1" | grep -vxE "$2"; }
-
 # Complains of each name on the input that a part of the control file does not hold.
 #   within PART-EXPRESSION PART
 within() {
@@ -40,8 +36,9 @@ within() {
 }
 
 within '/^Build-Depends:/,/^$/' 'What building depends on' \
-    < <(names packaging/build-packages.txt 'g\+\+|libg(test|mock)-dev|nlohmann-json3-dev')
-within '/^Package:/,$' 'What the package depends on or recommends' < <(names packaging/run-packages.txt 'qml6-.*')
+    < <(tools/packages.sh --names build window | grep -vxE 'g\+\+|libg(test|mock)-dev|nlohmann-json3-dev')
+within '/^Package:/,$' 'What the package depends on or recommends' \
+    < <(tools/packages.sh --names run | grep -v '^qml6-')
 # The modules QtQuick and QtQml are whole within the libraries; the others are loaded from packages of their own.
 within '/^Depends:/,/^Recommends:/' 'What the package depends on' < <(
     grep -rhoE '^import Qt[A-Za-z.]*' ui/qml | sort -u | grep -vxE 'import (QtQuick|QtQml)' \
