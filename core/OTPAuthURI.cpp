@@ -4,12 +4,10 @@
 #include "platform/text/URLComponents.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <optional>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace MirrowvaleAuthenticator {
 
@@ -30,63 +28,40 @@ std::string sentence(Case which)
     __builtin_unreachable();
 }
 
-void checkScheme(const URLComponents& components)
+/// Whether a text is a lower-case word of ASCII, regardless of case. No character beyond ASCII has a letter
+/// of the words below for its lower case.
+bool isWord(std::string_view text, std::string_view word)
 {
-    if (!components.scheme || lowercased(*components.scheme) != "otpauth") {
-        throw OTPAuthParserError(Case::invalidURL);
-    }
+    return std::ranges::equal(text, word, {}, [](char byte) {
+        return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+    });
 }
 
 AuthToken::Kind kindOf(const URLComponents& components)
 {
-    const auto kind = kindFromRawValue(components.host ? lowercased(*components.host) : std::string());
-    if (!kind) {
-        throw OTPAuthParserError(Case::unsupportedType);
-    }
-    return *kind;
-}
-
-/// Values of the parameters that play a part, by lower-cased name. Whatever else stands in a query is
-/// ignored.
-class QueryMap {
-public:
-    explicit QueryMap(const std::vector<URLComponents::QueryItem>& items)
-    {
-        for (const auto& item : items) {
-            const auto parameter = std::ranges::find_if(
-                parameters_, [&](const auto& known) { return isSame(known.name, item.name); });
-            if (parameter == parameters_.end()) {
-                continue;
-            }
-            if (parameter->value || !item.value) {
-                throw OTPAuthParserError(Case::invalidURL);
-            }
-            parameter->value = item.value;
+    for (const auto kind : allKinds) {
+        if (isWord(components.host.value_or(""), rawValue(kind))) {
+            return kind;
         }
     }
+    throw OTPAuthParserError(Case::unsupportedType);
+}
 
-    std::optional<std::string_view> operator[](std::string_view name) const
-    {
-        return std::ranges::find(parameters_, name, &Parameter::name)->value;
+/// A parameter's value, regardless of its name's case; nothing where there is none.
+std::optional<std::string_view> parameter(const URLComponents& components, std::string_view name)
+{
+    std::optional<std::string_view> value;
+    for (const auto& item : components.queryItems) {
+        if (!isWord(item.name, name)) {
+            continue;
+        }
+        if (value || !item.value) {
+            throw OTPAuthParserError(Case::invalidURL);
+        }
+        value = item.value;
     }
-
-private:
-    struct Parameter {
-        std::string_view name; ///< in lower case
-        std::optional<std::string_view> value;
-    };
-
-    /// Regardless of case. No character beyond ASCII has a letter of these names for its lower case.
-    static bool isSame(std::string_view lowerCaseName, std::string_view name)
-    {
-        return std::ranges::equal(lowerCaseName, name, {}, {}, [](char byte) {
-            return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-        });
-    }
-
-    std::array<Parameter, 6> parameters_{
-        {{"secret", {}}, {"issuer", {}}, {"algorithm", {}}, {"digits", {}}, {"period", {}}, {"counter", {}}}};
-};
+    return value;
+}
 
 std::string labelOf(std::string_view path)
 {
@@ -148,32 +123,26 @@ AuthToken parseOTPAuthURI(std::string_view text)
 AuthToken parseOTPAuthURI(std::string_view text, const UUID& id, Date createdAt)
 {
     const auto components = URLComponents::fromString(text);
-    if (!components) {
+    if (!components || !isWord(components->scheme.value_or(""), "otpauth")) {
         throw OTPAuthParserError(Case::invalidURL);
     }
-    checkScheme(*components);
     AuthToken token;
+    token.id = id;
+    token.createdAt = createdAt;
     token.kind = kindOf(*components);
-    const QueryMap query(components->queryItems);
-    const auto secret = query["secret"].value_or("");
-    if (secret.empty()) {
-        throw OTPAuthParserError(Case::missingSecret);
-    }
-
     const auto label = labelOf(components->path);
     const auto parts = splitLabel(label);
-    const auto issuer = query["issuer"].value_or(parts ? parts->first : std::string_view());
-
-    token.id = id;
-    token.issuer = trimmed(issuer);
+    const auto valueOf = [&](const char* name) { return parameter(*components, name).value_or(""); };
+    token.secretBase32 = uppercased(removingSpaces(valueOf("secret")));
+    token.issuer = trimmed(parameter(*components, "issuer").value_or(parts ? parts->first : ""));
     token.account = trimmed(parts ? parts->second : label);
-    token.secretBase32 = uppercased(removingSpaces(secret));
-    token.algorithm = algorithmFromRawValue(uppercased(query["algorithm"].value_or("SHA1")))
-                          .value_or(AuthToken::Algorithm::sha1);
-    token.digits = decimal<std::int64_t>(query["digits"].value_or("")).value_or(6);
-    token.period = decimal<std::int64_t>(query["period"].value_or("")).value_or(30);
-    token.counter = decimal<std::uint64_t>(query["counter"].value_or("")).value_or(0);
-    token.createdAt = createdAt;
+    token.algorithm = algorithmFromRawValue(uppercased(valueOf("algorithm"))).value_or(token.algorithm);
+    token.digits = decimal<std::int64_t>(valueOf("digits")).value_or(token.digits);
+    token.period = decimal<std::int64_t>(valueOf("period")).value_or(token.period);
+    token.counter = decimal<std::uint64_t>(valueOf("counter")).value_or(token.counter);
+    if (valueOf("secret").empty()) { // judged last: a parameter that cannot be read comes first
+        throw OTPAuthParserError(Case::missingSecret);
+    }
     return token;
 }
 
