@@ -3,7 +3,6 @@
 #include "platform/text/JSONReader.h"
 #include "platform/text/Text.h"
 
-#include <algorithm>
 #include <array>
 #include <bitset>
 #include <charconv>
@@ -13,30 +12,29 @@
 #include <cstdlib>
 #include <locale.h>
 #include <optional>
-#include <type_traits>
 #include <utility>
 
 namespace MirrowvaleAuthenticator {
 
 namespace {
 
-/// The members of a token's object, in field order.
-enum class CodingKey {
-    id,
-    kind,
-    issuer,
-    account,
-    secretBase32,
-    algorithm,
-    digits,
-    period,
-    counter,
-    createdAt
-};
+constexpr std::size_t memberCount = 10;
 
-constexpr std::array<std::string_view, 10> codingKeys{"id",           "kind",      "issuer", "account",
-                                                      "secretBase32", "algorithm", "digits", "period",
-                                                      "counter",      "createdAt"};
+/// The members of a token's object, in field order.
+template <typename Token, typename Visit>
+void visitMembers(Token& token, Visit visit)
+{
+    visit("id", token.id);
+    visit("kind", token.kind);
+    visit("issuer", token.issuer);
+    visit("account", token.account);
+    visit("secretBase32", token.secretBase32);
+    visit("algorithm", token.algorithm);
+    visit("digits", token.digits);
+    visit("period", token.period);
+    visit("counter", token.counter);
+    visit("createdAt", token.createdAt);
+}
 
 std::string sentence(StoredFormError::Case which)
 {
@@ -49,25 +47,18 @@ std::string sentence(StoredFormError::Case which)
     __builtin_unreachable();
 }
 
+void require(bool holds)
+{
+    if (!holds) {
+        throw JSONError();
+    }
+}
+
 template <typename Value>
 Value required(std::optional<Value> value)
 {
-    if (!value) {
-        throw JSONError();
-    }
+    require(value.has_value());
     return std::move(*value);
-}
-
-/// The member of this name, or nothing where it is none of the ten.
-std::optional<CodingKey> takeKey(JSONReader& json)
-{
-    const auto written = json.takeString();
-    json.take(':');
-    const bool isPlain = written.find('\\') == std::string_view::npos;
-    const auto found = isPlain ? std::ranges::find(codingKeys, written)
-                               : std::ranges::find(codingKeys, unescaped(written).value_or(""));
-    return found == codingKeys.end() ? std::nullopt
-                                     : std::optional(static_cast<CodingKey>(found - codingKeys.begin()));
 }
 
 std::string takeText(JSONReader& json)
@@ -108,9 +99,7 @@ void take(JSONReader& json, Integer& integer)
 {
     const auto written = takeNumber(json);
     const auto [end, error] = std::from_chars(written.data(), written.data() + written.size(), integer);
-    if (error != std::errc() || end != written.data() + written.size()) {
-        throw JSONError();
-    }
+    require(error == std::errc() && end == written.data() + written.size());
 }
 
 /// Takes the nearest double, whatever the program's locale; what is too small for one is zero.
@@ -119,60 +108,34 @@ void take(JSONReader& json, Date& instant)
     static const locale_t plainLocale = newlocale(LC_ALL_MASK, "C", nullptr);
     const std::string written(takeNumber(json));
     const double seconds = strtod_l(written.c_str(), nullptr, plainLocale);
-    if (!std::isfinite(seconds)) {
-        throw JSONError();
-    }
+    require(std::isfinite(seconds));
     instant = Date::fromSecondsSinceReferenceDate(seconds);
-}
-
-void takeMember(JSONReader& json, CodingKey key, AuthToken& token)
-{
-    switch (key) {
-    case CodingKey::id:
-        return take(json, token.id);
-    case CodingKey::kind:
-        return take(json, token.kind);
-    case CodingKey::issuer:
-        return take(json, token.issuer);
-    case CodingKey::account:
-        return take(json, token.account);
-    case CodingKey::secretBase32:
-        return take(json, token.secretBase32);
-    case CodingKey::algorithm:
-        return take(json, token.algorithm);
-    case CodingKey::digits:
-        return take(json, token.digits);
-    case CodingKey::period:
-        return take(json, token.period);
-    case CodingKey::counter:
-        return take(json, token.counter);
-    case CodingKey::createdAt:
-        return take(json, token.createdAt);
-    }
-    __builtin_unreachable();
 }
 
 void takeToken(JSONReader& json, AuthToken& token)
 {
-    std::bitset<codingKeys.size()> seen;
+    std::bitset<memberCount> seen;
     json.take('{');
     do {
-        const auto key = takeKey(json);
-        if (!key) {
+        const auto name = unescaped(json.takeString()).value_or("");
+        json.take(':');
+        bool isKnown = false;
+        std::size_t index = 0;
+        visitMembers(token, [&](std::string_view member, auto& value) {
+            if (name == member) {
+                isKnown = true;
+                require(!seen.test(index)); // which of two values was meant cannot be known
+                seen.set(index);
+                take(json, value);
+            }
+            ++index;
+        });
+        if (!isKnown) {
             json.skipValue();
-            continue;
         }
-        const auto index = static_cast<std::size_t>(*key);
-        if (seen[index]) {
-            throw JSONError(); // which of two values was meant cannot be known
-        }
-        seen.set(index);
-        takeMember(json, *key, token);
     } while (json.takeIf(','));
     json.take('}');
-    if (!seen.all()) {
-        throw JSONError();
-    }
+    require(seen.all());
 }
 
 std::vector<AuthToken> takeTokens(std::string_view text)
@@ -192,98 +155,92 @@ std::vector<AuthToken> takeTokens(std::string_view text)
     return tokens;
 }
 
-/// Writes members one after the other.
-class TokenWriter {
-public:
-    explicit TokenWriter(SecretString& text) : json_(text) { }
+bool mustBeEscaped(char character)
+{
+    return static_cast<unsigned char>(character) < ' ' || character == '"' || character == '\\';
+}
 
-    void write(const AuthToken& token)
-    {
-        json_ += '{';
-        appendText(CodingKey::id, token.id.string());
-        appendText(CodingKey::kind, rawValue(token.kind));
-        appendText(CodingKey::issuer, token.issuer);
-        appendText(CodingKey::account, token.account);
-        appendText(CodingKey::secretBase32, token.secretBase32);
-        appendText(CodingKey::algorithm, rawValue(token.algorithm));
-        appendNumber(CodingKey::digits, token.digits);
-        appendNumber(CodingKey::period, token.period);
-        appendNumber(CodingKey::counter, token.counter);
-        appendSeconds(CodingKey::createdAt, token.createdAt.secondsSinceReferenceDate());
-        json_ += '}';
+void appendEscape(SecretString& json, char character)
+{
+    json += '\\';
+    if (character == '"' || character == '\\') {
+        json += character;
+        return;
     }
+    constexpr std::string_view digits = "0123456789abcdef";
+    json += "u00";
+    json += digits[static_cast<unsigned char>(character) >> 4];
+    json += digits[static_cast<unsigned char>(character) & 0xfU];
+}
 
-private:
-    void appendKey(CodingKey key)
-    {
-        json_ += key == CodingKey::id ? "\"" : ",\"";
-        json_ += codingKeys[static_cast<std::size_t>(key)];
-        json_ += "\":";
+void append(SecretString& json, std::string_view text)
+{
+    if (!isValidUTF8(text)) {
+        throw StoredFormError(StoredFormError::Case::unwritable);
     }
-
-    void appendText(CodingKey key, std::string_view text)
-    {
-        if (!isValidUTF8(text)) {
-            throw StoredFormError(StoredFormError::Case::unwritable);
-        }
-        appendKey(key);
-        json_ += '"';
-        for (;;) {
-            const auto plain = std::string_view(text.begin(), std::ranges::find_if(text, mustBeEscaped));
-            json_ += plain;
-            text.remove_prefix(plain.size());
-            if (text.empty()) {
-                break;
-            }
-            appendEscape(text.front());
-            text.remove_prefix(1);
-        }
-        json_ += '"';
-    }
-
-    static bool mustBeEscaped(char character)
-    {
-        return static_cast<unsigned char>(character) < ' ' || character == '"' || character == '\\';
-    }
-
-    void appendEscape(char character)
-    {
-        json_ += '\\';
-        if (character == '"' || character == '\\') {
-            json_ += character;
-            return;
-        }
-        constexpr std::string_view digits = "0123456789abcdef";
-        json_ += "u00";
-        json_ += digits[static_cast<unsigned char>(character) >> 4];
-        json_ += digits[static_cast<unsigned char>(character) & 0xfU];
-    }
-
-    template <typename Number>
-    void appendNumber(CodingKey key, Number number)
-    {
-        appendKey(key);
-        std::array<char, 32> digits{};
-        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-        json_.append(digits.data(), end);
-        const bool isInteger =
-            std::none_of(digits.data(), end, [](char byte) { return byte == '.' || byte == 'e'; });
-        if (std::is_floating_point_v<Number> && isInteger) {
-            json_ += ".0"; // readers that take it for an integer would lose the sign of a zero
+    json += '"';
+    for (const char character : text) {
+        if (mustBeEscaped(character)) {
+            appendEscape(json, character);
+        } else {
+            json += character;
         }
     }
+    json += '"';
+}
 
-    void appendSeconds(CodingKey key, double seconds)
-    {
-        // JSON has no form for an infinity or NaN.
-        if (!std::isfinite(seconds)) {
-            throw StoredFormError(StoredFormError::Case::unwritable);
-        }
-        appendNumber(key, seconds);
+void append(SecretString& json, const UUID& id)
+{
+    append(json, id.string());
+}
+
+void append(SecretString& json, AuthToken::Kind kind)
+{
+    append(json, rawValue(kind));
+}
+
+void append(SecretString& json, AuthToken::Algorithm algorithm)
+{
+    append(json, rawValue(algorithm));
+}
+
+/// The shortest digits that are read as the same number.
+template <typename Number>
+void appendDigits(SecretString& json, Number number)
+{
+    std::array<char, 32> digits{};
+    json.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
+}
+
+void append(SecretString& json, std::integral auto integer)
+{
+    appendDigits(json, integer);
+}
+
+void append(SecretString& json, Date instant)
+{
+    const double seconds = instant.secondsSinceReferenceDate();
+    if (!std::isfinite(seconds)) { // for which JSON has no form
+        throw StoredFormError(StoredFormError::Case::unwritable);
     }
+    const auto start = json.size();
+    appendDigits(json, seconds);
+    if (json.find_first_of(".e", start) == json.npos) {
+        json += ".0"; // readers that take it for an integer would lose the sign of a zero
+    }
+}
 
-    SecretString& json_;
-};
+void append(SecretString& json, const AuthToken& token)
+{
+    char before = '{';
+    visitMembers(token, [&](std::string_view name, const auto& value) {
+        json += std::exchange(before, ',');
+        append(json, name);
+        json += ':';
+        append(json, value);
+    });
+    json += '}';
+}
 
 } // namespace
 
@@ -297,12 +254,11 @@ SecretString encodeTokens(const std::vector<AuthToken>& tokens)
     SecretString text;
     text.reserve(tokens.size() * ordinarySize);
     text += '[';
-    TokenWriter writer(text);
     for (const auto& token : tokens) {
         if (text.size() > 1) {
             text += ',';
         }
-        writer.write(token);
+        append(text, token);
     }
     text += ']';
     return text;
