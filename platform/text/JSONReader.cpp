@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
-#include <cstdint>
+#include <unicode/unistr.h>
+#include <unicode/utf16.h>
 #include <vector>
 
 namespace MirrowvaleAuthenticator {
@@ -43,53 +44,26 @@ std::size_t escapeSize(std::string_view text)
 }
 
 /// Takes a UTF-16 code unit off the front.
-std::uint32_t takeCodeUnit(std::string_view& written)
+UChar32 takeCodeUnit(std::string_view& written)
 {
-    std::uint32_t unit = 0;
+    UChar32 unit = 0;
     std::from_chars(written.data() + 2, written.data() + codeUnitSize, unit, 16);
     written.remove_prefix(codeUnitSize);
     return unit;
 }
 
-/// Takes one or two escapes that stand for a character off the front.
-std::optional<std::uint32_t> takeScalar(std::string_view& written)
+/// Takes one or two escapes for a character off the front.
+std::optional<UChar32> takeScalar(std::string_view& written)
 {
-    constexpr std::uint32_t firstHigh = 0xd800;
-    constexpr std::uint32_t firstLow = 0xdc00;
-    constexpr std::uint32_t pastLow = 0xe000;
     const auto unit = takeCodeUnit(written);
-    if (unit < firstHigh || unit >= pastLow) {
+    if (!U_IS_SURROGATE(unit)) {
         return unit;
     }
-    if (unit >= firstLow || !written.starts_with("\\u")) {
+    if (!U16_IS_SURROGATE_LEAD(unit) || !written.starts_with("\\u")) {
         return std::nullopt;
     }
-    const auto low = takeCodeUnit(written);
-    if (low < firstLow || low >= pastLow) {
-        return std::nullopt;
-    }
-    return 0x10000 + ((unit - firstHigh) << 10 | (low - firstLow));
-}
-
-void appendUTF8(std::uint32_t scalar, std::string& text)
-{
-    const auto append = [&](std::uint32_t byte) { text += static_cast<char>(byte); };
-    const auto appendRest = [&](unsigned shift) { append(0x80U | (scalar >> shift & 0x3fU)); };
-    if (scalar < 0x80) {
-        append(scalar);
-    } else if (scalar < 0x800) {
-        append(0xc0U | scalar >> 6);
-        appendRest(0);
-    } else if (scalar < 0x10000) {
-        append(0xe0U | scalar >> 12);
-        appendRest(6);
-        appendRest(0);
-    } else {
-        append(0xf0U | scalar >> 18);
-        appendRest(12);
-        appendRest(6);
-        appendRest(0);
-    }
+    const auto second = takeCodeUnit(written);
+    return U16_IS_TRAIL(second) ? std::optional(U16_GET_SUPPLEMENTARY(unit, second)) : std::nullopt;
 }
 
 } // namespace
@@ -231,7 +205,7 @@ std::optional<std::string> unescaped(std::string_view written)
             if (!scalar) {
                 return std::nullopt;
             }
-            appendUTF8(*scalar, text);
+            icu::UnicodeString(*scalar).toUTF8String(text);
         } else {
             text += escapedBytes[escapedLetters.find(written[1])];
             written.remove_prefix(2);
