@@ -22,11 +22,11 @@ constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZ234567"; // RFC
 /// Character by character, with the bits written out one by one.
 Outcome slowlyDecoded(std::string_view text)
 {
-    auto cleaned = UnicodePath::uppercased(text);
+    auto cleaned = uppercased(text);
     std::erase_if(cleaned, [](char byte) { return byte == ' ' || byte == '='; });
     std::string bits;
-    for (const auto character : UnicodePath::characters(cleaned)) {
-        const auto composed = UnicodePath::canonicalComposition(character);
+    for (const auto character : characters(cleaned)) {
+        const auto composed = canonicalComposition(character);
         const auto found = std::ranges::find_if(
             alphabet, [&](char entry) { return composed == std::string_view(&entry, 1); });
         if (found == alphabet.end()) {

@@ -63,7 +63,7 @@ void readLabel(const std::string& path, AuthToken& token)
     std::string first;
     std::string second;
     bool isSecond = false;
-    for (const auto character : UnicodePath::characters(label)) {
+    for (const auto character : characters(label)) {
         if (character == ":" && !isSecond) {
             isSecond = !first.empty();
         } else {
@@ -107,11 +107,11 @@ AuthToken naivelyParsed(std::string_view uri)
     if (query["secret"].empty()) {
         throw OTPAuthParserError(Case::missingSecret);
     }
-    token.issuer = UnicodePath::trimmed(query.contains("issuer") ? query["issuer"] : token.issuer);
-    token.account = UnicodePath::trimmed(token.account);
-    token.secretBase32 = UnicodePath::uppercased(removingSpaces(query["secret"]));
-    token.algorithm = algorithmFromRawValue(UnicodePath::uppercased(query["algorithm"]))
-                          .value_or(AuthToken::Algorithm::sha1);
+    token.issuer = trimmed(query.contains("issuer") ? query["issuer"] : token.issuer);
+    token.account = trimmed(token.account);
+    token.secretBase32 = uppercased(removingSpaces(query["secret"]));
+    token.algorithm =
+        algorithmFromRawValue(uppercased(query["algorithm"])).value_or(AuthToken::Algorithm::sha1);
     token.digits = number<long long>(query["digits"], std::strtoll, 6);
     token.period = number<long long>(query["period"], std::strtoll, 30);
     token.counter = number<unsigned long long>(query["counter"], std::strtoull, 0);

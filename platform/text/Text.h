@@ -9,9 +9,8 @@
 
 struct UCollator;
 
-/// Text is UTF-8 in `std::string`; bytes that are not count as U+FFFD unless an operation says otherwise. The
-/// operations of `UnicodePath` have a fast path for all-ASCII text that gives the same result. All throw
-/// `std::runtime_error` where ICU fails.
+/// Text is UTF-8 in `std::string`; bytes that are not count as U+FFFD unless an operation says otherwise. All
+/// throw `std::runtime_error` where ICU fails.
 namespace MirrowvaleAuthenticator {
 
 /// The Unicode default full case mappings (Unicode 3.13), independent of any locale.
@@ -63,16 +62,5 @@ private:
 
     std::unique_ptr<UCollator, CloseCollator> collator_;
 };
-
-/// The paths that serve text beyond ASCII, open to tests that compare them with the fast ones.
-namespace UnicodePath {
-std::string uppercased(std::string_view text);
-std::string lowercased(std::string_view text);
-std::string_view trimmed(std::string_view text);
-std::vector<std::string_view> characters(std::string_view text);
-std::vector<std::size_t> positions(std::string_view text, char character);
-std::string canonicalComposition(std::string_view text);
-bool isValidUTF8(std::string_view text);
-} // namespace UnicodePath
 
 } // namespace MirrowvaleAuthenticator
