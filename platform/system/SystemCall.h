@@ -1,11 +1,15 @@
 #pragma once
 
 #include <cerrno>
+#include <system_error>
 
 namespace MirrowvaleAuthenticator {
 
 /// Throws `std::system_error` with the current `errno`.
-[[noreturn]] void throwErrno(const char* operation);
+[[noreturn]] inline void throwErrno(const char* operation)
+{
+    throw std::system_error(errno, std::generic_category(), operation);
+}
 
 /// Makes a system call, again as long as a signal interrupts it.
 template <typename Call>

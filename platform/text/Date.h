@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 namespace MirrowvaleAuthenticator {
 
 /// A point in time, held as double-precision seconds since 2001-01-01T00:00:00Z: the form in which
@@ -12,7 +14,11 @@ public:
     constexpr Date() = default;
 
     /// The instant shown by the system's clock.
-    static Date now();
+    static Date now()
+    {
+        const auto since1970 = std::chrono::system_clock::now().time_since_epoch();
+        return fromSecondsSince1970(std::chrono::duration<double>(since1970).count());
+    }
 
     static constexpr Date fromSecondsSince1970(double seconds)
     {

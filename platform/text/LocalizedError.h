@@ -6,8 +6,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// An error with a sentence of its own for the user, in English. The add form shows it as it stands; that of
-/// a load or save stands in `TokenStore::lastError`, which no screen shows.
+/// An error with a sentence of its own for the user, in English. The add form shows it; that of a load or
+/// save is in `TokenStore::lastError`, which no screen shows.
 class LocalizedError : public std::exception {
 public:
     const std::string& errorDescription() const noexcept { return description_; }
@@ -20,7 +20,12 @@ private:
     std::string description_;
 };
 
-/// The sentence that stands for any failure: an error's own description where it has one, else a general one.
-std::string localizedDescription(const std::exception& error);
+/// A sentence for any failure: an error's own where it has one, else a general one. The texts of foreign
+/// exceptions may quote their input, which may be a secret.
+inline std::string localizedDescription(const std::exception& error)
+{
+    const auto* ownError = dynamic_cast<const LocalizedError*>(&error);
+    return ownError ? ownError->errorDescription() : "The operation couldn’t be completed.";
+}
 
 } // namespace MirrowvaleAuthenticator

@@ -9,7 +9,7 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
-constexpr bool hyphenStandsBefore(std::size_t byteIndex)
+constexpr bool hasHyphenBefore(std::size_t byteIndex)
 {
     return byteIndex == 4 || byteIndex == 6 || byteIndex == 8 || byteIndex == 10;
 }
@@ -33,7 +33,7 @@ std::optional<UUID> UUID::fromString(std::string_view text)
     UUID id;
     std::size_t position = 0;
     for (std::size_t index = 0; index < id.bytes.size(); ++index) {
-        if (hyphenStandsBefore(index) && text[position++] != '-') {
+        if (hasHyphenBefore(index) && text[position++] != '-') {
             return std::nullopt;
         }
         const int high = hexadecimalValue(text[position++]);
@@ -51,7 +51,7 @@ std::string UUID::string() const
     std::string text;
     text.reserve(36);
     for (std::size_t index = 0; index < bytes.size(); ++index) {
-        if (hyphenStandsBefore(index)) {
+        if (hasHyphenBefore(index)) {
             text += '-';
         }
         appendHexadecimal(text, bytes[index]);
