@@ -43,7 +43,7 @@ inline constexpr std::array allAlgorithms{AuthToken::Algorithm::sha1, AuthToken:
 std::string_view rawValue(AuthToken::Kind kind);
 std::string_view rawValue(AuthToken::Algorithm algorithm);
 
-/// The case with exactly this raw value, or nothing: "sha1" is no algorithm.
+/// The case with exactly this raw value, or nothing: "sha1" is not an algorithm.
 std::optional<AuthToken::Kind> kindFromRawValue(std::string_view rawValue);
 std::optional<AuthToken::Algorithm> algorithmFromRawValue(std::string_view rawValue);
 

@@ -9,7 +9,7 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
-/// What a byte of ASCII text stands for: a value from 0 to 31, or one of these.
+/// The value of a byte of ASCII text, 0 to 31, or one of these.
 constexpr std::uint8_t ignored = 0xfe;
 constexpr std::uint8_t unknown = 0xff;
 

@@ -26,8 +26,8 @@ private:
     std::string invalidCharacter_;
 };
 
-/// The bytes that a Base32 text (RFC 4648, section 6) stands for: in either case, blanks (U+0020) and "="
-/// ignored wherever they stand, left-over bits dropped.
+/// Decodes Base32 text (RFC 4648, section 6) in either case; blanks (U+0020) and "=" are ignored wherever
+/// they are, left-over bits dropped.
 /// @throws Base32Error  naming the first character that is not Base32
 SecretBytes decodeBase32(std::string_view text);
 

@@ -33,7 +33,7 @@ private:
 /// The HOTP value of RFC 4226 for one moving factor.
 ///
 /// @param secretBase32  the shared secret as Base32 text (RFC 4648), decoded anew on each call
-/// @param counter       the moving factor; the MAC is taken over its eight bytes, most significant first
+/// @param counter       the moving factor; the MAC is that of its eight bytes, most significant first
 /// @param digits        6, 7 or 8
 /// @returns exactly `digits` decimal digits, leading zeros kept
 /// @throws OTPError     `unsupportedDigits`, before the secret is looked at; `invalidSecret`: no bytes

@@ -7,7 +7,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// Why a text is no provisioning URI.
+/// Why a text is not a provisioning URI.
 class OTPAuthParserError : public LocalizedError {
 public:
     enum class Case {
@@ -33,7 +33,7 @@ private:
 /// of the six parameters that occurs more than once, or whose value is not UTF-8, fails, since a credential
 /// is never guessed; other parameters are ignored. Secret, digits and period are not judged here.
 /// @param text  a URI (RFC 3986), already trimmed
-/// @param id, createdAt  what no URI tells
+/// @param id, createdAt  what a URI does not hold
 /// @throws OTPAuthParserError  the first check that fails: URI and scheme, type, parameters, secret
 AuthToken parseOTPAuthURI(std::string_view text, const UUID& id, Date createdAt);
 

@@ -226,7 +226,7 @@ void append(SecretString& json, Date instant)
     const auto start = json.size();
     appendDigits(json, seconds);
     if (json.find_first_of(".e", start) == json.npos) {
-        json += ".0"; // readers that take it for an integer would lose the sign of a zero
+        json += ".0"; // a reader that makes an integer of it would lose the sign of a zero
     }
 }
 

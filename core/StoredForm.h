@@ -9,7 +9,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// Tokens that cannot be written as JSON, or text that is no stored list.
+/// Tokens cannot be written as JSON, or a text is not a stored list.
 class StoredFormError : public LocalizedError {
 public:
     enum class Case { unwritable, unreadable };

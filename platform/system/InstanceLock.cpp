@@ -22,7 +22,7 @@ FileDescriptor openFolder()
     }
     FileDescriptor folder(open(dataFolderPath().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     struct stat status { };
-    // Another user's is not locked: that user could keep this one out.
+    // Another user's is not locked: that user could lock this one out.
     const bool isOwn = folder && fstat(folder.get(), &status) == 0 && status.st_uid == geteuid();
     return isOwn ? std::move(folder) : FileDescriptor();
 }
@@ -34,7 +34,7 @@ void removeUnfinished(const std::filesystem::path& path)
         if (const auto folder = PrivateFolder::open(path)) {
             folder->removeUnfinished();
         }
-    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): it takes some room, no more
+    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): it costs some room, no more
     }
 }
 

@@ -69,7 +69,7 @@ std::string linesOf(GVariant* reply)
     return lines.str();
 }
 
-/// What the process of the question does.
+/// Asks, and writes the answer for the process that waits.
 void askAndWrite(int pipe)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);

@@ -17,10 +17,9 @@ struct DesktopSetting {
     double value = 0;
 };
 
-/// A question to the desktop: how it wants applications to look (the Settings interface of the XDG desktop
-/// portal).
+/// Asks the desktop how it wants applications to look (the Settings interface of the XDG desktop portal).
 ///
-/// A short-lived process of its own asks it. The portal answers only a process whose entry in /proc it can
+/// A short-lived process of its own asks. The portal answers only a process whose entry in /proc it can
 /// read, which `protectProcess` forbids for this one; and a portal that has yet to be started may take longer
 /// to answer than a user should wait for the window.
 class PortalQuestion {
@@ -34,7 +33,7 @@ public:
     /// Becomes readable when the answer is there, or none will come.
     int descriptor() const { return answer_.get(); }
 
-    /// @returns the desktop's settings, none where it tells none; nothing where it has not answered within
+    /// @returns the desktop's settings, none where it has none; nothing where it has not answered within
     ///          `timeout` from the question on
     std::optional<std::vector<DesktopSetting>> takeAnswer(std::chrono::milliseconds timeout);
 

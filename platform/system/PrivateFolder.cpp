@@ -38,7 +38,7 @@ void requirePrivate(int descriptor, mode_t type, mode_t mode)
     if (status.st_uid != geteuid()) {
         throw std::system_error(std::make_error_code(std::errc::operation_not_permitted));
     }
-    // Where nothing can be written, what others may read is no reason to keep it from its owner.
+    // On a disk that cannot be written to, its owner may still read it, although others may, too.
     if ((status.st_mode & 07777) != mode && uninterrupted([&] { return fchmod(descriptor, mode); }) != 0
         && errno != EROFS) {
         throwErrno("fchmod");

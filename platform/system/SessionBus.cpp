@@ -15,7 +15,7 @@ using std::chrono::milliseconds;
 
 constexpr auto noBus = "disabled:";
 
-/// What has come of an attempt to connect.
+/// The outcome of an attempt to connect.
 struct Attempt {
     BusConnection bus;
     bool isOver = false;

@@ -74,15 +74,15 @@ JSONReader::JSONReader(std::string_view text) : rest_(text)
     rest_.remove_prefix(rest_.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
 }
 
-bool JSONReader::takeIf(char mark)
+bool JSONReader::takeIf(char punctuator)
 {
     skipSpace();
-    return takeByteIf(mark);
+    return takeByteIf(punctuator);
 }
 
-void JSONReader::take(char mark)
+void JSONReader::take(char punctuator)
 {
-    require(takeIf(mark));
+    require(takeIf(punctuator));
 }
 
 std::string_view JSONReader::takeString()
@@ -173,7 +173,7 @@ void JSONReader::skipSpace()
     while (takeByteIf(' ') || takeByteIf('\n') || takeByteIf('\r') || takeByteIf('\t')) { }
 }
 
-/// Skips a string, a number or one of the three words that stands at the front.
+/// Skips a string, a number or one of the three words at the front.
 void JSONReader::skipLiteral()
 {
     for (const std::string_view word : {"true", "false", "null"}) {

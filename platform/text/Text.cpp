@@ -42,7 +42,7 @@ icu::StringPiece piece(std::string_view text)
 template <typename Transform>
 std::string transformed(std::string_view text, Transform transform)
 {
-    // The mappings would pass on what is not UTF-8.
+    // ICU (72) copies what is not UTF-8 into its results.
     std::string repaired;
     if (!isValidUTF8(text)) {
         icu::UnicodeString::fromUTF8(piece(text)).toUTF8String(repaired);
@@ -224,7 +224,7 @@ LocalizedCaseInsensitiveOrder::LocalizedCaseInsensitiveOrder()
     UErrorCode status = U_ZERO_ERROR;
     collator_.reset(ucol_open(collationLocale().c_str(), &status));
     require(status);
-    // Letters and accents tell texts apart, case does not.
+    // Letters and accents make texts differ, case does not.
     ucol_setStrength(collator_.get(), UCOL_SECONDARY);
     // Texts that are the same but for the order of their combining marks sort as one.
     ucol_setAttribute(collator_.get(), UCOL_NORMALIZATION_MODE, UCOL_ON, &status);

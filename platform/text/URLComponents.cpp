@@ -15,7 +15,8 @@ struct FreeUriMembers {
     void operator()(UriUriA* uri) const { uriFreeUriMembersA(uri); }
 };
 
-/// The piece of `text` that the library found; where it is empty, the library may point elsewhere.
+/// The piece of `text` that the library found. Where it is empty, uriparser (0.9.7) points at a constant of
+/// its own, not into the text.
 std::optional<std::span<char>> piece(std::span<char> text, const UriTextRangeA& range)
 {
     if (range.first == nullptr || range.afterLast == nullptr) {

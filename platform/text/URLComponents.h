@@ -23,7 +23,7 @@ struct URLComponents {
     static std::optional<URLComponents> fromString(std::string_view text);
 
 private:
-    std::unique_ptr<char[]> text_; ///< each piece is decoded where it stands
+    std::unique_ptr<char[]> text_; ///< in which each piece is decoded in place
 };
 
 } // namespace MirrowvaleAuthenticator
