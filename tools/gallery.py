@@ -49,7 +49,7 @@ class Gallery(WindowTest):
         self.assertEqual(self.takeShown(today), docs.joinpath("gallery.txt").read_text(), advice)
         difference = subprocess.run(["compare", "-metric", "RMSE", today, docs / "gallery.png", "null:"],
                                     capture_output=True, text=True).stderr
-        # As fonts may be smoothed otherwise elsewhere; what stands a line lower is 0.16.
+        # As fonts may be smoothed otherwise elsewhere; a text a line lower is 0.16.
         self.assertLess(float(difference.partition("(")[2].rstrip(")")), 0.1, advice)
 
     def takeShown(self, picture):

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks what no compiler checks: layout of the code, line ends, and where literals may stand.
+# Checks what no compiler checks: layout of the code, line ends, and where literals may be.
 #   tools/style.sh [--formats]    --formats only says whether this machine's clang-format is the one that counts
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,5 +1,5 @@
 """Drives the real application in a real window: an X display, a session bus and a home of its own, pointer and
-keyboard through the display, and what stands on screen read as a screen reader reads it."""
+keyboard through the display, and what is on screen read as a screen reader reads it."""
 
 import ctypes
 import os
@@ -18,7 +18,7 @@ pictures = None  # where a failed wait leaves what was on screen
 screen = "600x1000x24"  # of the virtual display
 secret = "GEZDGNBVGY3TQOJQGEZDGNBVGY3TQOJQ"  # the key of RFC 4226, appendix D, in Base32
 ordinaryUser = False  # whether the tests, if root starts them, are to run as a user without privileges
-withPortal = False  # whether the session has the portal that tells how the desktop wants applications to look
+withPortal = False  # whether the session has the portal that reports how the desktop wants applications to look
 emulated = "MIRROWVALE_EMULATED" in os.environ  # whether an emulator runs all this, a good deal slower
 patience = 200.0 if emulated else 20.0  # seconds until a condition that does not come true counts as failed
 
@@ -36,7 +36,7 @@ def main():
         environment.update(LANG="C.UTF-8", TZ="UTC", XDG_RUNTIME_DIR=home, HOME=home, GSETTINGS_BACKEND="keyfile",
                            MIRROWVALE_TEST_HOME=home, PYTHONDONTWRITEBYTECODE="1")
         hideServices(pathlib.Path(home, "dbus-1/services"))
-        # The backend that tells the desktop's settings, which a newer portal has to be told of.
+        # The backend that knows the desktop's settings, which a newer portal has to be given by name.
         preferred = pathlib.Path(home, ".config/xdg-desktop-portal/portals.conf")
         preferred.parent.mkdir(parents=True)
         preferred.write_text("[preferred]\ndefault=gtk\n")
@@ -205,7 +205,7 @@ class Element:
 
     def __init__(self, accessible, states):
         self.accessible, self.role = accessible, accessible.get_role_name()
-        self.text = accessible.get_name() or self.role  # what tells no name is known by its role
+        self.text = accessible.get_name() or self.role  # what has no name goes by its role
         self.focused, self.enabled = states.contains(Atspi.StateType.FOCUSED), states.contains(Atspi.StateType.ENABLED)
         self.active = states.contains(Atspi.StateType.ACTIVE)  # a window that has focus
         box = accessible.get_extents(Atspi.CoordType.SCREEN)
@@ -213,7 +213,7 @@ class Element:
         self.x, self.y = self.left + self.width // 2, self.top + self.height // 2
 
     def length(self):
-        """How many characters stand in a field."""
+        """The number of characters in a field."""
         return Atspi.Text.get_character_count(self.accessible)
 
     def click(self):
@@ -305,7 +305,7 @@ class WindowTest(unittest.TestCase):
         return xdotool("search", "--onlyvisible", "--pid", process.pid).split()[0]
 
     def stop(self):
-        """Closes the window, which ends the application; what it has to keep it has kept already."""
+        """Closes the window, which ends the application; its list is stored already."""
         process, self.process = self.process, None
         if process and process.poll() is None and self.window:
             closeWindow(self.window)
@@ -361,14 +361,14 @@ class WindowTest(unittest.TestCase):
         return [element for element in self.elements() if element.role == "list item"]
 
     def row(self, issuer, *parts):
-        """Waits for the row of an issuer that tells all of the parts too; a code is told digit by digit."""
+        """Waits for the row of an issuer that has all of the parts too; a code is read digit by digit."""
         told = [" ".join(part.replace(" ", "")) if part.replace(" ", "").isdigit() else part for part in parts]
         return self.until(lambda: next((row for row in self.rows() if row.text.split(", ")[0] == issuer
                                         and set(told) <= set(row.text.split(", "))), None),
                           lambda: f"{issuer!r} with {told} is not among {[row.text for row in self.rows()]}")
 
     def inRow(self, issuer, text):
-        """Waits for something that stands in the row of an issuer."""
+        """Waits for something in the row of an issuer."""
         row = self.row(issuer)
         return self.find(text, lambda element: row.top <= element.y <= row.top + row.height)
 
@@ -390,7 +390,7 @@ class WindowTest(unittest.TestCase):
         self.still("Cancel")
 
     def fill(self, name, text):
-        """Replaces what stands in a field."""
+        """Replaces the text in a field."""
         self.find(name).click()
         key("ctrl+a", "BackSpace")
         setClipboard(text)

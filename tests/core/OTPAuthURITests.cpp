@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// What the parts of a URI come to, the fuzz target tells: it compares with a slow reference.
+// The fuzz target checks what the parts of a URI come to: it compares with a slow reference.
 
 namespace MirrowvaleAuthenticator {
 

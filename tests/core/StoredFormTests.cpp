@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
-// What is read and what is refused, the fuzz target tells: it compares with another reader of JSON.
+// The fuzz target checks what is read and what is refused: it compares with another reader of JSON.
 
 namespace MirrowvaleAuthenticator {
 

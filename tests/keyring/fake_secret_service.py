@@ -45,7 +45,7 @@ class Service:
         # "exit", or nothing ("wait")
         "prompts to create": True,  # whether making a collection asks first
         "default": True,  # whether there is a default collection at the start
-        "lists default": True,  # whether it stands among the collections
+        "lists default": True,  # whether it is among the collections
         "shows default": True,  # whether it is an object under its own path
         "has alias": True,  # whether its alias is an object, too
         "locks again": False,  # after each use of an item

@@ -5,7 +5,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-// Which texts are identifiers, the fuzz target of the stored form tells.
+// The fuzz target of the stored form checks which texts are identifiers.
 TEST(UUID, makesDistinctRandomIdentifiers)
 {
     std::unordered_set<UUID, UUIDHash> seen;

@@ -13,7 +13,7 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// The item in which the application's token store keeps its list.
+/// The item of the application's list.
 inline const ItemName tokenStoreItem{"app.mirrowvale.authenticator.tokens", "vault"};
 
 /// A credential store in memory, for tests: behaves like the platform's, records every call, and does what it
