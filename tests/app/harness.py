@@ -131,11 +131,16 @@ def drag(x, y, toX, toY, steps=12):
     xdotool(*words, "sleep", "0.1", "mouseup", 1)
 
 
-def closeWindow(window):
-    """Asks a window to close, as its title bar's button does."""
+def openDisplay():
+    """@returns the X library and a connection of its"""
     xlib = ctypes.CDLL("libX11.so.6")
     xlib.XOpenDisplay.restype = ctypes.c_void_p
-    display = ctypes.c_void_p(xlib.XOpenDisplay(None))
+    return xlib, ctypes.c_void_p(xlib.XOpenDisplay(None))
+
+
+def closeWindow(window):
+    """Asks a window to close, as its title bar's button does."""
+    xlib, display = openDisplay()
     protocols, delete = (xlib.XInternAtom(display, name, 0) for name in (b"WM_PROTOCOLS", b"WM_DELETE_WINDOW"))
     # An XClientMessageEvent, padded to the size of an XEvent.
     message = struct.pack("iLiPLLi5l", 33, 0, 0, 0, int(window), protocols, 32, delete, 0, 0, 0, 0).ljust(192, b"\0")
@@ -147,10 +152,8 @@ class ClipboardManager:
     """The display's, which a program that ends asks to take over what it holds in the clipboard."""
 
     def __init__(self):
-        self.xlib = ctypes.CDLL("libX11.so.6")
-        self.xlib.XOpenDisplay.restype = ctypes.c_void_p
+        self.xlib, self.display = openDisplay()
         self.xlib.XDefaultRootWindow.restype = ctypes.c_ulong
-        self.display = ctypes.c_void_p(self.xlib.XOpenDisplay(None))
         root = ctypes.c_ulong(self.xlib.XDefaultRootWindow(self.display))
         window = self.xlib.XCreateSimpleWindow(self.display, root, 0, 0, 1, 1, 0, 0, 0)
         name = self.xlib.XInternAtom(self.display, b"CLIPBOARD_MANAGER", 0)

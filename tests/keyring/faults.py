@@ -282,17 +282,6 @@ class FaultTest(harness.KeyringTest):
         self.assertEqual((two("append 1 C"), one("append 1 A")), ("2 unsorted ", "3 unsorted "))
         self.assertEqual((self.probe()("list"), len(fake.look().items)), ("3 sorted ", 1))
 
-    def testADamagedOrLostRecordIsNone(self):
-        fake = Fake(self)
-        self.probe()("append 2 A")
-        for damage in (None, "", "keyrin", "sealed files"):
-            self.record.write_text(damage) if damage is not None else self.record.unlink()
-            self.assertEqual((self.probe()("list"), self.traces(), fake.look().prompts), ("2 sorted ", inKeyring, 0))
-        fake.end()
-        self.record.write_text("keyrin")
-        probe = self.probe()
-        self.assertEqual((probe("list"), probe("append 1 A")), ("0 sorted ", "1 sorted "))
-
     def testALockedKeyringAsksOnce(self):
         fake = self.settle()
         probe = self.probe()

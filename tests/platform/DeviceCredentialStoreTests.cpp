@@ -46,6 +46,9 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
         {"",            away,   false, true,  "sealed",  's', false, ""},
         {"",            away,   false, false, "",        's', false, ""},
         {sealedRecord,  errSecIO, false, true, "sealed", 's', false, sealedRecord},
+        {"keyrin",      ok,     true,  false, "keyring", 'k', true,  keyringRecord},
+        {"sealed files", ok,    true,  false, "keyring", 'k', true,  keyringRecord},
+        {"keyrin",      away,   false, false, "",        's', false, "keyrin"},
     };
     // clang-format on
     for (const auto& row : table) {
@@ -69,6 +72,14 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
         const auto status = device.read(tokenStoreItem, Search::usual, result);
         EXPECT_EQ(status, row.loaded == nullptr ? row.keyring : *row.loaded ? ok : errSecItemNotFound);
         EXPECT_EQ(result.value_or(""), row.loaded == nullptr ? "" : row.loaded);
+        if (row.keyring != ok) { // one that held the item is searched thoroughly, nobody is asked in vain
+            const bool isQuiet = row.record == std::string_view(sealedRecord) && row.isSealed;
+            const bool isThorough = row.record == std::string_view(keyringRecord);
+            EXPECT_EQ(keyring.lastSearch,
+                      isQuiet          ? Search::quiet
+                          : isThorough ? Search::thorough
+                                       : Search::usual);
+        }
         if (device.update(tokenStoreItem, "new") == errSecItemNotFound) {
             device.add(tokenStoreItem, "new");
         }
@@ -77,25 +88,6 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
         EXPECT_EQ(device.reserve(), row.hasReserve ? &sealed : nullptr);
         EXPECT_EQ(contents(record), row.recordAfter);
         EXPECT_EQ(device.remove(tokenStoreItem), errSecParam);
-    }
-}
-
-TEST(DeviceStore, searchesAKeyringThatHeldTheItemThoroughlyAndAsksNobodyInVain)
-{
-    for (const auto& [text, search] :
-         {std::pair("", Search::usual), std::pair(keyringRecord, Search::thorough),
-          std::pair(sealedRecord, Search::quiet)}) {
-        const TemporaryHome home;
-        std::filesystem::create_directories(home.state());
-        overwrite(home.state() / (tokenStoreItem.service + ".location"), text);
-        ScriptedCredentialStore keyring;
-        ScriptedCredentialStore sealed;
-        sealed.items[tokenStoreItem] = "sealed";
-        DeviceCredentialStore device(keyring, sealed, home.state());
-        SecResult result;
-        keyring.answerAlways(locked);
-        device.read(tokenStoreItem, Search::usual, result);
-        EXPECT_EQ(keyring.lastSearch, search) << text;
     }
 }
 

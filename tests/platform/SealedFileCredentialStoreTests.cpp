@@ -1,11 +1,8 @@
 #include "platform/credentials/SealedFileCredentialStore.h"
 
-#include "platform/system/ApplicationFolders.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
-#include <pwd.h>
-#include <unistd.h>
 
 namespace MirrowvaleAuthenticator {
 
@@ -44,24 +41,6 @@ TEST(SealedFileStore, writesOverNothingThatItHasNotRead)
     EXPECT_EQ(ours.read(name, Search::usual, result), errSecSuccess);
     EXPECT_EQ(result, "[2]");
     EXPECT_EQ(ours.update(name, "[3]"), errSecSuccess);
-}
-
-TEST(PrivateFolder, liesWhereTheEnvironmentSays)
-{
-    const TemporaryHome home;
-    EXPECT_EQ(dataFolderPath(), home.data());
-    EXPECT_EQ(stateFolderPath(), home.state());
-    for (const auto* ignored : {"", "relative/path"}) {
-        setenv("XDG_DATA_HOME", ignored, 1);
-        setenv("XDG_STATE_HOME", ignored, 1);
-        EXPECT_EQ(dataFolderPath(), home.root / "home/.local/share/mirrowvale-authenticator");
-        EXPECT_EQ(stateFolderPath(), home.root / "home/.local/state/mirrowvale-authenticator");
-    }
-    const std::filesystem::path accountsHome = getpwuid(geteuid())->pw_dir;
-    setenv("HOME", "relative/path", 1);
-    EXPECT_EQ(dataFolderPath(), accountsHome / ".local/share/mirrowvale-authenticator");
-    unsetenv("HOME");
-    EXPECT_EQ(stateFolderPath(), accountsHome / ".local/state/mirrowvale-authenticator");
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -1,13 +1,18 @@
+#include "platform/system/ApplicationFolders.h"
 #include "platform/system/InstanceLock.h"
+#include "platform/system/ProcessProtection.h"
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 
 namespace MirrowvaleAuthenticator {
-
-namespace {
 
 namespace fs = std::filesystem;
 
@@ -41,6 +46,38 @@ TEST(InstanceLock, isOneWhateverLiesInItsPlace)
     }
 }
 
-} // namespace
+TEST(ProcessProtection, leavesNothingToReadAndOutlivesAFileSizeLimit)
+{
+    EXPECT_TRUE(passed(startApart([] {
+        protectProcess();
+        rlimit core{1, 1};
+        EXPECT_EQ(getrlimit(RLIMIT_CORE, &core), 0);
+        EXPECT_EQ(core.rlim_cur + core.rlim_max, 0U);
+        EXPECT_EQ(prctl(PR_GET_DUMPABLE, 0, 0, 0, 0), 0);
+        const rlimit none{0, 0};
+        const int file = open("/tmp", O_TMPFILE | O_WRONLY, 0600);
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
+        EXPECT_EQ(write(file, "x", 1), -1);
+        EXPECT_EQ(errno, EFBIG);
+    })));
+}
+
+TEST(ApplicationFolders, lieWhereTheEnvironmentSays)
+{
+    const TemporaryHome home;
+    EXPECT_EQ(dataFolderPath(), home.data());
+    EXPECT_EQ(stateFolderPath(), home.state());
+    for (const auto* ignored : {"", "relative/path"}) {
+        setenv("XDG_DATA_HOME", ignored, 1);
+        setenv("XDG_STATE_HOME", ignored, 1);
+        EXPECT_EQ(dataFolderPath(), home.root / "home/.local/share/mirrowvale-authenticator");
+        EXPECT_EQ(stateFolderPath(), home.root / "home/.local/state/mirrowvale-authenticator");
+    }
+    const std::filesystem::path accountsHome = getpwuid(geteuid())->pw_dir;
+    setenv("HOME", "relative/path", 1);
+    EXPECT_EQ(dataFolderPath(), accountsHome / ".local/share/mirrowvale-authenticator");
+    unsetenv("HOME");
+    EXPECT_EQ(stateFolderPath(), accountsHome / ".local/state/mirrowvale-authenticator");
+}
 
 } // namespace MirrowvaleAuthenticator
