@@ -85,7 +85,7 @@ def fillHomes():
     sizes = {}
     for count in counts:
         home = work / f"home-{count}"
-        printed = subprocess.run([build / "bench_fill", home, str(count)], check=True, capture_output=True,
+        printed = subprocess.run([build / "bench/bench_fill", home, str(count)], check=True, capture_output=True,
                                  text=True).stdout
         sizes[count] = int(printed)
     return sizes
@@ -112,7 +112,7 @@ def measureStarts(sizes, parseAndSort):
     home = work / "home-keyring"
     with Display() as display, Bus(work / "bus") as bus, Bus(home, keyring=True) as keyringBus:
         onBus, onKeyringBus = ({"DBUS_SESSION_BUS_ADDRESS": each.address} for each in (bus, keyringBus))
-        subprocess.run([build / "bench_fill", home, "10", "keyring"], env=onKeyringBus, check=True,
+        subprocess.run([build / "bench/bench_fill", home, "10", "keyring"], env=onKeyringBus, check=True,
                        stdout=subprocess.DEVNULL)
         start = {"bare": lambda: bare(display, **onBus),
                  "GTK": lambda: Program(build, [gtkWindow], display, work / "home-gtk", LD_PRELOAD="",
