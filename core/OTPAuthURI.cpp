@@ -83,7 +83,11 @@ struct LabelParts {
 std::optional<LabelParts> splitLabel(std::string_view label)
 {
     std::size_t pieceStart = 0;
-    for (const auto colon : positions(label, ':')) {
+    for (const auto character : characters(label)) {
+        if (character != ":") {
+            continue;
+        }
+        const auto colon = static_cast<std::size_t>(character.data() - label.data());
         const LabelParts parts{label.substr(pieceStart, colon - pieceStart), label.substr(colon + 1)};
         if (!parts.first.empty()) {
             return parts.second.empty() ? std::nullopt : std::optional(parts);

@@ -169,19 +169,6 @@ std::vector<std::string_view> characters(std::string_view text)
     return clusters;
 }
 
-std::vector<std::size_t> positions(std::string_view text, char character)
-{
-    std::vector<std::size_t> found;
-    std::size_t position = 0;
-    for (const auto cluster : characters(text)) {
-        if (cluster == std::string_view(&character, 1)) {
-            found.push_back(position);
-        }
-        position += cluster.size();
-    }
-    return found;
-}
-
 bool canonicallyEqual(std::string_view left, std::string_view right)
 {
     return left == right || canonicalComposition(left) == canonicalComposition(right);

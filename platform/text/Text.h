@@ -25,10 +25,8 @@ std::string_view trimmed(std::string_view text);
 std::string removingSpaces(std::string_view text);
 
 /// The user-perceived characters of `text` in order: extended grapheme clusters (UAX #29), CR LF being one.
+/// Each is a view of its place in `text`.
 std::vector<std::string_view> characters(std::string_view text);
-
-/// Where `character`, ASCII but no CR or LF, is a whole character of `text`, in order.
-std::vector<std::size_t> positions(std::string_view text, char character);
 
 /// The canonical composition (normalization form C, UAX #15).
 std::string canonicalComposition(std::string_view text);
