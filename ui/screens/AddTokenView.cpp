@@ -18,34 +18,6 @@ AddTokenView::AddTokenView(TokenStore& store, std::function<void()> dismiss, QOb
 {
 }
 
-void AddTokenView::setImportURI(const QString& text)
-{
-    if (std::exchange(importURI_, text) != text) {
-        emit importURIChanged();
-    }
-}
-
-void AddTokenView::setIssuer(const QString& text)
-{
-    if (std::exchange(issuer_, text) != text) {
-        emit issuerChanged();
-    }
-}
-
-void AddTokenView::setAccount(const QString& text)
-{
-    if (std::exchange(account_, text) != text) {
-        emit accountChanged();
-    }
-}
-
-void AddTokenView::setSecret(const QString& text)
-{
-    if (std::exchange(secret_, text) != text) {
-        emit secretChanged();
-    }
-}
-
 QString AddTokenView::algorithm() const
 {
     return qtFromUTF8(rawValue(algorithm_));
@@ -53,9 +25,8 @@ QString AddTokenView::algorithm() const
 
 void AddTokenView::setAlgorithm(const QString& rawValue)
 {
-    const auto chosen = algorithmFromRawValue(utf8FromQt(rawValue));
-    if (chosen && std::exchange(algorithm_, *chosen) != *chosen) {
-        emit algorithmChanged();
+    if (const auto chosen = algorithmFromRawValue(utf8FromQt(rawValue))) {
+        set(algorithm_, *chosen);
     }
 }
 
@@ -66,22 +37,6 @@ QStringList AddTokenView::algorithms() const
         names += qtFromUTF8(rawValue(algorithm));
     }
     return names;
-}
-
-void AddTokenView::setDigits(int value)
-{
-    const int digits = digitsRange().clamped(value);
-    if (std::exchange(digits_, digits) != digits) {
-        emit digitsChanged();
-    }
-}
-
-void AddTokenView::setPeriod(int value)
-{
-    const int period = periodRange().clamped(value);
-    if (std::exchange(period_, period) != period) {
-        emit periodChanged();
-    }
 }
 
 void AddTokenView::setError(const QString& message)

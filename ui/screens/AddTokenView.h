@@ -9,6 +9,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
+#include <utility>
 
 namespace MirrowvaleAuthenticator {
 
@@ -33,19 +34,19 @@ class AddTokenView : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("presented by the list screen")
-    Q_PROPERTY(QString importURI READ importURI WRITE setImportURI NOTIFY importURIChanged FINAL)
-    Q_PROPERTY(QString issuer READ issuer WRITE setIssuer NOTIFY issuerChanged FINAL)
-    Q_PROPERTY(QString account READ account WRITE setAccount NOTIFY accountChanged FINAL)
-    Q_PROPERTY(QString secret READ secret WRITE setSecret NOTIFY secretChanged FINAL)
-    Q_PROPERTY(QString algorithm READ algorithm WRITE setAlgorithm NOTIFY algorithmChanged FINAL)
+    Q_PROPERTY(QString importURI READ importURI WRITE setImportURI NOTIFY changed FINAL)
+    Q_PROPERTY(QString issuer READ issuer WRITE setIssuer NOTIFY changed FINAL)
+    Q_PROPERTY(QString account READ account WRITE setAccount NOTIFY changed FINAL)
+    Q_PROPERTY(QString secret READ secret WRITE setSecret NOTIFY changed FINAL)
+    Q_PROPERTY(QString algorithm READ algorithm WRITE setAlgorithm NOTIFY changed FINAL)
     Q_PROPERTY(QStringList algorithms READ algorithms CONSTANT FINAL)
-    Q_PROPERTY(int digits READ digits WRITE setDigits NOTIFY digitsChanged FINAL)
+    Q_PROPERTY(int digits READ digits WRITE setDigits NOTIFY changed FINAL)
     Q_PROPERTY(MirrowvaleAuthenticator::StepperRange digitsRange READ digitsRange CONSTANT FINAL)
-    Q_PROPERTY(int period READ period WRITE setPeriod NOTIFY periodChanged FINAL)
+    Q_PROPERTY(int period READ period WRITE setPeriod NOTIFY changed FINAL)
     Q_PROPERTY(MirrowvaleAuthenticator::StepperRange periodRange READ periodRange CONSTANT FINAL)
     Q_PROPERTY(QString error READ error NOTIFY errorChanged FINAL)
-    Q_PROPERTY(bool canImport READ canImport NOTIFY importURIChanged FINAL)
-    Q_PROPERTY(bool canSave READ canSave NOTIFY secretChanged FINAL)
+    Q_PROPERTY(bool canImport READ canImport NOTIFY changed FINAL)
+    Q_PROPERTY(bool canSave READ canSave NOTIFY changed FINAL)
 
 public:
     /// @param store    receives new tokens; must outlive the form
@@ -53,13 +54,13 @@ public:
     AddTokenView(TokenStore& store, std::function<void()> dismiss, QObject* parent = nullptr);
 
     QString importURI() const { return importURI_; }
-    void setImportURI(const QString& text);
+    void setImportURI(const QString& text) { set(importURI_, text); }
     QString issuer() const { return issuer_; }
-    void setIssuer(const QString& text);
+    void setIssuer(const QString& text) { set(issuer_, text); }
     QString account() const { return account_; }
-    void setAccount(const QString& text);
+    void setAccount(const QString& text) { set(account_, text); }
     QString secret() const { return secret_; }
-    void setSecret(const QString& text);
+    void setSecret(const QString& text) { set(secret_, text); }
 
     /// The chosen algorithm by its raw value; an unknown one leaves the choice as it is.
     QString algorithm() const;
@@ -67,10 +68,10 @@ public:
     QStringList algorithms() const;
 
     int digits() const { return digits_; }
-    void setDigits(int value);
+    void setDigits(int value) { set(digits_, digitsRange().clamped(value)); }
     StepperRange digitsRange() const { return {6, 8, 1}; }
     int period() const { return period_; }
-    void setPeriod(int value);
+    void setPeriod(int value) { set(period_, periodRange().clamped(value)); }
     StepperRange periodRange() const { return {15, 90, 5}; }
 
     QString error() const { return error_; } ///< why the last attempt failed; empty before the first
@@ -83,16 +84,18 @@ public:
     Q_INVOKABLE void cancel();
 
 signals:
-    void importURIChanged();
-    void issuerChanged();
-    void accountChanged();
-    void secretChanged();
-    void algorithmChanged();
-    void digitsChanged();
-    void periodChanged();
+    void changed();
     void errorChanged();
 
 private:
+    template <typename Value>
+    void set(Value& entry, const Value& value)
+    {
+        if (std::exchange(entry, value) != value) {
+            emit changed();
+        }
+    }
+
     AuthToken manualToken() const;
     void add(const std::function<AuthToken()>& makeToken);
     void setError(const QString& message);
