@@ -17,41 +17,26 @@ using namespace std::chrono_literals;
 
 constexpr auto timeout = 5s; ///< of another process, to come to the front or to end
 
-QString name()
-{
-    return QStringLiteral("app.mirrowvale.authenticator");
-}
-
-QString objectPath()
-{
-    return QStringLiteral("/app/mirrowvale/authenticator");
-}
-
+constexpr QLatin1String name("app.mirrowvale.authenticator");
+constexpr QLatin1String objectPath("/app/mirrowvale/authenticator");
 /// The first is what a desktop that knows both of them means.
-QString activationTokenKey()
-{
-    return QStringLiteral("activation-token");
-}
-
-QString startupIdKey()
-{
-    return QStringLiteral("desktop-startup-id");
-}
+constexpr QLatin1String activationTokenKey("activation-token");
+constexpr QLatin1String startupIdKey("desktop-startup-id");
 
 bool isTaken(const QDBusConnection& bus)
 {
-    const auto reply = bus.interface()->registerService(name());
+    const auto reply = bus.interface()->registerService(name);
     return reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceNotRegistered;
 }
 
 QDBusMessage requestToComeToFront(const QString& activationToken)
 {
     auto request = QDBusMessage::createMethodCall(
-        name(), objectPath(), QStringLiteral("org.freedesktop.Application"), QStringLiteral("Activate"));
+        name, objectPath, QStringLiteral("org.freedesktop.Application"), QStringLiteral("Activate"));
     request.setAutoStartService(false); // one that has ended makes room for this one
     QVariantMap platformData;
     if (!activationToken.isEmpty()) {
-        platformData = {{activationTokenKey(), activationToken}, {startupIdKey(), activationToken}};
+        platformData = {{activationTokenKey, activationToken}, {startupIdKey, activationToken}};
     }
     request << platformData;
     return request;
@@ -66,7 +51,7 @@ bool ApplicationName::take(const QString& activationToken)
         return true;
     }
     // The object first: a request may come as soon as the name is there.
-    bus.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
+    bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots);
     const QDeadlineTimer limit(timeout);
     while (isTaken(bus)) {
         const auto request = requestToComeToFront(activationToken);
@@ -81,7 +66,7 @@ bool ApplicationName::take(const QString& activationToken)
 
 void ApplicationName::Activate(const QVariantMap& platformData)
 {
-    emit activated(platformData.value(activationTokenKey(), platformData.value(startupIdKey())).toString());
+    emit activated(platformData.value(activationTokenKey, platformData.value(startupIdKey)).toString());
 }
 
 void ApplicationName::Open(const QStringList& /*uris*/, const QVariantMap& platformData)

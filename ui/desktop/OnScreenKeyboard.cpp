@@ -12,10 +12,7 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
-QString keyboardService()
-{
-    return QStringLiteral("sm.puri.OSK0");
-}
+constexpr QLatin1String keyboardService("sm.puri.OSK0");
 
 /// Whether a pointer or a finger came down on the field that has focus.
 bool pressesFocus(const QQuickWindow& window, const QEvent& event)
@@ -71,7 +68,7 @@ void OnScreenKeyboard::show()
     QDBusMessage question = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    question << keyboardService();
+    question << keyboardService;
     const auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
         finished->deleteLater();
@@ -92,8 +89,8 @@ void OnScreenKeyboard::hide()
 
 void OnScreenKeyboard::setVisible(bool visible)
 {
-    QDBusMessage request = QDBusMessage::createMethodCall(keyboardService(), QStringLiteral("/sm/puri/OSK0"),
-                                                          keyboardService(), QStringLiteral("SetVisible"));
+    QDBusMessage request = QDBusMessage::createMethodCall(keyboardService, QStringLiteral("/sm/puri/OSK0"),
+                                                          keyboardService, QStringLiteral("SetVisible"));
     request << visible;
     request.setAutoStartService(false);
     QDBusConnection::sessionBus().send(request);

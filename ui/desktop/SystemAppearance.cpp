@@ -18,35 +18,12 @@ namespace {
 /// How long the first frame waits for the desktop, counted from the question on.
 constexpr std::chrono::milliseconds longestWait{200};
 
-QString portalService()
-{
-    return QStringLiteral("org.freedesktop.portal.Desktop");
-}
-
-QString portalPath()
-{
-    return QStringLiteral("/org/freedesktop/portal/desktop");
-}
-
-QString portalInterface()
-{
-    return QStringLiteral("org.freedesktop.portal.Settings");
-}
-
-QString appearanceGroup()
-{
-    return QStringLiteral("org.freedesktop.appearance");
-}
-
-QString gnomeInterfaceGroup()
-{
-    return QStringLiteral("org.gnome.desktop.interface");
-}
-
-QString gnomeAccessibilityGroup()
-{
-    return QStringLiteral("org.gnome.desktop.a11y.interface");
-}
+constexpr QLatin1String portalService("org.freedesktop.portal.Desktop");
+constexpr QLatin1String portalPath("/org/freedesktop/portal/desktop");
+constexpr QLatin1String portalInterface("org.freedesktop.portal.Settings");
+constexpr QLatin1String appearanceGroup("org.freedesktop.appearance");
+constexpr QLatin1String gnomeInterfaceGroup("org.gnome.desktop.interface");
+constexpr QLatin1String gnomeAccessibilityGroup("org.gnome.desktop.a11y.interface");
 
 /// An X server's resolution holds the text scale already, and Qt scales everything by it.
 bool isScaledByDisplay()
@@ -94,9 +71,9 @@ void SystemAppearance::receive(PortalQuestion& question)
 
 void SystemAppearance::followPortal()
 {
-    // The slot takes the whole message, as one that takes a QDBusVariant was seen to be refused while that
-    // type was not known to the toolkit yet.
-    QDBusConnection::sessionBus().connect(portalService(), portalPath(), portalInterface(),
+    // The slot has the whole message: one with a QDBusVariant was seen to be refused while the toolkit did
+    // not know that type yet.
+    QDBusConnection::sessionBus().connect(portalService, portalPath, portalInterface,
                                           QStringLiteral("SettingChanged"), this,
                                           SLOT(settingChanged(QDBusMessage)));
 }
@@ -111,18 +88,18 @@ void SystemAppearance::settingChanged(const QDBusMessage& signal)
 
 void SystemAppearance::apply(const QString& group, const QString& key, const QVariant& value)
 {
-    if (group == appearanceGroup() && key == QLatin1String("color-scheme")) {
+    if (group == appearanceGroup && key == QLatin1String("color-scheme")) {
         const uint scheme = value.toUInt(); // 0 is no preference
         darkWanted_ = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
-    } else if (group == appearanceGroup() && key == QLatin1String("contrast")) {
+    } else if (group == appearanceGroup && key == QLatin1String("contrast")) {
         contrastRaised_ = value.toUInt() == 1;
-    } else if (group == gnomeAccessibilityGroup() && key == QLatin1String("high-contrast")) {
+    } else if (group == gnomeAccessibilityGroup && key == QLatin1String("high-contrast")) {
         highContrast_ = value.toBool();
-    } else if (group == appearanceGroup() && key == QLatin1String("reduced-motion")) {
+    } else if (group == appearanceGroup && key == QLatin1String("reduced-motion")) {
         motionReduced_ = value.toUInt() == 1;
-    } else if (group == gnomeInterfaceGroup() && key == QLatin1String("enable-animations")) {
+    } else if (group == gnomeInterfaceGroup && key == QLatin1String("enable-animations")) {
         animationsOff_ = !value.toBool();
-    } else if (group == gnomeInterfaceGroup() && key == QLatin1String("text-scaling-factor")) {
+    } else if (group == gnomeInterfaceGroup && key == QLatin1String("text-scaling-factor")) {
         const qreal factor = value.toDouble();
         textScale_ = factor > 0 && !isScaledByDisplay() ? qBound(0.8, factor, 2.0) : 1;
     } else {
