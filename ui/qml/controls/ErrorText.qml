@@ -1,8 +1,8 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// A failure's message as it stands.
-Text {
+/// A failure's message, drawn and announced.
+WholeText {
     id: root
 
     /// Has a screen reader read the message out, also where it is the same again.
@@ -16,9 +16,6 @@ Text {
     bottomPadding: 12
     font: Theme.body
     color: Theme.red
-    textFormat: Text.PlainText
-    wrapMode: Text.Wrap
-    horizontalAlignment: Text.AlignLeft
 
     Announcement {
         id: announcement

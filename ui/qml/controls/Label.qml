@@ -1,7 +1,8 @@
 import QtQuick
+import MirrowvaleAuthenticator
 
 /// A text that a screen reader reads.
-Text {
+WholeText {
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 }

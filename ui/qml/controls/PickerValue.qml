@@ -11,12 +11,12 @@ Item {
 
     readonly property real besideLabel: value.implicitWidth + 4 + chevrons.width + Theme.spacing
 
-    /// Whether the choice stands below the label, having no space beside it.
+    /// Whether the choice is below the label, having no space beside it.
     readonly property bool stacked: label.implicitWidth + besideLabel > width
 
     implicitHeight: label.height + (stacked ? 4 + value.height : 0)
 
-    Text {
+    WholeText {
         id: label
 
         anchors {
@@ -27,9 +27,6 @@ Item {
         width: root.stacked ? root.width : root.width - root.besideLabel
         text: root.label
         font: Theme.body
-        color: Theme.primary
-        wrapMode: Text.Wrap
-        horizontalAlignment: Text.AlignLeft
     }
 
     Text {

@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// What stands in a field that is empty.
+/// The name of a field that is empty.
 Text {
     color: Theme.placeholder
     fontSizeMode: Text.HorizontalFit

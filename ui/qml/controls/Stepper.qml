@@ -13,7 +13,7 @@ FocusScope {
 
     signal stepped(int value)
 
-    /// Whether the buttons stand below the label, having no space beside it.
+    /// Whether the buttons are below the label, having no space beside it.
     readonly property bool stacked: labelText.implicitWidth + Theme.spacing + buttons.width + 2 * Theme.padding > width
 
     /// A button that comes to its limit passes focus to the other one.
@@ -43,9 +43,6 @@ FocusScope {
         width: root.width - 2 * Theme.padding - (root.stacked ? 0 : buttons.width + Theme.spacing)
         text: root.label
         font: Theme.body
-        color: Theme.primary
-        wrapMode: Text.Wrap
-        horizontalAlignment: Text.AlignLeft
     }
 
     Rectangle {

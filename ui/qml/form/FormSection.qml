@@ -8,7 +8,7 @@ Column {
     property string header
     default property alias rows: column.data
 
-    /// The row that an item stands in, if any.
+    /// The row around an item, if any.
     function rowAround(item: Item): Item {
         while (item && item.parent !== column) {
             item = item.parent
@@ -18,15 +18,13 @@ Column {
 
     spacing: Theme.spacing
 
-    Text {
+    WholeText {
         x: Theme.padding
         width: parent.width - 2 * Theme.padding
         visible: root.header.length > 0
         text: root.header
         font: Theme.footnote
         color: Theme.secondary
-        wrapMode: Text.Wrap
-        horizontalAlignment: Text.AlignLeft
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }

@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// What stands in place of a list without tokens.
+/// What is drawn instead of a list without tokens.
 Flickable {
     id: root
 
@@ -27,9 +27,7 @@ Flickable {
             width: parent.width
             text: qsTr("No tokens yet")
             font: Theme.title3
-            color: Theme.primary
             horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
         }
 
         Label {
@@ -39,7 +37,6 @@ Flickable {
             font: Theme.body
             color: Theme.secondary
             horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
         }
     }
 }
