@@ -5,7 +5,8 @@
 namespace MirrowvaleAuthenticator {
 
 /// The accessible interface of a field, which can be written into. A masked one gives its bullets. Positions
-/// and lengths are in UTF-16 code units.
+/// and lengths are in UTF-16 code units. The toolkit has no public types for fields, so that theirs are
+/// reached by name.
 class FieldAccessible : public ItemAccessible,
                         public QAccessibleTextInterface,
                         public QAccessibleEditableTextInterface {

@@ -6,8 +6,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// What every item tells assistive technology: where it is, what lies in it, and how it can be reached. The
-/// toolkit's own interface knows no disabled state and no actions besides the press.
+/// What every item reports to assistive technology: its place, its children, and how it gets focus. The
+/// toolkit's own interface (seen in Qt 6.4.2) has no disabled state and no actions besides the press.
 class ItemAccessible : public QAccessibleObject, public QAccessibleActionInterface {
 public:
     explicit ItemAccessible(QQuickItem* item);

@@ -3,47 +3,34 @@
 #include "ui/items/KeyboardFocusItem.h"
 
 #include <QBasicTimer>
-#include <QPointer>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 namespace MirrowvaleAuthenticator {
 
-/// What every button is: pressed by touch, pointer or keyboard, drawn by a content over a background.
+/// What every button is: pressed by touch, pointer or keyboard.
 ///
 /// The toolkit's own button brings the types of all its controls into memory, which the first frame would
 /// wait for.
 class ButtonItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualified for the QML type system
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString text MEMBER text_ NOTIFY textChanged FINAL)
-    /// What the button acts on, where its title alone does not tell.
-    Q_PROPERTY(QString subject MEMBER subject_ NOTIFY subjectChanged FINAL)
+    Q_PROPERTY(QString text MEMBER text_ NOTIFY changed FINAL)
+    /// What the button acts on, where its title alone does not say so.
+    Q_PROPERTY(QString subject MEMBER subject_ NOTIFY changed FINAL)
     /// The key that does the same anywhere in the window, as the platform writes it; empty where there is
     /// none.
-    Q_PROPERTY(QString key MEMBER key_ NOTIFY keyChanged FINAL)
-    Q_PROPERTY(bool opensMenu MEMBER opensMenu_ NOTIFY opensMenuChanged FINAL)
-    /// Whether assistive technology may give it focus.
-    Q_PROPERTY(bool focusable MEMBER focusable_ NOTIFY focusableChanged FINAL)
+    Q_PROPERTY(QString key MEMBER key_ NOTIFY changed FINAL)
+    Q_PROPERTY(bool opensMenu MEMBER opensMenu_ NOTIFY changed FINAL)
     /// Whether it is an entry of a menu.
-    Q_PROPERTY(bool inMenu MEMBER inMenu_ NOTIFY inMenuChanged FINAL)
+    Q_PROPERTY(bool inMenu MEMBER inMenu_ NOTIFY changed FINAL)
     /// Whether it is an option, which can be the chosen one.
-    Q_PROPERTY(bool checkable MEMBER checkable_ NOTIFY checkableChanged FINAL)
-    Q_PROPERTY(bool checked MEMBER checked_ NOTIFY checkedChanged FINAL)
+    Q_PROPERTY(bool checkable MEMBER checkable_ NOTIFY changed FINAL)
+    Q_PROPERTY(bool checked MEMBER checked_ NOTIFY changed FINAL)
+    Q_PROPERTY(bool autoRepeat MEMBER autoRepeat_ NOTIFY changed FINAL)
     Q_PROPERTY(bool down READ isDown NOTIFY downChanged FINAL)
     /// Whether a pointer is on it.
     Q_PROPERTY(bool hovered READ isHovered NOTIFY hoveredChanged FINAL)
-    Q_PROPERTY(bool autoRepeat MEMBER autoRepeat_ NOTIFY autoRepeatChanged FINAL)
-    Q_PROPERTY(
-        QQuickItem* contentItem MEMBER contentItem_ WRITE setContentItem NOTIFY contentItemChanged FINAL)
-    Q_PROPERTY(QQuickItem* background MEMBER background_ WRITE setBackground NOTIFY backgroundChanged FINAL)
-    Q_PROPERTY(qreal implicitContentWidth READ implicitContentWidth NOTIFY implicitContentWidthChanged FINAL)
-    Q_PROPERTY(
-        qreal implicitContentHeight READ implicitContentHeight NOTIFY implicitContentHeightChanged FINAL)
-    Q_PROPERTY(qreal leftPadding MEMBER leftPadding_ NOTIFY leftPaddingChanged FINAL)
-    Q_PROPERTY(qreal rightPadding MEMBER rightPadding_ NOTIFY rightPaddingChanged FINAL)
-    Q_PROPERTY(qreal topInset MEMBER topInset_ NOTIFY topInsetChanged FINAL)
-    Q_PROPERTY(qreal bottomInset MEMBER bottomInset_ NOTIFY bottomInsetChanged FINAL)
 
 public:
     explicit ButtonItem(QQuickItem* parent = nullptr);
@@ -52,46 +39,22 @@ public:
     QString subject() const { return subject_; }
     QString key() const { return key_; }
     bool doesOpenMenu() const { return opensMenu_; }
-    bool isFocusable() const { return focusable_; }
     bool isInMenu() const { return inMenu_; }
     bool isCheckable() const { return checkable_; }
     bool isChecked() const { return checked_; }
     bool isDown() const { return down_; } ///< a press that would count if it ended now
     bool isHovered() const { return hovered_; }
 
-    void setContentItem(QQuickItem* item);
-    void setBackground(QQuickItem* item);
-    qreal implicitContentWidth() const;
-    qreal implicitContentHeight() const;
-
 signals:
-    void textChanged();
-    void subjectChanged();
-    void keyChanged();
-    void opensMenuChanged();
-    void focusableChanged();
-    void inMenuChanged();
-    void checkableChanged();
-    void checkedChanged();
+    void changed();
     void downChanged();
     void hoveredChanged();
-    void autoRepeatChanged();
-    void contentItemChanged();
-    void backgroundChanged();
-    void implicitContentWidthChanged();
-    void implicitContentHeightChanged();
-    void leftPaddingChanged();
-    void rightPaddingChanged();
-    void topInsetChanged();
-    void bottomInsetChanged();
 
     /// A press has ended on the button. Where `autoRepeat` is set, a press that is held clicks again and
     /// again instead, and its end no more.
     void clicked();
 
 protected:
-    void componentComplete() override;
-    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
     void itemChange(ItemChange change, const ItemChangeData& data) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -111,13 +74,11 @@ private:
     void endPress(bool counts);
     void setDown(bool presses);
     void setHovered(bool hovered);
-    void arrange();
 
     QString text_;
     QString subject_;
     QString key_;
     bool opensMenu_ = false;
-    bool focusable_ = true;
     bool inMenu_ = false;
     bool checkable_ = false;
     bool checked_ = false;
@@ -125,13 +86,7 @@ private:
     bool hovered_ = false;
     bool autoRepeat_ = false;
     bool returnIsHeld_ = false; ///< pressed here, not where focus was before
-    bool repeated_ = false; // the press under way has clicked while it was held
-    QPointer<QQuickItem> contentItem_;
-    QPointer<QQuickItem> background_;
-    qreal leftPadding_ = 0;
-    qreal rightPadding_ = 0;
-    qreal topInset_ = 0;
-    qreal bottomInset_ = 0;
+    bool repeated_ = false; ///< the press under way has clicked while it was held
     QBasicTimer repetition_;
 };
 

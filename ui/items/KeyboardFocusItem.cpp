@@ -15,14 +15,6 @@ void KeyboardFocusItem::setVisualFocus(bool shows)
     }
 }
 
-void KeyboardFocusItem::tellChanged(QAccessible::Event what)
-{
-    if (isComponentComplete() && QAccessible::isActive()) {
-        QAccessibleEvent event(this, what);
-        QAccessible::updateAccessibility(&event);
-    }
-}
-
 void KeyboardFocusItem::focusInEvent(QFocusEvent* event)
 {
     const Qt::FocusReason reason = event->reason();

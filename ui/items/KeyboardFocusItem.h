@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAccessible>
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
@@ -22,10 +21,6 @@ signals:
     void visualFocusChanged();
 
 protected:
-    /// Tells a screen reader, which may remember what it was told before, that its name or description is
-    /// another now.
-    void tellChanged(QAccessible::Event what);
-
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 

@@ -5,8 +5,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// A screen of the window. While it is disabled, because another one stands over it, assistive technology
-/// finds nothing in it, and is told so.
+/// A screen of the window. While it is disabled, under another one, assistive technology finds nothing in it,
+/// and gets an event.
 class ScreenItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

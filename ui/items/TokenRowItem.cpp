@@ -1,15 +1,21 @@
 #include "ui/items/TokenRowItem.h"
 
+#include <QAccessible>
 #include <QStringList>
 
 namespace MirrowvaleAuthenticator {
 
 TokenRowItem::TokenRowItem(QQuickItem* parent) : KeyboardFocusItem(parent)
 {
-    // All of its name but the countdown, which would be told each second.
-    for (const auto changed :
-         {&TokenRowItem::issuerChanged, &TokenRowItem::accountChanged, &TokenRowItem::displayCodeChanged}) {
-        connect(this, changed, this, [this] { tellChanged(QAccessible::NameChanged); });
+    connect(this, &TokenRowItem::tokenChanged, this, &TokenRowItem::announce);
+}
+
+/// A screen reader may remember a name; one of which the countdown alone is new would be told each second.
+void TokenRowItem::announce()
+{
+    if (isComponentComplete() && QAccessible::isActive()) {
+        QAccessibleEvent event(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
     }
 }
 

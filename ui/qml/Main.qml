@@ -20,21 +20,10 @@ Window {
     property Item opener: null
     property bool openerShowed: false
 
-    function rememberFocus(): void {
-        opener = activeFocusItem
-        openerShowed = (opener as KeyboardFocusItem)?.visualFocus ?? false
-    }
-
     /// Gives focus back once the list screen can be used again.
     function restoreFocus(): void {
-        const reason = openerShowed ? Qt.ShortcutFocusReason : Qt.OtherFocusReason
-        if (opener) {
-            opener.forceActiveFocus(reason)
-        } else if (contentView.empty) {
-            addButton.forceActiveFocus(reason)
-        } else {
-            list.forceActiveFocus(reason)
-        }
+        const item = opener ?? (contentView.empty ? addButton : list)
+        item.forceActiveFocus(openerShowed ? Qt.ShortcutFocusReason : Qt.OtherFocusReason)
         opener = null
     }
 
@@ -42,7 +31,8 @@ Window {
         if (form) {
             list.closeOpenRow()
             list.clearSelection()
-            rememberFocus()
+            opener = activeFocusItem
+            openerShowed = (opener as KeyboardFocusItem)?.visualFocus ?? false
             sheet.setSource("form/AddTokenSheet.qml", { contentView: contentView, form: form })
         } else {
             sheet.setSource("")
@@ -98,7 +88,7 @@ Window {
                 text: qsTr("Add token")
                 symbol: "plus"
                 key: adding.nativeText
-                Keys.onDownPressed: list.showFocus()
+                Keys.onDownPressed: list.rowFocus.show()
                 onClicked: root.contentView.showingAdd = true
             }
         }
@@ -110,9 +100,9 @@ Window {
             clip: true
             focus: true
             visible: !root.contentView.empty
-            onEmptied: showsFocus => addButton.forceActiveFocus(showsFocus ? Qt.TabFocusReason : Qt.OtherFocusReason)
             contentView: root.contentView
             title: root.title
+            focusWhenEmpty: addButton
         }
 
         // Sees a press before what it is meant for, and passes it on.

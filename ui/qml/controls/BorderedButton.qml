@@ -5,24 +5,29 @@ import MirrowvaleAuthenticator
 PlainButton {
     id: root
 
-    readonly property real shapeHeight: implicitContentHeight + 12
+    implicitWidth: Math.max(Theme.target, title.implicitWidth + 24)
+    implicitHeight: Math.max(Theme.target, title.implicitHeight)
+    baselineOffset: title.baselineOffset
+    focusRing.anchors.fill: shape
 
-    font: Theme.subheadline
-    leftPadding: 12
-    rightPadding: 12
-    focusRing.anchors.fill: background
+    Rectangle {
+        id: shape
 
-    contentItem: Text {
+        y: (parent.height - height) / 2
+        width: parent.width
+        height: title.implicitHeight + 12
+        radius: 8
+        color: root.down ? Theme.fillPressed : Theme.fill
+    }
+
+    Text {
+        id: title
+
+        anchors.fill: parent
         text: root.text
-        font: root.font
+        font: Theme.subheadline
         color: root.enabled ? Theme.tint : Theme.disabled
         verticalAlignment: Text.AlignVCenter
         horizontalAlignment: Text.AlignHCenter
-    }
-    topInset: (height - shapeHeight) / 2
-    bottomInset: topInset
-    background: Rectangle {
-        radius: 8
-        color: root.down ? Theme.fillPressed : Theme.fill
     }
 }

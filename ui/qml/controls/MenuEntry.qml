@@ -10,14 +10,14 @@ PlainButton {
     /// The menu has been closed for it.
     signal chosen
 
+    /// Where the label begins, after the tick's place in a menu of options.
+    readonly property real labelLeft: 12 + (checkable ? tick.width + 10 : 0)
+
     width: parent?.width ?? 0
-    implicitHeight: Math.max(Theme.target, implicitContentHeight + 20)
-    font: Theme.body
-    leftPadding: 12
-    rightPadding: 12
+    implicitWidth: Math.max(Theme.target, labelLeft + Math.ceil(label.implicitWidth) + 12)
+    implicitHeight: Math.max(Theme.target, label.height + 20)
     inMenu: true
     activeFocusOnTab: menu.takesFocus
-    focusable: menu.takesFocus
     onClicked: {
         menu.close()
         chosen()
@@ -25,37 +25,30 @@ PlainButton {
     Keys.onUpPressed: root.nextItemInFocusChain(false).forceActiveFocus(Qt.OtherFocusReason)
     Keys.onDownPressed: root.nextItemInFocusChain(true).forceActiveFocus(Qt.OtherFocusReason)
 
-    contentItem: Item {
-        readonly property real besideLabel: root.checkable ? tick.width + 10 : 0
-
-        implicitWidth: besideLabel + Math.ceil(label.implicitWidth)
-        implicitHeight: label.height
-
-        Symbol {
-            id: tick
-
-            anchors { left: parent.left; verticalCenter: parent.verticalCenter }
-            size: 18 * Theme.textScale
-            name: "checkmark"
-            color: Theme.primary
-            visible: root.checked
-        }
-
-        Text {
-            id: label
-
-            anchors { left: parent.left; leftMargin: parent.besideLabel; right: parent.right; verticalCenter: parent.verticalCenter }
-            text: root.text
-            textFormat: Text.PlainText
-            font: root.font
-            color: root.enabled ? Theme.primary : Theme.disabled
-            wrapMode: Text.Wrap
-            horizontalAlignment: Text.AlignLeft
-        }
-    }
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         radius: Theme.cornerRadius
         color: Theme.highlight
         visible: root.down || root.hovered || root.activeFocus
+    }
+
+    Symbol {
+        id: tick
+
+        anchors { left: parent.left; leftMargin: 12; verticalCenter: parent.verticalCenter }
+        size: 18 * Theme.textScale
+        name: "checkmark"
+        color: Theme.primary
+        visible: root.checked
+    }
+
+    WholeText {
+        id: label
+
+        anchors { left: parent.left; leftMargin: root.labelLeft; right: parent.right; rightMargin: 12 }
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.text
+        font: Theme.body
+        color: root.enabled ? Theme.primary : Theme.disabled
     }
 }

@@ -16,13 +16,14 @@ PlainButton {
     text: label
     subject: choice
     opensMenu: true
-    implicitHeight: Math.max(Theme.target, implicitContentHeight + 24)
-    leftPadding: Theme.padding
-    rightPadding: Theme.padding
+    implicitHeight: Math.max(Theme.target, value.implicitHeight + 24)
     focusRing.anchors.margins: 2
     onClicked: choices.openFrom(root, Qt.rect(0, 0, width, height))
 
-    contentItem: PickerValue {
+    PickerValue {
+        id: value
+
+        anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
         label: root.label
         choice: root.choice
         pressed: root.down || choices.visible

@@ -7,17 +7,18 @@ ButtonItem {
     id: root
 
     property alias focusRing: ring
-    property font font
 
-    implicitWidth: Math.max(Theme.target, implicitContentWidth + leftPadding + rightPadding)
-    implicitHeight: Math.max(Theme.target, implicitContentHeight)
+    implicitWidth: Theme.target
+    implicitHeight: Theme.target
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.description: subject
 
     FocusRing {
         id: ring
 
+        z: 1
         visible: root.visualFocus
     }
 }

@@ -8,22 +8,22 @@ PlainButton {
     required property string symbol
 
     implicitWidth: 48
-    topInset: 6
-    bottomInset: 6
     autoRepeat: true
-    focusRing.anchors.fill: background
+    focusRing.anchors.fill: shape
 
-    contentItem: Item {
-        Symbol {
-            anchors.centerIn: parent
-            size: 16 * Math.min(Theme.textScale, 1.5)
-            name: root.symbol
-            color: root.enabled ? Theme.primary : Theme.disabled
-        }
-    }
-    background: Rectangle {
+    Rectangle {
+        id: shape
+
+        anchors { fill: parent; topMargin: 6; bottomMargin: 6 }
         radius: 8
         color: Theme.highlight
         opacity: root.down ? 1 : 0
+    }
+
+    Symbol {
+        anchors.centerIn: parent
+        size: 16 * Math.min(Theme.textScale, 1.5)
+        name: root.symbol
+        color: root.enabled ? Theme.primary : Theme.disabled
     }
 }

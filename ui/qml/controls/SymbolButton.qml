@@ -6,8 +6,10 @@ PlainButton {
     id: root
 
     required property string symbol
-    property real symbolSize: Theme.symbolSize * Theme.textScale
+    readonly property alias symbolSize: drawing.size
 
+    implicitWidth: Math.max(Theme.target, symbolSize)
+    implicitHeight: implicitWidth
     focusRing.anchors.margins: 2
     onHoveredChanged: {
         if (hovered) {
@@ -17,17 +19,13 @@ PlainButton {
         }
     }
 
-    contentItem: Item {
-        implicitWidth: root.symbolSize
-        implicitHeight: root.symbolSize
+    Symbol {
+        id: drawing
 
-        Symbol {
-            anchors.centerIn: parent
-            name: root.symbol
-            size: root.symbolSize
-            color: root.enabled ? Theme.tint : Theme.disabled
-            opacity: root.down ? 0.4 : 1
-        }
+        anchors.centerIn: parent
+        name: root.symbol
+        color: root.enabled ? Theme.tint : Theme.disabled
+        opacity: root.down ? 0.4 : 1
     }
 
     Loader {

@@ -5,13 +5,17 @@ import MirrowvaleAuthenticator
 PlainButton {
     id: root
 
-    font: Theme.barButton
-    leftPadding: Theme.padding
-    rightPadding: Theme.padding
+    property alias font: title.font
 
-    contentItem: Text {
+    implicitWidth: Math.max(Theme.target, title.implicitWidth + 2 * Theme.padding)
+    implicitHeight: Math.max(Theme.target, title.implicitHeight)
+
+    Text {
+        id: title
+
+        anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
         text: root.text
-        font: root.font
+        font: Theme.barButton
         color: root.enabled ? Theme.tint : Theme.disabled
         opacity: root.down ? 0.4 : 1
         elide: Text.ElideRight

@@ -5,24 +5,26 @@ import MirrowvaleAuthenticator
 PlainButton {
     id: root
 
-    implicitHeight: Math.max(Theme.target, implicitContentHeight + 22)
-    font: Theme.body
-    leftPadding: Theme.padding
-    rightPadding: Theme.padding
+    implicitHeight: Math.max(Theme.target, title.implicitHeight + 22)
     focusRing.anchors.margins: 2
 
-    contentItem: Text {
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.cornerRadius
+        color: Theme.fillPressed
+        visible: root.down
+    }
+
+    Text {
+        id: title
+
+        anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
         text: root.text
-        font: root.font
+        font: Theme.body
         color: root.enabled ? Theme.tint : Theme.disabled
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
         horizontalAlignment: Text.AlignLeft
-    }
-    background: Rectangle {
-        radius: Theme.cornerRadius
-        color: Theme.fillPressed
-        visible: root.down
     }
 
     RowSeparator { }

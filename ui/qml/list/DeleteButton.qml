@@ -5,33 +5,33 @@ import MirrowvaleAuthenticator
 PlainButton {
     id: root
 
-    readonly property real gap: 4
-
     text: qsTr("Delete")
-    font: Theme.subheadline
-    leftPadding: Theme.padding
-    rightPadding: Theme.padding
-    implicitWidth: Math.max(84, implicitContentWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(84, title.implicitWidth + 2 * Theme.padding)
     focusRing.anchors.margins: 4
     focusRing.border.color: Theme.destructiveLabel
 
-    contentItem: Text {
-        topPadding: Theme.symbolSize * Theme.textScale + root.gap
-        text: root.text
-        font: root.font
-        color: Theme.destructiveLabel
-        horizontalAlignment: Text.AlignHCenter
-        verticalAlignment: Text.AlignVCenter
-    }
-    background: Rectangle {
+    Rectangle {
+        anchors.fill: parent
         color: Theme.destructive
         opacity: root.down ? 0.8 : 1
 
         Symbol {
             anchors.centerIn: parent
-            anchors.verticalCenterOffset: -(root.implicitContentHeight - size) / 2
+            anchors.verticalCenterOffset: -(title.implicitHeight - size) / 2
             name: "trash"
             color: Theme.destructiveLabel
         }
+    }
+
+    Text {
+        id: title
+
+        anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
+        topPadding: Theme.symbolSize * Theme.textScale + 4
+        text: root.text
+        font: Theme.subheadline
+        color: Theme.destructiveLabel
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
     }
 }

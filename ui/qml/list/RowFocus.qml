@@ -11,9 +11,8 @@ Item {
     required property ListView list
     required property ContentView contentView
 
-    /// The last token has been deleted.
-    /// @param showsFocus  whether the focus ring was shown
-    signal emptied(bool showsFocus)
+    /// What gets focus when the last token is deleted.
+    required property Item focusWhenEmpty
 
     readonly property TokenRow current: list.currentItem as TokenRow
 
@@ -24,7 +23,7 @@ Item {
         return (item as KeyboardFocusItem)?.visualFocus ?? false
     }
 
-    /// The row that an item of the window stands in, if any.
+    /// The row around an item of the window, if any.
     function rowAround(item: Item): TokenRow {
         return item === null || item instanceof TokenRow ? item as TokenRow : rowAround(item.parent)
     }
@@ -77,15 +76,11 @@ Item {
         list.contentY = Math.max(list.originY, Math.min(end, list.contentY + views * (list.height - kept)))
     }
 
-    function goTo(row: int): void {
+    /// On the way up, the lower end of a row that is higher than the view comes first.
+    function goTo(row: int, direction: int): void {
+        const before = list.currentIndex
         list.currentIndex = Math.max(0, Math.min(list.count - 1, row))
         show()
-    }
-
-    /// On the way up, the lower end of a row that is higher than the view comes first.
-    function goOn(row: int, direction: int): void {
-        const before = list.currentIndex
-        goTo(row)
         if (direction < 0 && list.currentIndex !== before && current.height > list.height) {
             list.positionViewAtIndex(list.currentIndex, ListView.End)
         }
@@ -96,7 +91,7 @@ Item {
         if (hidden) {
             show()
         } else {
-            goTo(row)
+            goTo(row, 1)
         }
     }
 
@@ -109,9 +104,9 @@ Item {
             list.contentY += direction * Math.min(rest, list.height / 2)
         } else if (turnsPage) {
             list.positionViewAtIndex(list.currentIndex, direction > 0 ? ListView.Beginning : ListView.End)
-            goOn(lastInSight(direction), direction)
+            goTo(lastInSight(direction), direction)
         } else {
-            goOn(list.currentIndex + direction, direction)
+            goTo(list.currentIndex + direction, direction)
         }
     }
 
@@ -140,7 +135,7 @@ Item {
         contentView.deleteToken(row.index)
         list.forceLayout() // only then is the next row the current one
         if (list.count === 0) {
-            emptied(passesOn)
+            give(focusWhenEmpty, passesOn)
         } else if (passesOn) {
             show()
         } else if (around !== null && around !== row) {

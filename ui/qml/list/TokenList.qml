@@ -1,5 +1,6 @@
 import QtQuick
 import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Items
 import MirrowvaleAuthenticator.Screens
 
 /// The tokens, one row each, under the large title.
@@ -9,6 +10,9 @@ ListView {
     required property ContentView contentView
     required property string title
 
+    /// What gets focus when the last token is deleted.
+    required property Item focusWhenEmpty
+
     property TokenRow openRow: null
     property SelectableCode selectedCode: null
 
@@ -16,21 +20,8 @@ ListView {
     readonly property RowMenu rowMenu: menu.item as RowMenu
     readonly property TokenRow rowWithMenu: rowMenu?.visible ? rowMenu.row : null
 
-    /// The last token has been deleted.
-    /// @param showsFocus  whether the focus ring was shown
-    signal emptied(bool showsFocus)
-
     /// 0 while the large title is in sight, 1 when it has gone under the bar.
     readonly property real titleScrolledAway: Math.max(0, Math.min(1, (contentY - originY - 28) / 16))
-
-    function showFocus(): void {
-        rowFocus.show()
-    }
-
-    /// For a screen reader.
-    function scroll(views: int): void {
-        rowFocus.scrollBy(views)
-    }
 
     function closeOpenRow(): void {
         if (openRow?.deleteButton?.activeFocus) {
@@ -64,21 +55,13 @@ ListView {
         rowMenu.openFor(row, place)
     }
 
-    /// The row that is pressed, unless a part of it has a use for the press.
-    ///
-    /// @param position  in the scene
-    function rowPressed(position: point): TokenRow {
-        const place = contentItem.mapFromItem(null, position)
-        const row = itemAt(place.x, place.y) as TokenRow
-        return row && !row.presses && !row.code.contains(row.code.mapFromItem(null, position)) ? row : null
-    }
-
-    /// Opens the menu of a row that is clicked or held.
+    /// Opens the menu of a row that is clicked or held, unless a part of it has a use for the press.
     ///
     /// @param position  in the scene
     function openMenuAt(position: point): void {
-        const row = rowPressed(position)
-        if (row) {
+        const place = contentItem.mapFromItem(null, position)
+        const row = itemAt(place.x, place.y) as TokenRow
+        if (row && !row.presses && !row.code.contains(row.code.mapFromItem(null, position))) {
             openMenu(row, row.mapFromItem(null, position).x)
         }
     }
@@ -104,7 +87,8 @@ ListView {
     cacheBuffer: 0
     reuseItems: true
     Accessible.role: Accessible.List
-    Accessible.name: title
+    AccessibleList.title: title
+    AccessibleList.onScrollRequested: views => rowFocus.scrollBy(views)
     Keys.forwardTo: [focusInRows]
     onMovementStarted: closeOpenRow()
 
@@ -113,11 +97,11 @@ ListView {
 
         list: root
         contentView: root.contentView
-        onEmptied: showsFocus => root.emptied(showsFocus)
+        focusWhenEmpty: root.focusWhenEmpty
     }
 
-    // The parts below take their list without a cast: compiled by Qt 6.8, a cast to the type that its own file defines
-    // finds nothing.
+    // The parts below get their list without a cast: a cast to the type that its own file defines gives null, as
+    // compiled by Qt 6.8.2.
     header: LargeTitle {
         readonly property TokenList list: ListView.view // qmllint disable
 
@@ -149,7 +133,8 @@ ListView {
         ListView.onReused: {
             opacity = 1 // it may be of a row that was deleted
             visible = true
-            Accessible.ignored = false // Qt 6.8 keeps what waits from screen readers, and what serves again as well
+            // Qt 6.8.2 hides a pooled row from screen readers, and does not show a reused one to them again.
+            Accessible.ignored = false
             stackInOrder()
         }
         onOpenChanged: open ? list.noteOpened(row) : list.noteClosed(row)
@@ -166,7 +151,7 @@ ListView {
                 copyRequested()
             } else {
                 list.rowFocus.show()
-                list.rowFocus.scrollToPart(code) // a row may be higher than the view, or stand below the title
+                list.rowFocus.scrollToPart(code) // a row may be higher than the view, or below the title
             }
         }
         onMenuRequested: place => list.openMenu(row, place)
@@ -175,15 +160,6 @@ ListView {
             list.noteClosed(row)
             list.rowFocus.deleteRow(row)
         }
-    }
-
-    // What is below the last row.
-    MouseArea {
-        y: root.originY + root.contentHeight
-        width: root.width
-        height: Math.max(0, root.height - root.contentHeight)
-        enabled: root.openRow !== null
-        onClicked: root.closeOpenRow()
     }
 
     remove: Transition {
@@ -229,7 +205,7 @@ ListView {
         }
     }
 
-    // Few ever need it.
+    // Made when it is first asked for, which most never do.
     Loader {
         id: menu
     }

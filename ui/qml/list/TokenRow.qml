@@ -13,8 +13,8 @@ TokenRowItem {
     required displayCode
     required offersNext
     required countdown
-    required longestCountdown
     required current
+    required property string longestCountdown
     required property bool urgent
     required property bool copied
 
@@ -78,7 +78,7 @@ TokenRowItem {
         code.forget()
     }
 
-    /// How far the row stands away from its trailing edge.
+    /// How far the row is moved away from its trailing edge.
     property alias offset: swipe.offset
     readonly property DeleteButton deleteButton: deletion.item as DeleteButton
     readonly property real deleteWidth: deleteButton?.implicitWidth ?? 0
@@ -157,35 +157,28 @@ TokenRowItem {
             }
             height: account.y + account.height
 
-            Text {
+            WholeText {
                 id: issuer
 
                 anchors { left: parent.left; right: trailing.left; rightMargin: Theme.spacing }
                 text: root.issuer
-                textFormat: Text.PlainText
                 font: Theme.headline
-                color: Theme.primary
-                wrapMode: Text.Wrap
-                horizontalAlignment: Text.AlignLeft
             }
 
-            Text {
+            WholeText {
                 id: account
 
                 anchors { top: issuer.bottom; topMargin: 2; left: issuer.left; right: issuer.right }
                 text: root.account
-                textFormat: Text.PlainText
                 font: Theme.subheadline
                 color: Theme.secondary
-                wrapMode: Text.Wrap
-                horizontalAlignment: Text.AlignLeft
             }
 
             Item {
                 id: trailing
 
                 anchors { right: parent.right; baseline: issuer.baseline }
-                // A countdown keeps the width of its longest: no tick lays the names out anew.
+                // A countdown is as wide as its longest, so that no tick lays the names out anew.
                 width: root.offersNext ? next.width : Theme.countdownWidth(root.longestCountdown)
                 baselineOffset: next.item ? (next.item as Item).baselineOffset : countdown.baselineOffset
 

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqml.h>
+
+namespace MirrowvaleAuthenticator {
+
+/// What assistive technology gets of a list view, attached to the view: the toolkit's has no public type.
+class AccessibleList : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("attached to a list view")
+    QML_ATTACHED(MirrowvaleAuthenticator::AccessibleList) // qualified for the QML type system
+    Q_PROPERTY(QString title MEMBER title_ NOTIFY titleChanged FINAL)
+
+public:
+    using QObject::QObject;
+
+    static AccessibleList* qmlAttachedProperties(QObject* view) { return new AccessibleList(view); }
+
+    QString title() const { return title_; }
+
+signals:
+    void titleChanged();
+
+    /// @param views  how far down, in heights of the view; negative upwards
+    void scrollRequested(int views);
+
+private:
+    QString title_;
+};
+
+} // namespace MirrowvaleAuthenticator
