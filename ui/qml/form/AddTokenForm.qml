@@ -16,19 +16,13 @@ Flickable {
         uri.forceActiveFocus(Qt.OtherFocusReason)
     }
 
-    /// Enter moves on as Tab does: from the last field to what is none, where an on-screen keyboard goes away.
+    /// Enter moves on as Tab does: beyond the last field, where an on-screen keyboard goes away.
     function moveOn(): void {
         focusItem.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     }
 
-    /// What an input method still composes belongs to the field, too.
-    function importURI(): void {
-        InputMethod.commit()
-        form.importFromURI()
-    }
-
     function save(): void {
-        InputMethod.commit()
+        InputMethod.commit() // what an input method still composes belongs to the field, too
         form.saveManualToken()
     }
 
@@ -41,10 +35,8 @@ Flickable {
         }
     }
 
-    /// Scrolls an item of the form into view.
-    ///
-    /// @param part  what of it to show
-    function reveal(item: Item, part: rect): void {
+    /// Scrolls a part of an item into view.
+    function scrollTo(item: Item, part: rect): void {
         bringsMessage = item === message
         const shown = item.mapToItem(contentItem, part)
         const seen = height - covered
@@ -57,21 +49,21 @@ Flickable {
     }
 
     /// Scrolls the row of the form that has focus into view.
-    function revealFocus(): void {
+    function scrollToFocus(): void {
         for (const section of [importing, manual]) {
             const row = section.rowAround(focusItem)
             if (row) {
-                reveal(row, Qt.rect(0, 0, row.width, row.height))
+                scrollTo(row, Qt.rect(0, 0, row.width, row.height))
             }
         }
         if (uri.activeFocus) {
-            revealCaret()
+            scrollToCaret()
         }
     }
 
     /// The URI's field may be higher than what is in sight.
-    function revealCaret(): void {
-        reveal(uri, uri.cursorRectangle)
+    function scrollToCaret(): void {
+        scrollTo(uri, uri.cursorRectangle)
     }
 
     /// Whether the form was at its top when it was taken hold of: to scroll back there is no pull.
@@ -80,8 +72,8 @@ Flickable {
     /// Whether a new message is to be in sight, once it has its place.
     property bool bringsMessage: false
 
-    function revealMessage(): void {
-        reveal(message, Qt.rect(0, 0, message.width, message.height))
+    function scrollToMessage(): void {
+        scrollTo(message, Qt.rect(0, 0, message.width, message.height))
     }
 
     readonly property Item focusItem: Window.activeFocusItem
@@ -93,14 +85,14 @@ Flickable {
     contentWidth: width
     contentHeight: sections.height + 2 * Theme.padding
     bottomMargin: covered
-    onFocusItemChanged: revealFocus()
-    onCoveredChanged: revealFocus()
-    onHeightChanged: revealFocus()
+    onFocusItemChanged: scrollToFocus()
+    onCoveredChanged: scrollToFocus()
+    onHeightChanged: scrollToFocus()
     onContentHeightChanged: {
         if (bringsMessage) {
-            revealMessage()
+            scrollToMessage()
         } else {
-            revealFocus()
+            scrollToFocus()
         }
     }
     onMovementStarted: bringsMessage = false
@@ -123,7 +115,7 @@ Flickable {
 
         function onErrorChanged(): void {
             message.announce()
-            root.revealMessage()
+            root.scrollToMessage()
         }
     }
 
@@ -150,14 +142,14 @@ Flickable {
                 inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
                 onAccepted: root.importOrMoveOn()
                 onTextChanged: root.form.importURI = text
-                onCursorRectangleChanged: if (activeFocus) root.revealCaret()
+                onCursorRectangleChanged: if (activeFocus) root.scrollToCaret()
             }
 
             FormButton {
                 width: parent.width
                 text: qsTr("Import URI")
                 enabled: root.form.canImport
-                onClicked: root.importURI()
+                onClicked: root.importOrMoveOn()
             }
         }
 
@@ -184,9 +176,11 @@ Flickable {
                 onTextChanged: root.form.account = text
             }
 
-            SecureField {
+            FormField {
                 width: parent.width
                 placeholder: qsTr("Base32 secret")
+                echoMode: TextInput.Password
+                inputMethodHints: Qt.ImhUppercaseOnly | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
                 onAccepted: root.moveOn()
                 onTextChanged: root.form.secret = text
             }

@@ -14,7 +14,7 @@ FocusScope {
     /// The panel's place: at the very top of a low window, as of a phone held sideways with its keyboard up.
     readonly property real panelTop: height < 400 ? 0 : Theme.sheetTop
 
-    /// How far the panel stands below its place.
+    /// How far the panel is below its place.
     property real lowered: 0
 
     function settle(): void {

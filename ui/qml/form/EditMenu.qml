@@ -20,7 +20,7 @@ PopupMenu {
         return item === null || item instanceof Flickable ? item as Flickable : flickableAround(item.parent)
     }
 
-    /// Opens beside the line of text that stands in a place of the field.
+    /// Opens beside the line of text at a place of the field.
     function openAt(x: real, y: real): void {
         const lineHeight = field.cursorRectangle.height
         openBeside(Qt.rect(x, y - lineHeight / 2, 0, lineHeight))

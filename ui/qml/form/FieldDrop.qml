@@ -1,6 +1,6 @@
 import QtQuick
 
-/// Takes a text that is dropped on a field, which then has focus. It stays where it was dragged from.
+/// Inserts a text that is dropped on a field, and gives the field focus. The text stays where it was dragged from.
 DropArea {
     id: root
 

@@ -51,7 +51,7 @@ T.TextArea {
     Keys.onReturnPressed: event => acceptOnce(event)
     Keys.onEnterPressed: event => acceptOnce(event)
 
-    // The toolkit's own copy lacks the mark that keeps a secret out of clipboard histories.
+    // The toolkit's own copy lacks the hint by which clipboard histories leave a secret out.
     Keys.onPressed: event => {
         const cuts = event.matches(StandardKey.Cut)
         event.accepted = selectedText.length > 0 && (cuts || event.matches(StandardKey.Copy))
