@@ -10,7 +10,7 @@ namespace MirrowvaleAuthenticator {
 /// its language in the same script.
 ///
 /// @param wanted  languages as BCP 47 names, the most wanted first
-/// @returns       empty where the texts stay as they stand in the sources: in English
+/// @returns       empty for English, the language of the sources
 QString bestTranslation(const QStringList& wanted);
 
 /// Loads the texts of a translation, and lays the interface out in the direction of its language.

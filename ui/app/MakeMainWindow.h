@@ -12,7 +12,7 @@ namespace MirrowvaleAuthenticator {
 /// Builds the one window on the list screen's state.
 ///
 /// @param contentView  must outlive the window
-/// @returns            nothing where it cannot be built; the reasons then stand on the standard error
+/// @returns            nothing where it cannot be built; the reasons are then on standard error
 std::unique_ptr<QQuickWindow> makeMainWindow(QQmlEngine& engine, ContentView& contentView);
 
 } // namespace MirrowvaleAuthenticator

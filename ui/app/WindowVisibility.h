@@ -7,9 +7,9 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// Tells the list screen whether anybody can see its window, so that nothing wakes this process while nobody
-/// can: not while the window system shows nothing of the window, or it is minimised, nor while the session's
-/// screen saver or lock screen says that it covers everything. Goes with its window.
+/// Reports to the list screen whether anybody can see its window, so that nothing wakes this process while
+/// nobody can: not while the window system shows nothing of the window, or it is minimised, nor while the
+/// session's screen saver or lock screen says that it covers everything. Goes with its window.
 class WindowVisibility : public QObject {
     Q_OBJECT
 

@@ -15,11 +15,11 @@ class Pasteboard : public QObject {
 public:
     using QObject::QObject;
 
-    /// Replaces what the clipboard holds by plain text, marked so that clipboard histories leave it out.
+    /// Replaces what the clipboard holds by plain text, with the hint by which clipboard histories leave it
+    /// out.
     Q_INVOKABLE static void setString(const QString& text);
 
-    /// Takes back what this application selected, where the window system hands selected text to whatever a
-    /// middle click pastes it into.
+    /// Empties the window system's selection where this application filled it: a middle click pastes from it.
     static void withdrawSelection();
 };
 

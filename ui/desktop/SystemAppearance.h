@@ -11,9 +11,9 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// How the system wants applications to look, followed while the application runs. Desktops and phones tell
-/// it on the session bus (the Settings interface of the XDG desktop portal); where none does, the palette
-/// decides between light and dark.
+/// How the system wants applications to look, followed while the application runs. Desktops and phones
+/// report it on the session bus (the Settings interface of the XDG desktop portal); where none does, the
+/// palette decides between light and dark.
 class SystemAppearance : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -33,12 +33,12 @@ public:
 
     bool isDark() const;
     qreal textScale() const { return textScale_; } ///< factor on every text size, from 0.8 to 2
-    /// Whether texts, symbols and lines are to stand out more.
+    /// Whether texts, symbols and lines are to have more contrast.
     bool moreContrast() const { return contrastRaised_ || highContrast_; }
     /// Whether animations are unwanted.
     bool reducedMotion() const { return motionReduced_ || animationsOff_; }
 
-    /// Takes over one setting of the portal; one that means nothing here is left alone.
+    /// Applies one setting of the portal; one that means nothing here is ignored.
     void apply(const QString& group, const QString& key, const QVariant& value);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

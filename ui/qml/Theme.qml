@@ -48,7 +48,7 @@ QtObject {
     readonly property font subheadline: Qt.font({ family: interfaceFamily, pixelSize: 15 * textScale })
     readonly property font footnote: Qt.font({ family: interfaceFamily, pixelSize: 13 * textScale })
     readonly property font caption: Qt.font({ family: interfaceFamily, pixelSize: 12 * textScale })
-    /// What a text that has to stand on one line is made smaller to at most, in pixels.
+    /// The least size of a text that is made smaller to fit one line, in pixels.
     readonly property int smallestText: 12
 
     // A bar shares one line among three texts: they grow less than others.
@@ -61,7 +61,7 @@ QtObject {
         font: root.caption
     }
 
-    /// How much room a countdown takes in its text style.
+    /// The width of a countdown in its text style.
     function countdownWidth(countdown: string): real {
         const width = countdownMetrics.advanceWidth(countdown)
         return countdownMetrics.font.pixelSize > 0 ? Math.ceil(width) : 0 // asked for the font: to follow its size
@@ -72,8 +72,8 @@ QtObject {
         text: "00000000"
     }
 
-    /// The code's font, no larger than lets so many digits stand in so much room. Where there is no room yet, none is
-    /// made for it.
+    /// The code's font, made smaller where so many digits would exceed the room. Without a room, as before the first
+    /// layout, it is as it is.
     function codeFitting(digits: int, room: real): font {
         // Asked here, not in a property: that would have a value before its font has one, and load another for it.
         const wanted = digits * codeMetrics.advanceWidth / codeMetrics.text.length

@@ -34,7 +34,7 @@ public:
     /// is right from the first instant on.
     void setVisible(bool visible);
 
-    /// Whether the empty state stands in place of the list, as of the last rendering.
+    /// Whether the empty state is shown instead of the list, as of the last rendering.
     bool isEmpty() const { return empty_; }
 
     bool showingAdd() const { return showingAdd_; }

@@ -17,8 +17,8 @@ namespace MirrowvaleAuthenticator {
 
 /// The rows of the token list, in the store's order.
 ///
-/// Keeps nothing of a token but its id: what a row shows is read from the store when it is asked for, so that
-/// a tick costs what is visible.
+/// Stores nothing of a token but its id: what a row shows is read from the store when it is asked for, so
+/// that a tick costs what is visible.
 class TokenListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT

@@ -10,7 +10,7 @@ TextInput {
     required property string code
 
     // A text without a letter runs in the direction of the keyboard's language, which can put the second half of the
-    // code first. A mark of no width (LEFT-TO-RIGHT MARK) prevents that, and stays out of the selection.
+    // code first. A LEFT-TO-RIGHT MARK, of no width, prevents that, and is never selected.
     readonly property string mark: InputMethod.inputDirection === Qt.RightToLeft ? "\u200e" : ""
 
     /// The width that the code must not exceed.
@@ -81,7 +81,7 @@ TextInput {
         clearSelection()
     }
     Keys.onPressed: event => {
-        // The toolkit's own copy lacks the mark that keeps it out of clipboard histories.
+        // The toolkit's own copy lacks the hint by which clipboard histories leave it out.
         event.accepted = event.matches(StandardKey.Copy)
         if (event.accepted && selectedText.length > 0) {
             Pasteboard.setString(selectedText)
@@ -90,7 +90,7 @@ TextInput {
 
     MouseArea {
         anchors.fill: parent
-        acceptedButtons: Qt.LeftButton | Qt.RightButton // the text would keep either to itself
+        acceptedButtons: Qt.LeftButton | Qt.RightButton // the text would accept either
         cursorShape: Qt.IBeamCursor
         onPressAndHold: mouse => {
             root.selectAll()

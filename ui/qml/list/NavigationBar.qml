@@ -1,7 +1,7 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// The bar at the top of a page: its title between what stands at the leading and at the trailing end.
+/// The bar at the top of a page: its title between what is at the leading and at the trailing end.
 Item {
     id: root
 
@@ -10,7 +10,7 @@ Item {
     property bool lined: false
     default property alias items: slots.data
 
-    /// The width that each end takes up.
+    /// The width of each end.
     property real leadingWidth: 0
     property real trailingWidth: 0
 

@@ -5,12 +5,12 @@ import MirrowvaleAuthenticator
 DragHandler {
     id: root
 
-    /// How far away an open row stands.
+    /// The offset of an open row.
     required property real extent
     /// Whether the row is open, about to be, or being swiped.
     required property bool open
 
-    /// How far away the row stands.
+    /// How far the row is moved away from its trailing edge.
     property real offset: 0
     readonly property int openingDirection: Theme.mirrored ? 1 : -1
     readonly property real flickSpeed: 300 // points a second
