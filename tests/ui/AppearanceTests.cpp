@@ -1,5 +1,4 @@
 #include "tests/ui/SceneFixture.h"
-#include "ui/desktop/SystemAppearance.h"
 
 #include <QColor>
 #include <QFont>
@@ -19,8 +18,7 @@ protected:
     {
         build();
         theme = singleton("Theme", window.get());
-        appearance = qobject_cast<SystemAppearance*>(singleton("SystemAppearance", theme));
-        ASSERT_TRUE(appearance && theme);
+        ASSERT_NE(theme, nullptr);
     }
 
     void TearDown() override
@@ -28,12 +26,7 @@ protected:
         QGuiApplication::setLayoutDirection(Qt::LeftToRight);
         set("org.freedesktop.appearance", "color-scheme", 0U);
         set("org.freedesktop.appearance", "contrast", 0U);
-        set("org.gnome.desktop.interface", "text-scaling-factor", 1.0);
-    }
-
-    void set(const char* group, const char* key, const QVariant& value)
-    {
-        appearance->apply(QLatin1String(group), QLatin1String(key), value);
+        setTextScale(1);
     }
 
     QColor color(const char* role) const
@@ -60,7 +53,6 @@ protected:
         return all.copy(item.mapRectToScene(item.boundingRect()).toAlignedRect());
     }
 
-    SystemAppearance* appearance = nullptr;
     QObject* theme = nullptr;
 };
 
@@ -122,7 +114,7 @@ TEST_F(AppearanceTest, aGrowingTextLeavesTheListAtItsTopAndAnOpenRowOpen)
         return row->property("offset") == row->property("deleteWidth") && row->property("offset") != 0.0;
     };
     ASSERT_TRUE(QTest::qWaitFor(isOpen));
-    set("org.gnome.desktop.interface", "text-scaling-factor", 2.0);
+    setTextScale(2);
     EXPECT_TRUE(QTest::qWaitFor([&] { return view->property("contentY") == view->property("originY"); }));
     EXPECT_LT(view->property("originY").toDouble(), -80);
     EXPECT_TRUE(QTest::qWaitFor(isOpen));
@@ -137,11 +129,11 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
     contentView.setShowingAdd(true);
     window->resize(320, 1400);
     for (const double scale : {0.8, 1.0, 1.35, 2.0}) {
-        set("org.gnome.desktop.interface", "text-scaling-factor", scale);
+        setTextScale(scale);
         ASSERT_TRUE(QTest::qWaitFor([&] {
             return shown(window->contentItem(), "MirrowvaleAuthenticator::ButtonItem").size() == 12;
         }));
-        QTest::qWait(50); // a layout
+        window->grabWindow(); // lays everything out
         for (const QQuickItem* button : shown(window->contentItem(), "MirrowvaleAuthenticator::ButtonItem")) {
             EXPECT_GE(std::min(button->width(), button->height()), 44)
                 << button->metaObject()->className() << " at " << scale;
@@ -192,7 +184,7 @@ TEST_F(AppearanceTest, namesThatDifferInTheirLastCharacterLookDifferent)
     window->resize(320, 3200);
     for (const auto& [scale, direction] :
          {std::pair{1.0, Qt::LeftToRight}, {2.0, Qt::LeftToRight}, {2.0, Qt::RightToLeft}}) {
-        set("org.gnome.desktop.interface", "text-scaling-factor", scale);
+        setTextScale(scale);
         QGuiApplication::setLayoutDirection(direction);
         QList<QImage> pictures;
         for (const char end : {'1', '2'}) {

@@ -13,8 +13,7 @@ using EditMenuTest = HandTest;
 
 TEST_F(EditMenuTest, theEditMenuHasAllItsEntriesWhateverCanBeDone)
 {
-    open("a");
-    openSheet();
+    openForm();
     QGuiApplication::clipboard()->clear();
     for (const auto& [text, expected] :
          {std::pair{"", "(Cut)|(Copy)|(Paste)|(Select All)"}, {"ab", "Cut|Copy|(Paste)|Select All"}}) {
@@ -32,8 +31,7 @@ TEST_F(EditMenuTest, theEditMenuHasAllItsEntriesWhateverCanBeDone)
 
 TEST_F(EditMenuTest, theEditMenuStaysWhereItsFieldIsBroughtIntoSight)
 {
-    open("a");
-    openSheet();
+    openForm();
     QGuiApplication::clipboard()->setText(QStringLiteral("x"));
     QQuickItem* uri = window->activeFocusItem();
     window->resize(390, 330);
@@ -52,8 +50,7 @@ TEST_F(EditMenuTest, theEditMenuStaysWhereItsFieldIsBroughtIntoSight)
 
 TEST_F(EditMenuTest, theEditMenuCutsAndPastesByFingerAndByMouse)
 {
-    open("a");
-    openSheet();
+    openForm();
     QQuickItem& uri = *window->activeFocusItem();
     EXPECT_TRUE(uri.property("inputMethodHints").toInt() & Qt::ImhSensitiveData);
     QGuiApplication::clipboard()->setText(QStringLiteral("x"));
@@ -67,7 +64,7 @@ TEST_F(EditMenuTest, theEditMenuCutsAndPastesByFingerAndByMouse)
             QTest::keyClick(window.get(), Qt::Key_Left, Qt::ShiftModifier);
             tap(*offered("Cut", field, byFinger));
             EXPECT_EQ(field.property("text"), QLatin1String(left)) << type;
-            EXPECT_TRUE(clipboardIsMarked());
+            EXPECT_TRUE(clipboardHasHint());
         }
         QTest::keyClick(window.get(), Qt::Key_Home);
         tap(*offered("Paste", field, true));
@@ -83,7 +80,7 @@ TEST_F(EditMenuTest, theEditMenuCutsAndPastesByFingerAndByMouse)
         QTest::keyClick(window.get(), Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(window.get(), key, Qt::ControlModifier);
         EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("ba"));
-        EXPECT_TRUE(clipboardIsMarked());
+        EXPECT_TRUE(clipboardHasHint());
         EXPECT_EQ(uri.property("text"), QLatin1String(left));
     }
 }

@@ -58,7 +58,7 @@ protected:
         return titles;
     }
 
-    /// The same once it can be pressed as a whole.
+    /// A button by its title, once it can be pressed as a whole.
     QQuickItem* awaited(const char* title) const
     {
         QQuickItem* found = nullptr;
@@ -128,7 +128,13 @@ protected:
         ASSERT_TRUE(window->activeFocusItem()->inherits("QQuickTextEdit"));
     }
 
-    static bool clipboardIsMarked()
+    void openForm()
+    {
+        open("a");
+        openSheet();
+    }
+
+    static bool clipboardHasHint()
     {
         return QGuiApplication::clipboard()->mimeData()->hasFormat(
             QStringLiteral("x-kde-passwordManagerHint"));

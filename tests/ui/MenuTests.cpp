@@ -1,7 +1,5 @@
 #include "tests/ui/HandFixture.h"
 
-#include "ui/desktop/SystemAppearance.h"
-
 #include <QAccessible>
 
 #include <functional>
@@ -14,14 +12,6 @@ namespace {
 class MenuTest : public HandTest {
 protected:
     void TearDown() override { setTextScale(1); }
-
-    void setTextScale(double scale)
-    {
-        auto* appearance = singleton("SystemAppearance", singleton("Theme", window.get()));
-        qobject_cast<SystemAppearance*>(appearance)
-            ->apply(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("text-scaling-factor"),
-                    scale);
-    }
 
     void makeFirstCounted()
     {
@@ -120,7 +110,7 @@ TEST_F(MenuTest, aRowsMenuActsOnItsRow)
     QGuiApplication::clipboard()->clear();
     choose(1, 0);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), row(1)->property("displayCode").toString().remove(u' '));
-    EXPECT_TRUE(clipboardIsMarked());
+    EXPECT_TRUE(clipboardHasHint());
     choose(0, 1);
     EXPECT_EQ(store.tokens->front().counter, 1U);
     choose(1, 1);
@@ -215,8 +205,7 @@ TEST_F(MenuTest, aKeyClosesTheWindowWhateverIsOpen)
 
 TEST_F(MenuTest, aPickersMenuGoesWithFocusAndTheFormStays)
 {
-    open("a");
-    openSheet();
+    openForm();
     QQuickItem* uri = window->activeFocusItem();
     QQuickItem* picker = button("Algorithm");
     for (QQuickItem* next : {picker, uri}) {

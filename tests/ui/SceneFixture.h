@@ -2,6 +2,7 @@
 
 #include "tests/ui/ScreenFixture.h"
 #include "ui/app/MakeMainWindow.h"
+#include "ui/desktop/SystemAppearance.h"
 
 #include <QList>
 #include <QQmlExpression>
@@ -42,6 +43,15 @@ protected:
     {
         return QQmlExpression(qmlContext(user), user, QLatin1String(name)).evaluate().value<QObject*>();
     }
+
+    /// One of the desktop's settings, of which the next test knows nothing if this one sets it back.
+    void set(const char* group, const char* key, const QVariant& value)
+    {
+        auto* appearance = singleton("SystemAppearance", singleton("Theme", window.get()));
+        qobject_cast<SystemAppearance*>(appearance)->apply(QLatin1String(group), QLatin1String(key), value);
+    }
+
+    void setTextScale(double scale) { set("org.gnome.desktop.interface", "text-scaling-factor", scale); }
 
     ContentView contentView{store};
     QQmlEngine engine;
