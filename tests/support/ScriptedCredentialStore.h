@@ -35,7 +35,6 @@ public:
     std::map<ItemName, SecretString> items; ///< free to be changed without a call
     bool hasData = true; ///< else each search that finds its item hands back nothing
     bool isShared = false; ///< an item that this store has neither read nor written is not replaced
-    bool removesNothing = false; ///< fails instead
     CredentialStore* kept = nullptr; ///< its reserve
 
     OSStatus read(const ItemName& name, Search search, SecResult& result) noexcept override
@@ -80,7 +79,7 @@ public:
 
     OSStatus remove(const ItemName& name) noexcept override
     {
-        return removesNothing ? errSecIO : items.erase(name) > 0 ? errSecSuccess : errSecItemNotFound;
+        return items.erase(name) > 0 ? errSecSuccess : errSecItemNotFound;
     }
 
     CredentialStore* reserve() noexcept override { return kept; }

@@ -21,7 +21,8 @@ constexpr QSize phone(390, 844); ///< the size of a phone's screen, in points
 
 QVariantMap firstProperties(ContentView& contentView)
 {
-    const QSize size = phone.boundedTo(QGuiApplication::primaryScreen()->availableSize());
+    const QScreen* screen = QGuiApplication::primaryScreen(); // none while no display is connected
+    const QSize size = screen == nullptr ? phone : phone.boundedTo(screen->availableSize());
     return {{QStringLiteral("contentView"), QVariant::fromValue(&contentView)},
             {QStringLiteral("width"), size.width()},
             {QStringLiteral("height"), size.height()}};
@@ -68,7 +69,7 @@ std::unique_ptr<QQuickWindow> makeMainWindow(QQmlEngine& engine, ContentView& co
         return nullptr;
     }
     closeByKeys(*window);
-    // The first instant at which the window manager has told what frame it adds.
+    // The first instant at which the frame that the window manager adds is known.
     QObject::connect(
         window.get(), &QQuickWindow::afterAnimating, window.get(),
         [shown = window.get()] { fitToScreen(*shown); }, Qt::SingleShotConnection);

@@ -67,7 +67,7 @@ int fail(int status, const char* reason)
 
 int run(int& argc, char** argv)
 {
-    const QString token = activationToken(); // before the toolkit takes it
+    const QString token = activationToken(); // before the toolkit removes it
     drawInSoftware();
     const auto application = makeApplication(argc, argv);
     if (argc > 1) { // it may hold a secret, and is not repeated
@@ -77,7 +77,7 @@ int run(int& argc, char** argv)
     if (!name.take(token)) {
         return EXIT_SUCCESS;
     }
-    // Released before the name: whoever takes the name finds the folder free.
+    // Released before the name: whoever gets the name finds the folder free.
     const InstanceLock lock;
     if (lock.isTaken()) {
         return fail(EXIT_FAILURE, "It is already running.");
