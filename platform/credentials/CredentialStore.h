@@ -3,9 +3,9 @@
 #include "platform/credentials/Status.h"
 #include "platform/crypto/SecretMemory.h"
 
-#include <compare>
 #include <optional>
 #include <string>
+#include <tuple>
 
 namespace MirrowvaleAuthenticator {
 
@@ -14,7 +14,11 @@ struct ItemName {
     std::string service;
     std::string account;
 
-    friend auto operator<=>(const ItemName&, const ItemName&) = default;
+    friend bool operator==(const ItemName&, const ItemName&) = default;
+    friend bool operator<(const ItemName& one, const ItemName& other)
+    {
+        return std::tie(one.service, one.account) < std::tie(other.service, other.account);
+    }
 };
 
 /// How far a search goes before it answers that there is no such item.
