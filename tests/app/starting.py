@@ -35,12 +35,13 @@ class StartingTest(WindowTest):
         uri = f"otpauth://totp/Acme:alice?secret={secret}"
         for status, said, environment, *arguments in (
                 (0, None, nowhere, "--help"),
-                (0, None, nowhere, "-platform", "xcb", "--version"),
+                (0, None, nowhere, "--version"),
                 (2, "URI goes into the form", screen, uri),
+                (2, "URI goes into the form", screen, uri, "--help"),
                 (2, "--help and --version alone", screen, "-platform", "xcb", "--verbose"),
-                (1, "no display", nowhere),
-                (1, "no display", {**nowhere, "DISPLAY": "nowhere:7"}),
-                (1, "no display", {**nowhere, "WAYLAND_DISPLAY": "nowhere", "XDG_SESSION_TYPE": "wayland"})):
+                (1, "No window can", nowhere),
+                (1, "No window can", {**nowhere, "DISPLAY": "nowhere:7"}),
+                (1, "No window can", {**nowhere, "WAYLAND_DISPLAY": "nowhere", "XDG_SESSION_TYPE": "wayland"})):
             with self.subTest(arguments=arguments):
                 self.endsWith(status, said, environment, *arguments)
         self.process = self.second({**nowhere, "DISPLAY": screen["DISPLAY"]}, "-platform", "xcb", "-qwindowtitle", "x")

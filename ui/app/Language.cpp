@@ -38,6 +38,9 @@ QString bestTranslation(const QStringList& wanted)
     return {};
 }
 
+/// The toolkit's own word in the names of keys, of which it has no translation here.
+[[maybe_unused]] constexpr auto nameOfControlKey = QT_TRANSLATE_NOOP("QShortcut", "Ctrl");
+
 void useTranslation(QGuiApplication& application, const QString& translation)
 {
     if (translation.isEmpty()) {

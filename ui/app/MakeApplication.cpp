@@ -23,7 +23,8 @@ QtMessageHandler usualHandler = nullptr;
 void endWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
     if (type == QtFatalMsg) {
-        std::cerr << "mirrowvale-authenticator: There is no display to open a window on.\n";
+        std::cerr << "mirrowvale-authenticator: No window can be opened: no display, or not the platform "
+                     "asked for.\n";
         std::_Exit(EXIT_FAILURE);
     }
     if (type == QtDebugMsg) { // which somebody has asked for

@@ -24,7 +24,7 @@ int MirrowvaleAuthenticatorApp::run()
     }
     quitAtEndingSignals();
     const int status = QGuiApplication::exec();
-    leave();
+    window_->hide(); // a signal leaves it open
     return status;
 }
 

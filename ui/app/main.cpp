@@ -46,17 +46,11 @@ constexpr auto help =
     "that \"+\" opens there. The toolkit's own options, such as -platform, are taken, too.\n";
 constexpr auto version = "Mirrowvale Authenticator " MIRROWVALE_VERSION "\n";
 
-/// Whether an argument asked for a text, which is on standard output then.
-bool answered(int argc, char** argv)
+/// The text that the one argument asks for; null for any other.
+const char* answerTo(int argc, char** argv)
 {
-    for (int index = 1; index < argc; ++index) {
-        const std::string_view argument = argv[index];
-        if (argument == "--help" || argument == "--version") {
-            std::cout << (argument == "--help" ? help : version);
-            return true;
-        }
-    }
-    return false;
+    const std::string_view argument = argc == 2 ? argv[1] : "";
+    return argument == "--help" ? help : argument == "--version" ? version : nullptr;
 }
 
 int fail(int status, const char* reason)
@@ -93,8 +87,8 @@ constexpr std::chrono::seconds busTimeout{2};
 int main(int argc, char* argv[])
 {
     protectProcess();
-    if (answered(argc, argv)) {
-        return EXIT_SUCCESS;
+    if (const char* answer = answerTo(argc, argv)) {
+        return std::cout << answer << std::flush ? EXIT_SUCCESS : EXIT_FAILURE;
     }
     PortalQuestion question; // first, for all the time that the desktop can get, and before any thread
     const auto bus = connectToSessionBus(busTimeout); // open already when the keyring is asked

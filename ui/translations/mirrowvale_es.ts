@@ -108,6 +108,13 @@
     </message>
 </context>
 <context>
+    <name>QShortcut</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Ctrl</translation>
+    </message>
+</context>
+<context>
     <name>Stepper</name>
     <message>
         <source>Decrement</source>

@@ -33,7 +33,7 @@ PopupSurface {
             visible: text.length > 0
             text: root.button.key
             font: Theme.footnote
-            color: Theme.secondary
+            color: Theme.primary
         }
     }
 
