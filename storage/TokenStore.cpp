@@ -146,18 +146,14 @@ bool TokenStore::saveReserve()
     }
 }
 
-/// The item has gone, and with it all that was saved.
-void TokenStore::saveAllInReserve()
-{
-    saved_.clear();
-    saveReserve();
-}
-
 void TokenStore::saveItem()
 {
+    const auto itemHasGone = [this] { // and with it all that was saved
+        saved_.clear();
+        saveReserve();
+    };
     saveMerged(
-        itemState_, [this] { storage_.save(*tokens, [this] { saveAllInReserve(); }); },
-        [this] { mergeItem(); });
+        itemState_, [&] { storage_.save(*tokens, itemHasGone); }, [this] { mergeItem(); });
     noteSaved(*tokens);
 }
 

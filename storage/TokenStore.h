@@ -48,7 +48,6 @@ private:
     using State = StoredList::State;
 
     bool saveReserve();
-    void saveAllInReserve();
     void saveItem();
     void mergeItem();
     void mergeReserve();
