@@ -118,6 +118,8 @@ class StartingTest(WindowTest):
         self.addCleanup(self.process.send_signal, signal.SIGCONT)
         self.endsWith(0, None, self.onBus)
         self.endsWith(1, "already running", self.withoutBus)
+        self.process.send_signal(signal.SIGCONT)
+        self.find("Add token")  # it goes on
 
     def testFrozenBus(self):
         """A bus that does not answer keeps nobody from their list."""
