@@ -34,7 +34,7 @@ OSStatus DeviceCredentialStore::add(const ItemName& name, const SecretString& da
     return statusOf([&] {
         const auto status = requirePlace(name).add(name, data);
         if (status == errSecSuccess && place_ == Place::keyring) {
-            record(name, Place::keyring);
+            record(name, Place::keyring, recordedPlace(name));
         }
         return status;
     });
@@ -72,12 +72,12 @@ OSStatus DeviceCredentialStore::find(const ItemName& name, SecResult& result)
     switch (status) {
     case errSecSuccess:
         place_ = Place::keyring;
-        record(name, place_);
+        record(name, place_, recorded);
         return status;
     case errSecItemNotFound: {
         const auto sealedStatus = askSealedFiles(name, result);
         if (place_ == Place::sealedFiles && recorded != Place::keyring) {
-            record(name, place_); // else another keyring than this one may have the item
+            record(name, place_, recorded); // else another keyring than this one may have the item
         }
         return sealedStatus;
     }
@@ -134,10 +134,11 @@ DeviceCredentialStore::Place DeviceCredentialStore::recordedPlace(const ItemName
     return place;
 }
 
-/// Writes the location record. A failure is ignored: the next start goes by the record before.
-void DeviceCredentialStore::record(const ItemName& name, Place place) const
+/// Writes the location record, where it changes. A failure is ignored: the next start goes by the record
+/// before.
+void DeviceCredentialStore::record(const ItemName& name, Place place, Place before) const
 {
-    if (recordedPlace(name) == place) {
+    if (place == before) {
         return;
     }
     statusOf([&] {

@@ -49,7 +49,7 @@ private:
     OSStatus askKeyring(const ItemName& name, Place recorded, SecResult& result) const;
     OSStatus askSealedFiles(const ItemName& name, SecResult& result);
     Place recordedPlace(const ItemName& name) const;
-    void record(const ItemName& name, Place place) const;
+    void record(const ItemName& name, Place place, Place before) const;
 
     CredentialStore& keyring_;
     CredentialStore& sealedFiles_;
