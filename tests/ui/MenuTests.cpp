@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 
+#include <dlfcn.h>
 #include <functional>
 #include <tuple>
 
@@ -42,7 +43,12 @@ protected:
 
 TEST_F(MenuTest, aRowHasOneMenuBesideItHoweverItIsAskedFor)
 {
+    const auto arePopupsLoaded = [] {
+        return dlopen("libQt6QuickTemplates2.so.6", RTLD_LAZY | RTLD_NOLOAD) != nullptr;
+    };
+    const bool wereLoaded = arePopupsLoaded();
     open("abc");
+    EXPECT_EQ(arePopupsLoaded(), wereLoaded) << "each start waits for what few ever need";
     window->resize(390, 1000); // for rows of the larger text
     makeFirstCounted();
     const auto rightClick = [this](const QQuickItem& item) {

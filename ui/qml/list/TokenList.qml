@@ -17,7 +17,8 @@ ListView {
     property SelectableCode selectedCode: null
 
     readonly property alias rowFocus: focusInRows
-    readonly property RowMenu rowMenu: menu.item as RowMenu
+    // Its type is not named: to know it, each start would load the toolkit's popups, an eighth of its instructions.
+    readonly property var rowMenu: menu.item
     readonly property TokenRow rowWithMenu: rowMenu?.visible ? rowMenu.row : null
 
     /// 0 while the large title is in sight, 1 when it has gone under the bar.
