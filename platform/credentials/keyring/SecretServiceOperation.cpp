@@ -68,7 +68,7 @@ void SecretServiceOperation::connect()
     }
     ErrorReport report;
     const auto answer = wait([&](auto... rest) {
-        secret_service_open(promptingServiceType(), nullptr, SECRET_SERVICE_OPEN_SESSION, rest...);
+        secret_service_open(promptingServiceType(), nullptr, SECRET_SERVICE_NONE, rest...);
     });
     service_.reset(secret_service_open_finish(answer.get(), report));
     report.require();
