@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <unordered_map>
+#include <map>
 
 namespace MirrowvaleAuthenticator {
 
@@ -11,7 +11,7 @@ std::vector<AuthToken> merged(std::vector<AuthToken> tokens, const std::vector<A
     if (others.empty()) {
         return tokens;
     }
-    std::unordered_map<UUID, std::size_t, UUIDHash> places; // of the first token with an id
+    std::map<UUID, std::size_t> places; // of the first token with an id
     for (std::size_t place = 0; place < tokens.size(); ++place) {
         places.emplace(tokens[place].id, place);
     }

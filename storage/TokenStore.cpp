@@ -186,7 +186,7 @@ void TokenStore::noteSaved(const std::vector<AuthToken>& list)
 {
     saved_.clear();
     for (const auto& token : list) {
-        saved_.emplace(token.id.bytes, token.counter);
+        saved_.emplace(token.id, token.counter);
     }
 }
 
@@ -195,7 +195,7 @@ std::vector<AuthToken> TokenStore::unsaved() const
 {
     std::vector<AuthToken> missing;
     std::ranges::copy_if(*tokens, std::back_inserter(missing), [&](const auto& token) {
-        return !saved_.contains({token.id.bytes, token.counter});
+        return !saved_.contains({token.id, token.counter});
     });
     return missing;
 }

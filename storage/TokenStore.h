@@ -61,7 +61,7 @@ private:
     State reserveState_ = State::unreached;
     /// `id` and counter of each token in the item, as far as it was read: nothing else of a token ever
     /// changes.
-    std::set<std::pair<decltype(UUID::bytes), std::uint64_t>> saved_;
+    std::set<std::pair<UUID, std::uint64_t>> saved_;
     bool isSaveDue_ = false;
 };
 

@@ -3,7 +3,7 @@
 #include "platform/crypto/RandomBytes.h"
 #include "platform/text/Hexadecimal.h"
 
-#include <cstring>
+#include <cstddef>
 
 namespace MirrowvaleAuthenticator {
 
@@ -57,13 +57,6 @@ std::string UUID::string() const
         appendHexadecimal(text, bytes[index]);
     }
     return text;
-}
-
-std::size_t UUIDHash::operator()(const UUID& id) const noexcept
-{
-    std::size_t hash = 0;
-    std::memcpy(&hash, id.bytes.data(), sizeof hash);
-    return hash;
 }
 
 } // namespace MirrowvaleAuthenticator

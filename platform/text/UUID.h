@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,12 +21,7 @@ struct UUID {
     /// The 36-character form, hexadecimal digits in upper case.
     std::string string() const;
 
-    friend bool operator==(const UUID&, const UUID&) = default;
-};
-
-/// The identifier is random already: its own bytes serve as its hash.
-struct UUIDHash {
-    std::size_t operator()(const UUID& id) const noexcept;
+    friend auto operator<=>(const UUID&, const UUID&) = default;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -5,7 +5,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <unordered_set>
+#include <set>
 
 namespace MirrowvaleAuthenticator {
 
@@ -114,7 +114,7 @@ TEST(LocalizedOrder, followsTheUsersLocaleAndIgnoresCase)
 // The fuzz target of the stored form checks which texts are identifiers.
 TEST(UUID, makesDistinctRandomIdentifiers)
 {
-    std::unordered_set<UUID, UUIDHash> seen;
+    std::set<UUID> seen;
     for (int round = 0; round < 1000; ++round) {
         const auto id = UUID::random();
         EXPECT_TRUE(seen.insert(id).second);

@@ -9,8 +9,8 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <cstddef>
+#include <map>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace MirrowvaleAuthenticator {
@@ -69,7 +69,7 @@ private:
     TokenStore& store_;
     Date now_;
     std::vector<UUID> ids_;
-    std::unordered_map<UUID, CopiedState, UUIDHash> copiedStates_;
+    std::map<UUID, CopiedState> copiedStates_;
 };
 
 } // namespace MirrowvaleAuthenticator
