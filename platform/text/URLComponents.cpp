@@ -90,10 +90,9 @@ std::optional<URLComponents> URLComponents::fromString(std::string_view text)
     }
     const std::unique_ptr<UriUriA, FreeUriMembers> owner(&parsed);
 
-    const auto scheme = piece(rest, parsed.scheme);
     const auto host = piece(rest, parsed.hostText);
-    const auto query = piece(rest, parsed.query);
-    if (scheme) {
+    const auto query = piece(rest, parsed.query).value_or(std::span<char>());
+    if (const auto scheme = piece(rest, parsed.scheme)) {
         components.scheme = view(*scheme);
         rest = rest.subspan(scheme->size() + 1);
     }
@@ -103,9 +102,7 @@ std::optional<URLComponents> URLComponents::fromString(std::string_view text)
     }
     components.host = host ? removePercentEncoding(*host) : std::nullopt;
     components.path = *path;
-    if (query) {
-        appendQueryItems(*query, components.queryItems);
-    }
+    appendQueryItems(query, components.queryItems);
     return components;
 }
 
