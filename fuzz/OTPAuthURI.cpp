@@ -32,7 +32,7 @@ Outcome outcomeOf(AuthToken (*parse)(std::string_view), std::string_view text)
     }
 }
 
-/// Takes what stands before the first of `ends` off the front, and that one too.
+/// Takes the text before the first of `ends` off the front, and that one too.
 std::string takeUpTo(const char* ends, std::string& text)
 {
     const auto length = std::min(text.find_first_of(ends), text.size());
@@ -130,7 +130,7 @@ bool hasWholeEscapes(std::string_view text)
     return true;
 }
 
-/// Whether a text is a URI beyond doubt: a scheme, a host of letters, no characters but those that may stand
+/// Whether a text is a URI beyond doubt: a scheme, a host of letters, no characters but those that may be
 /// anywhere after it, escapes that are whole, and a path that decodes.
 bool isPlainURI(std::string_view text)
 {
