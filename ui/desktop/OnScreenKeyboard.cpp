@@ -2,11 +2,12 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QPointerEvent>
 #include <QQuickItem>
+
+#include <utility>
 
 namespace MirrowvaleAuthenticator {
 
@@ -36,7 +37,9 @@ OnScreenKeyboard::OnScreenKeyboard(QQuickWindow& window) : QObject(&window)
 
 OnScreenKeyboard::~OnScreenKeyboard()
 {
-    hide();
+    if (wanted_) {
+        setVisible(false);
+    }
 }
 
 bool OnScreenKeyboard::isNeeded()
@@ -48,42 +51,16 @@ bool OnScreenKeyboard::eventFilter(QObject* watched, QEvent* event)
 {
     // The user may have hidden the on-screen keyboard meanwhile.
     if (wanted_ && pressesFocus(*qobject_cast<QQuickWindow*>(watched), *event)) {
-        show();
+        setVisible(true);
     }
     return QObject::eventFilter(watched, event);
 }
 
 void OnScreenKeyboard::followFocus()
 {
-    wanted_ = QInputMethod::queryFocusObject(Qt::ImEnabled, {}).toBool();
-    if (wanted_) {
-        show();
-    } else {
-        hide();
-    }
-}
-
-void OnScreenKeyboard::show()
-{
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    question << keyboardService;
-    const auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
-        finished->deleteLater();
-        if (wanted_ && finished->reply().arguments().value(0) == QVariant(true)) {
-            asked_ = true;
-            setVisible(true);
-        }
-    });
-}
-
-void OnScreenKeyboard::hide()
-{
-    if (asked_) {
-        asked_ = false;
-        setVisible(false);
+    const bool wasWanted = std::exchange(wanted_, QInputMethod::queryFocusObject(Qt::ImEnabled, {}).toBool());
+    if (wasWanted || wanted_) {
+        setVisible(wanted_);
     }
 }
 

@@ -7,7 +7,7 @@ namespace MirrowvaleAuthenticator {
 
 /// Has a phone's shell show its on-screen keyboard while a field of the window has focus, and only then. The
 /// shell's own interface on the session bus is used, `sm.puri.OSK0`; where nobody owns that name, as on a
-/// desktop, nobody is asked and nothing is started. What the keyboard types comes as ordinary key events.
+/// desktop, nobody is reached and nothing is started. What the keyboard types comes as ordinary key events.
 /// Nothing waits for an answer.
 class OnScreenKeyboard : public QObject {
     Q_OBJECT
@@ -26,12 +26,9 @@ public:
 
 private:
     void followFocus();
-    void show();
-    void hide();
     static void setVisible(bool visible);
 
     bool wanted_ = false; ///< a field has focus
-    bool asked_ = false; ///< it was asked to show, and not to hide since
 };
 
 } // namespace MirrowvaleAuthenticator
