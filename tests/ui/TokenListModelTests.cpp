@@ -56,8 +56,8 @@ TEST_F(TokenListModelTest, tellsTheNarrowestChange)
 {
     // clang-format off
     const struct { const char* before; const char* after; const char* told; } cases[] = {
-        {"", "abc", "+0,2 "}, {"abc", "abcd", "+3,3 ~0,2 "}, {"abcdef", "adf", "-4,4 -1,2 ~0,2 "},
-        {"abc", "acd", "-1,1 +2,2 ~0,1 "}, {"abab", "bb", "-2,2 -0,0 ~0,1 "}, {"abc", "cba", "-0,1 +1,2 ~0,0 "},
+        {"", "abc", "+0,2 "}, {"abc", "abcd", "+3,3 ~0,2 "}, {"abcdef", "adf", "-1,2 -2,2 ~0,2 "},
+        {"abc", "acd", "-1,1 +2,2 ~0,1 "}, {"abab", "bb", "-0,0 -1,1 ~0,1 "}, {"abc", "cba", "-0,1 +1,2 ~0,0 "},
     };
     // clang-format on
     for (const auto& test : cases) {

@@ -64,7 +64,7 @@ QVariant TokenListModel::data(const QModelIndex& index, int role) const
 
 void TokenListModel::render()
 {
-    removeRowsExcept(rowsToKeep());
+    removeRowsThatLeft();
     const int stayed = rowCount();
     appendMissingRows();
     if (stayed > 0) {
@@ -73,34 +73,19 @@ void TokenListModel::render()
     forgetCopiedStatesOfRemovedTokens();
 }
 
-std::vector<bool> TokenListModel::rowsToKeep() const
+void TokenListModel::removeRowsThatLeft()
 {
     // The rows that stay spell out the beginning of the store's list; whatever the change was, removing the
     // others and appending the rest of the list gives the list.
-    std::vector<bool> kept(ids_.size());
-    auto next = store_.tokens->begin();
-    for (std::size_t row = 0; row < ids_.size() && next != store_.tokens->end(); ++row) {
-        if (ids_[row] == next->id) {
-            kept[row] = true;
-            ++next;
-        }
-    }
-    return kept;
-}
-
-void TokenListModel::removeRowsExcept(const std::vector<bool>& kept)
-{
-    for (int end = rowCount(); end > 0;) {
-        int first = end;
-        while (first > 0 && !kept[static_cast<std::size_t>(first - 1)]) {
-            --first;
-        }
-        if (first < end) {
-            beginRemoveRows({}, first, end - 1);
-            ids_.erase(ids_.begin() + first, ids_.begin() + end);
+    const auto& tokens = *store_.tokens;
+    for (std::size_t row = 0; row < ids_.size(); ++row) {
+        const auto first = ids_.begin() + static_cast<std::ptrdiff_t>(row);
+        const auto stays = row < tokens.size() ? std::find(first, ids_.end(), tokens[row].id) : ids_.end();
+        if (first != stays) {
+            beginRemoveRows({}, static_cast<int>(row), static_cast<int>(stays - ids_.begin()) - 1);
+            ids_.erase(first, stays);
             endRemoveRows();
         }
-        end = first - 1;
     }
 }
 

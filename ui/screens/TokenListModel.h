@@ -45,7 +45,8 @@ public:
     /// Updates the rows to the store's tokens.
     void render();
 
-    /// Sets the instant that codes and countdowns are computed for.
+    /// The instant that codes and countdowns are computed for.
+    Date now() const { return now_; }
     void setNow(Date instant);
 
     /// The listed token that a row shows; none for a row that does not exist or whose token has just been
@@ -59,8 +60,7 @@ private:
     /// Whether the acknowledgement of one token shows; goes with its token.
     using CopiedState = std::shared_ptr<bool>;
 
-    std::vector<bool> rowsToKeep() const;
-    void removeRowsExcept(const std::vector<bool>& kept);
+    void removeRowsThatLeft();
     void appendMissingRows();
     void forgetCopiedStatesOfRemovedTokens();
     void setCopied(const UUID& id, bool& state, bool copied);
