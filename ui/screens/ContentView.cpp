@@ -20,8 +20,7 @@ constexpr std::chrono::milliseconds tickInterval{1000};
 ContentView::ContentView(TokenStore& store, QObject* parent)
     : QObject(parent),
       store_(store),
-      rows_(store, now_),
-      empty_(store.tokens->empty()),
+      rows_(store, Date::now()),
       subscription_(store.objectWillChange([this] { renderSoon(); }))
 {
     ticker_.setTimerType(Qt::PreciseTimer);
@@ -37,7 +36,7 @@ void ContentView::setVisible(bool visible)
 
 void ContentView::startOrStopClock()
 {
-    const bool runs = visible_ && !empty_;
+    const bool runs = visible_ && !store_.tokens->empty();
     if (runs == ticker_.isActive()) {
         return;
     }
@@ -51,8 +50,7 @@ void ContentView::startOrStopClock()
 
 void ContentView::tick()
 {
-    now_ = Date::now();
-    rows_.setNow(now_);
+    rows_.setNow(Date::now());
 }
 
 void ContentView::renderSoon()
@@ -68,10 +66,10 @@ void ContentView::renderIfChanged()
     if (!std::exchange(changed_, false)) {
         return;
     }
-    const bool wasEmpty = std::exchange(empty_, store_.tokens->empty());
+    const bool wasEmpty = isEmpty();
     startOrStopClock(); // first: a first row's code is that of its instant
     rows_.render();
-    if (wasEmpty != empty_) {
+    if (wasEmpty != isEmpty()) {
         emit emptyChanged();
     }
 }

@@ -28,14 +28,14 @@ public:
     explicit ContentView(TokenStore& store, QObject* parent = nullptr);
 
     TokenListModel* rows() { return &rows_; }
-    Date now() const { return now_; }
+    Date now() const { return rows_.now(); }
 
     /// Says whether the screen can be seen. Its clock runs only while it can and there is a row to see, and
     /// is right from the first instant on.
     void setVisible(bool visible);
 
     /// Whether the empty state is shown instead of the list, as of the last rendering.
-    bool isEmpty() const { return empty_; }
+    bool isEmpty() const { return rows_.rowCount() == 0; }
 
     bool showingAdd() const { return showingAdd_; }
     void setShowingAdd(bool showing);
@@ -64,12 +64,10 @@ private:
 
     TokenStore& store_;
     bool showingAdd_ = false;
-    Date now_ = Date::now();
     QTimer ticker_;
     bool visible_ = false;
 
     TokenListModel rows_;
-    bool empty_;
     bool changed_ = false;
     AddTokenView* addTokenView_ = nullptr;
     ObservableObject::Subscription subscription_;
