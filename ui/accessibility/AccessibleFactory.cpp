@@ -8,6 +8,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 namespace MirrowvaleAuthenticator {
 
 namespace {
@@ -66,6 +68,15 @@ public:
         if (actionNames().contains(name)) {
             emit list_->scrollRequested(name == scrollDownAction() ? 1 : -1);
         }
+    }
+
+protected:
+    /// From top to bottom: they are stacked in the order in which the view made them.
+    QList<QAccessibleInterface*> children() const override
+    {
+        auto found = ItemAccessible::children();
+        std::ranges::stable_sort(found, {}, [](QAccessibleInterface* child) { return child->rect().top(); });
+        return found;
     }
 
 private:

@@ -19,31 +19,6 @@ void TokenRowItem::announce()
     }
 }
 
-void TokenRowItem::componentComplete()
-{
-    KeyboardFocusItem::componentComplete();
-    stackInOrder();
-}
-
-void TokenRowItem::stackInOrder()
-{
-    const TokenRowItem* previous = nullptr;
-    for (QQuickItem* sibling : parentItem() != nullptr ? parentItem()->childItems() : QList<QQuickItem*>()) {
-        const auto* row = qobject_cast<TokenRowItem*>(sibling);
-        if (row == nullptr || row == this || !row->isVisible()) {
-            continue;
-        }
-        if (row->index_ > index_) {
-            stackBefore(row);
-            return;
-        }
-        previous = row;
-    }
-    if (previous != nullptr) {
-        stackAfter(previous);
-    }
-}
-
 QString TokenRowItem::spokenText() const
 {
     QString digits;

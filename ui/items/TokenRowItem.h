@@ -31,10 +31,6 @@ public:
 
     bool doesOfferNext() const { return offersNext_; }
 
-    /// Stacks the row among its visible siblings as it is listed: a screen reader reads them in that order,
-    /// but a list appends what it makes.
-    Q_INVOKABLE void stackInOrder();
-
 signals:
     void indexChanged();
     void tokenChanged();
@@ -45,9 +41,6 @@ signals:
     void copyRequested();
     void nextRequested();
     void deleteRequested();
-
-protected:
-    void componentComplete() override;
 
 private:
     void announce();

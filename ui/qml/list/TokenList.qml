@@ -136,7 +136,6 @@ ListView {
             visible = true
             // Qt 6.8.2 hides a pooled row from screen readers, and does not show a reused one to them again.
             Accessible.ignored = false
-            stackInOrder()
         }
         onOpenChanged: open ? list.noteOpened(row) : list.noteClosed(row)
         onTappedToClose: list.closeOpenRow()
