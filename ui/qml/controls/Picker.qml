@@ -48,6 +48,4 @@ PlainButton {
             }
         }
     }
-
-    RowSeparator { }
 }

@@ -29,8 +29,6 @@ FocusScope {
     Accessible.role: Accessible.Grouping
     Accessible.name: label
 
-    RowSeparator { }
-
     Label {
         id: labelText
 

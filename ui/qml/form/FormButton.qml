@@ -26,6 +26,4 @@ PlainButton {
         verticalAlignment: Text.AlignVCenter
         horizontalAlignment: Text.AlignLeft
     }
-
-    RowSeparator { }
 }

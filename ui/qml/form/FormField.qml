@@ -26,8 +26,6 @@ T.TextField {
 
     FieldDrop { field: root }
 
-    RowSeparator { }
-
     Placeholder {
         anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
         visible: root.length === 0 && root.preeditText.length === 0

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import MirrowvaleAuthenticator
 
@@ -39,6 +41,17 @@ Column {
             id: column
 
             width: parent.width
+        }
+
+        Repeater {
+            model: column.children.length - 1
+
+            Hairline {
+                required property int index
+
+                anchors { left: parent.left; leftMargin: Theme.padding; right: parent.right }
+                y: column.children[index + 1].y
+            }
         }
     }
 }

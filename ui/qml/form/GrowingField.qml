@@ -67,8 +67,6 @@ T.TextArea {
 
     FieldDrop { field: root }
 
-    RowSeparator { }
-
     // A finger that moves scrolls the form; a pointer selects.
     HoverHandler {
         id: pointer
