@@ -22,15 +22,5 @@ T.TextField {
     Keys.onPressed: event => event.accepted = event.isAutoRepeat && (event.key === Qt.Key_Return
                                                                      || event.key === Qt.Key_Enter)
 
-    FieldEditMenu { field: root }
-
-    FieldDrop { field: root }
-
-    Placeholder {
-        anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
-        visible: root.length === 0 && root.preeditText.length === 0
-        text: root.placeholder
-        font: root.font
-        verticalAlignment: Text.AlignVCenter
-    }
+    FieldParts { field: root }
 }

@@ -63,23 +63,12 @@ T.TextArea {
         }
     }
 
-    FieldEditMenu { field: root }
-
-    FieldDrop { field: root }
+    FieldParts { field: root }
 
     // A finger that moves scrolls the form; a pointer selects.
     HoverHandler {
         id: pointer
 
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-    }
-
-    Placeholder {
-        x: root.leftPadding
-        y: root.topPadding
-        width: root.width - root.leftPadding - root.rightPadding
-        visible: root.length === 0 && root.preeditText.length === 0
-        text: root.placeholder
-        font: root.font
     }
 }
