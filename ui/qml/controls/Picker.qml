@@ -7,26 +7,60 @@ import MirrowvaleAuthenticator
 PlainButton {
     id: root
 
-    required property string label
+    required text
+    /// What is chosen.
+    required subject
     required property var options
-    required property string choice
 
     signal chosen(string option)
 
-    text: label
-    subject: choice
+    readonly property real besideLabel: choice.implicitWidth + 4 + chevrons.width + Theme.spacing
+
+    /// Whether the choice is below the label, having no space beside it.
+    readonly property bool stacked: label.implicitWidth + besideLabel > width - 2 * Theme.padding
+
     opensMenu: true
-    implicitHeight: Math.max(Theme.target, value.implicitHeight + 24)
+    implicitHeight: Math.max(Theme.target, label.height + (stacked ? 4 + choice.height : 0) + 24)
     focusRing.anchors.margins: 2
     onClicked: choices.openFrom(root, Qt.rect(0, 0, width, height))
 
-    PickerValue {
-        id: value
+    WholeText {
+        id: label
 
-        anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
-        label: root.label
-        choice: root.choice
-        pressed: root.down || choices.visible
+        anchors {
+            left: parent.left
+            leftMargin: Theme.padding
+            verticalCenter: parent.verticalCenter
+            verticalCenterOffset: root.stacked ? -(choice.height + 4) / 2 : 0
+        }
+        width: root.width - 2 * Theme.padding - (root.stacked ? 0 : root.besideLabel)
+        text: root.text
+        font: Theme.body
+    }
+
+    Text {
+        id: choice
+
+        anchors {
+            right: chevrons.left
+            rightMargin: 4
+            verticalCenter: parent.verticalCenter
+            verticalCenterOffset: root.stacked ? (label.height + 4) / 2 : 0
+        }
+        text: root.subject
+        textFormat: Text.PlainText
+        font: Theme.body
+        color: Theme.secondary
+        opacity: root.down || choices.visible ? 0.5 : 1
+    }
+
+    Symbol {
+        id: chevrons
+
+        anchors { right: parent.right; rightMargin: Theme.padding; verticalCenter: choice.verticalCenter }
+        size: 16 * Theme.textScale
+        name: "chevron.up.chevron.down"
+        color: Theme.secondary
     }
 
     PopupMenu {
@@ -43,7 +77,7 @@ PlainButton {
                 menu: choices
                 text: modelData
                 checkable: true
-                checked: root.choice === modelData
+                checked: root.subject === modelData
                 onChosen: root.chosen(modelData)
             }
         }

@@ -187,9 +187,9 @@ Flickable {
 
             Picker {
                 width: parent.width
-                label: qsTr("Algorithm")
+                text: qsTr("Algorithm")
+                subject: root.form.algorithm
                 options: root.form.algorithms
-                choice: root.form.algorithm
                 onChosen: option => root.form.algorithm = option
             }
 
