@@ -1,19 +1,23 @@
 import QtQuick
 import MirrowvaleAuthenticator
 
-/// A button of a bar that is its title alone.
+/// A button that shows its title.
 PlainButton {
     id: root
 
-    property alias font: title.font
+    property alias title: title
 
-    implicitWidth: Math.max(Theme.target, title.implicitWidth + 2 * Theme.padding)
+    /// The space at both sides of the title.
+    property real margin: Theme.padding
+
+    implicitWidth: Math.max(Theme.target, title.implicitWidth + 2 * margin)
     implicitHeight: Math.max(Theme.target, title.implicitHeight)
+    baselineOffset: title.baselineOffset
 
     Text {
         id: title
 
-        anchors { fill: parent; leftMargin: Theme.padding; rightMargin: Theme.padding }
+        anchors { fill: parent; leftMargin: root.margin; rightMargin: root.margin }
         text: root.text
         font: Theme.barButton
         color: root.enabled ? Theme.tint : Theme.disabled

@@ -145,11 +145,26 @@ Flickable {
                 onCursorRectangleChanged: if (activeFocus) root.scrollToCaret()
             }
 
-            FormButton {
+            TextButton {
+                id: importURI
+
                 width: parent.width
+                implicitHeight: Math.max(Theme.target, title.implicitHeight + 22)
                 text: qsTr("Import URI")
+                title.font: Theme.body
+                title.horizontalAlignment: Text.AlignLeft
+                title.opacity: 1
+                focusRing.anchors.margins: 2
                 enabled: root.form.canImport
                 onClicked: root.importOrMoveOn()
+
+                Rectangle {
+                    z: -1
+                    anchors.fill: parent
+                    radius: Theme.cornerRadius
+                    color: Theme.fillPressed
+                    visible: importURI.down
+                }
             }
         }
 

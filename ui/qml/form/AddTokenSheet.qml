@@ -127,7 +127,7 @@ FocusScope {
 
                 anchors { right: parent.right; verticalCenter: parent.verticalCenter }
                 text: qsTr("Save")
-                font: Theme.barTitle
+                title.font: Theme.barTitle
                 enabled: root.form.canSave
                 onClicked: fields.save()
             }
