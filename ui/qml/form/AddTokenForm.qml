@@ -50,11 +50,9 @@ Flickable {
 
     /// Scrolls the row of the form that has focus into view.
     function scrollToFocus(): void {
-        for (const section of [importing, manual]) {
-            const row = section.rowAround(focusItem)
-            if (row) {
-                scrollTo(row, Qt.rect(0, 0, row.width, row.height))
-            }
+        const row = importing.rowAround(focusItem) ?? manual.rowAround(focusItem)
+        if (row) {
+            scrollTo(row, Qt.rect(0, 0, row.width, row.height))
         }
         if (uri.activeFocus) {
             scrollToCaret()
@@ -114,7 +112,8 @@ Flickable {
         target: root.form
 
         function onErrorChanged(): void {
-            message.announce()
+            announcement.visible = false // also where the message is the same again
+            announcement.visible = message.text.length > 0
             root.scrollToMessage()
         }
     }
@@ -233,11 +232,22 @@ Flickable {
             width: parent.width
             visible: root.form.error.length > 0
 
-            ErrorText {
+            WholeText {
                 id: message
 
                 width: parent.width
+                padding: Theme.padding
+                topPadding: 12
+                bottomPadding: 12
                 text: root.form.error
+                font: Theme.body
+                color: Theme.red
+
+                Announcement {
+                    id: announcement
+
+                    text: message.text
+                }
             }
         }
     }
