@@ -8,7 +8,6 @@ Item {
     required property string title
     property real titleOpacity: 1
     property bool lined: false
-    default property alias items: slots.data
 
     /// The width of each end.
     property real leadingWidth: 0
@@ -37,12 +36,6 @@ Item {
         verticalAlignment: Text.AlignVCenter
         Accessible.role: Accessible.Heading
         Accessible.name: text
-    }
-
-    Item {
-        id: slots
-
-        anchors.fill: parent
     }
 
     Hairline {
