@@ -76,10 +76,8 @@ TEST_F(ListHandTest, everyQuickTapCountsAndAHeldReturnOnce)
 TEST_F(ListHandTest, aRowServesItsNextTokenAsNew)
 {
     open("abcdefghijklmnopqrstuvwxyz");
-    QQuickItem* swiped = row(1);
-    swiped->setProperty("open", true);
-    swiped->setProperty("offset", 80);
-    ASSERT_NE(button("Delete"), nullptr);
+    swipe(*row(1));
+    awaited("Delete");
     for (const double far : {800.0, 0.0}) {
         view->setProperty("contentY", view->property("originY").toDouble() + far);
         ASSERT_TRUE(QTest::qWaitFor([&] { return row(far > 0 ? 10 : 1) != nullptr; }));

@@ -11,7 +11,6 @@ namespace MirrowvaleAuthenticator {
 class TokenRowItem : public MirrowvaleAuthenticator::KeyboardFocusItem { // qualified for the QML type system
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(int index MEMBER index_ NOTIFY indexChanged FINAL)
     Q_PROPERTY(QString issuer MEMBER issuer_ NOTIFY tokenChanged FINAL)
     Q_PROPERTY(QString account MEMBER account_ NOTIFY tokenChanged FINAL)
     Q_PROPERTY(QString displayCode MEMBER displayCode_ NOTIFY tokenChanged FINAL)
@@ -32,7 +31,6 @@ public:
     bool doesOfferNext() const { return offersNext_; }
 
 signals:
-    void indexChanged();
     void tokenChanged();
     void countdownChanged();
     void currentChanged();
@@ -45,7 +43,6 @@ signals:
 private:
     void announce();
 
-    int index_ = 0;
     QString issuer_;
     QString account_;
     QString displayCode_;

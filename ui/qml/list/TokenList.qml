@@ -28,21 +28,16 @@ ListView {
         if (openRow?.deleteButton?.activeFocus) {
             rowFocus.give(openRow, openRow.deleteButton.visualFocus)
         }
-        openRow?.settle(false)
+        const row = openRow
         openRow = null
+        row?.settle(false)
     }
 
-    /// Closes another one that is open: there is one at most.
-    function noteOpened(row: TokenRow): void {
-        if (openRow !== row) {
+    /// Notes that a row was opened, which closes another one, or closed: one at most is open.
+    function noteMoved(row: TokenRow, opens: bool): void {
+        if (opens !== (openRow === row)) {
             closeOpenRow()
-            openRow = row
-        }
-    }
-
-    function noteClosed(row: TokenRow): void {
-        if (openRow === row) {
-            openRow = null
+            openRow = opens ? row : null
         }
     }
 
@@ -118,6 +113,7 @@ ListView {
 
         width: list.width
         inset: Theme.inset(width)
+        open: list.openRow === row
         listHasOpenRow: list.openRow !== null
         hasMenu: list.rowWithMenu === row
         current: ListView.isCurrentItem
@@ -129,6 +125,9 @@ ListView {
             if (list.selectedCode === code) {
                 list.selectedCode = null
             }
+            if (open) {
+                list.openRow = null
+            }
             forget()
         }
         ListView.onReused: {
@@ -137,7 +136,7 @@ ListView {
             // Qt 6.8.2 hides a pooled row from screen readers, and does not show a reused one to them again.
             Accessible.ignored = false
         }
-        onOpenChanged: open ? list.noteOpened(row) : list.noteClosed(row)
+        onMoved: opens => list.noteMoved(row, opens)
         onTappedToClose: list.closeOpenRow()
         onCodeSelected: {
             if (list.selectedCode !== code) {
@@ -156,10 +155,7 @@ ListView {
         }
         onMenuRequested: place => list.openMenu(row, place)
         onNextRequested: list.contentView.advanceCounter(index)
-        onDeleteRequested: {
-            list.noteClosed(row)
-            list.rowFocus.deleteRow(row)
-        }
+        onDeleteRequested: list.rowFocus.deleteRow(row)
     }
 
     remove: Transition {

@@ -7,13 +7,14 @@ import MirrowvaleAuthenticator.Items
 TokenRowItem {
     id: root
 
-    required index
     required issuer
     required account
     required displayCode
     required offersNext
     required countdown
     required current
+    required open
+    required property int index
     required property string longestCountdown
     required property bool urgent
     required property bool copied
@@ -31,6 +32,9 @@ TokenRowItem {
     /// Whether one of its buttons is being pressed.
     readonly property bool presses: copy.down || ((next.item as BorderedButton)?.down ?? false)
 
+    /// It was opened or closed by hand or key.
+    signal moved(bool opens)
+
     signal copyPressed
     signal tappedToClose
     signal codeSelected
@@ -39,7 +43,7 @@ TokenRowItem {
     signal menuRequested(real place)
 
     function settle(opens: bool): void {
-        open = opens
+        moved(opens)
         swipe.settle(opens)
     }
 
@@ -47,11 +51,6 @@ TokenRowItem {
     function openByKey(): void {
         settle(true)
         deleteButton?.forceActiveFocus(Qt.TabFocusReason)
-    }
-
-    function close(): void {
-        settle(false)
-        takeFocus()
     }
 
     function requestMenu(): void {
@@ -73,7 +72,6 @@ TokenRowItem {
 
     /// Forgets what was done to it as the row of another token.
     function forget(): void {
-        open = false
         swipe.closeAtOnce()
         code.forget()
     }
@@ -90,12 +88,6 @@ TokenRowItem {
     Keys.onEnterPressed: event => copyOnce(event)
     Keys.onSpacePressed: event => copyOnce(event)
     Keys.onDeletePressed: openByKey()
-    Keys.onEscapePressed: event => {
-        event.accepted = open
-        if (open) {
-            close()
-        }
-    }
     Keys.onMenuPressed: requestMenu()
     Keys.onPressed: event => {
         const asksForMenu = event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier
@@ -113,7 +105,7 @@ TokenRowItem {
         enabled: root.visible && !root.hasMenu // a row that waits for another token ends its swipe
         extent: root.deleteWidth
         open: root.open
-        onBegun: root.open = true
+        onBegun: root.moved(true)
         onEnded: opens => root.settle(opens)
     }
 
