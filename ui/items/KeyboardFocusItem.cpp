@@ -1,8 +1,6 @@
 #include "ui/items/KeyboardFocusItem.h"
 
 #include <QFocusEvent>
-#include <QGuiApplication>
-#include <QQuickWindow>
 
 #include <utility>
 
@@ -20,14 +18,14 @@ void KeyboardFocusItem::focusInEvent(QFocusEvent* event)
     const Qt::FocusReason reason = event->reason();
     const bool isByKey =
         reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
-    const bool isBack = std::exchange(leftWithWindow_, false) && reason != Qt::MouseFocusReason;
+    const bool isBack = std::exchange(keepsVisualFocus_, false) && reason != Qt::MouseFocusReason;
     setVisualFocus(isByKey || isBack);
     QQuickItem::focusInEvent(event);
 }
 
 void KeyboardFocusItem::focusOutEvent(QFocusEvent* event)
 {
-    leftWithWindow_ = hasVisualFocus_ && QGuiApplication::focusWindow() != window();
+    keepsVisualFocus_ = hasVisualFocus_ && hasFocus();
     setVisualFocus(false);
     QQuickItem::focusOutEvent(event);
 }

@@ -5,7 +5,8 @@
 
 namespace MirrowvaleAuthenticator {
 
-/// An item that knows whether it has focus and shows it, having got it by a key.
+/// An item that knows whether it has focus and shows it, having got it by a key. When another window, a menu
+/// or a sheet has taken focus and gives it back, the item shows it as before.
 class KeyboardFocusItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -26,7 +27,7 @@ protected:
 
 private:
     bool hasVisualFocus_ = false;
-    bool leftWithWindow_ = false; ///< had visual focus when another window got focus
+    bool keepsVisualFocus_ = false; ///< had it when its scope lost focus, in which it still has focus
 };
 
 } // namespace MirrowvaleAuthenticator

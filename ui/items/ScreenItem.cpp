@@ -4,6 +4,11 @@
 
 namespace MirrowvaleAuthenticator {
 
+ScreenItem::ScreenItem(QQuickItem* parent) : QQuickItem(parent)
+{
+    setFlag(ItemIsFocusScope);
+}
+
 void ScreenItem::itemChange(ItemChange change, const ItemChangeData& data)
 {
     QQuickItem::itemChange(change, data);

@@ -16,23 +16,10 @@ Window {
     title: qsTr("Mirrowvale Auth")
     color: Theme.background
 
-    /// What had focus when the sheet came up, and whether its ring showed.
-    property Item opener: null
-    property bool openerShowed: false
-
-    /// Gives focus back once the list screen can be used again.
-    function restoreFocus(): void {
-        const item = opener ?? (contentView.empty ? addButton : list)
-        item.forceActiveFocus(openerShowed ? Qt.ShortcutFocusReason : Qt.OtherFocusReason)
-        opener = null
-    }
-
     onFormChanged: {
         if (form) {
             list.closeOpenRow()
             list.clearSelection()
-            opener = activeFocusItem
-            openerShowed = (opener as KeyboardFocusItem)?.visualFocus ?? false
             sheet.setSource("form/AddTokenSheet.qml", { contentView: contentView, form: form })
         } else {
             sheet.setSource("")
@@ -54,7 +41,8 @@ Window {
         anchors.fill: parent
         enabled: !root.contentView.showingAdd
         Accessible.role: Accessible.Pane
-        onEnabledChanged: if (enabled) root.restoreFocus()
+        focus: true
+        onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)
         LayoutMirroring.enabled: Theme.mirrored
         LayoutMirroring.childrenInherit: true
 

@@ -1,6 +1,5 @@
 import QtQuick
 import MirrowvaleAuthenticator
-import MirrowvaleAuthenticator.Items
 
 /// A menu, as wide as its widest entry. It scrolls where the window is too low for it.
 PopupSurface {
@@ -8,10 +7,8 @@ PopupSurface {
 
     default property alias entries: column.data
 
-    /// What gets focus back when the menu closes, with the focus ring where it showed. A menu without one leaves focus
-    /// where it is.
+    /// What gets focus back when the menu closes. A menu without one leaves focus where it is.
     property Item opener: null
-    property bool ringShowed: false
     readonly property bool takesFocus: opener !== null
 
     readonly property Item focused: parent?.Window.activeFocusItem ?? null
@@ -20,7 +17,6 @@ PopupSurface {
     /// Opens with focus in the option that is chosen, or in the first entry.
     function openFrom(item: Item, place: rect): void {
         opener = item
-        ringShowed = (item as KeyboardFocusItem)?.visualFocus ?? false
         openBeside(place)
         const items = Array.from(column.children)
         const first = items.find(item => item.checked) ?? items[0]
@@ -39,12 +35,8 @@ PopupSurface {
     contentItem: content
     onActiveFocusChanged: if (!activeFocus) close()
     onClosed: {
-        if (opener?.enabled && (!focusIsElsewhere || opener.activeFocus)) {
+        if (opener?.enabled && !focusIsElsewhere) {
             opener.forceActiveFocus(Qt.PopupFocusReason)
-            const button = opener as KeyboardFocusItem
-            if (button) {
-                button.visualFocus = ringShowed
-            }
         }
     }
 
