@@ -34,7 +34,7 @@ void MirrowvaleAuthenticatorApp::follow(const ApplicationName& name)
                      [this](const QString& activationToken) { bringToFront(activationToken); });
     QObject::connect(window_.get(), &QWindow::visibilityChanged, [this](QWindow::Visibility visibility) {
         if (visibility == QWindow::Hidden || visibility == QWindow::Minimized) {
-            leave();
+            store_.persistAgain(); // the user turns away, or the program ends
         }
     });
 }
@@ -49,12 +49,6 @@ void MirrowvaleAuthenticatorApp::bringToFront(const QString& activationToken)
     window_->setVisible(true); // show() would also end that it is maximised
     window_->raise();
     window_->requestActivate();
-}
-
-/// The user turns away: the window is minimised, hidden or closed, or the program ends.
-void MirrowvaleAuthenticatorApp::leave()
-{
-    store_.persistAgain();
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -23,7 +23,6 @@ public:
 private:
     void follow(const ApplicationName& name);
     void bringToFront(const QString& activationToken);
-    void leave();
 
     TokenStore store_;
     ContentView contentView_{store_};

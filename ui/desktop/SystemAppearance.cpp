@@ -40,7 +40,11 @@ PortalQuestion* SystemAppearance::awaited = nullptr;
 SystemAppearance::SystemAppearance(QObject* parent) : QObject(parent)
 {
     QCoreApplication::instance()->installEventFilter(this);
-    followPortal();
+    // The slot has the whole message: one with a QDBusVariant was seen to be refused while the toolkit did
+    // not know that type yet.
+    QDBusConnection::sessionBus().connect(portalService, portalPath, portalInterface,
+                                          QStringLiteral("SettingChanged"), this,
+                                          SLOT(settingChanged(QDBusMessage)));
     if (awaited != nullptr) {
         receive(*awaited);
     }
@@ -67,15 +71,6 @@ void SystemAppearance::receive(PortalQuestion& question)
         notifier->deleteLater();
         receive(question);
     });
-}
-
-void SystemAppearance::followPortal()
-{
-    // The slot has the whole message: one with a QDBusVariant was seen to be refused while the toolkit did
-    // not know that type yet.
-    QDBusConnection::sessionBus().connect(portalService, portalPath, portalInterface,
-                                          QStringLiteral("SettingChanged"), this,
-                                          SLOT(settingChanged(QDBusMessage)));
 }
 
 void SystemAppearance::settingChanged(const QDBusMessage& signal)

@@ -51,7 +51,6 @@ private slots:
 
 private:
     void receive(PortalQuestion& question);
-    void followPortal();
 
     static PortalQuestion* awaited;
 
