@@ -88,6 +88,7 @@ TEST_F(AppearanceTest, everyTextStandsOutFromWhatLiesBehindIt)
         {"tint", {"background", "groupedBackground", "card", "fill", "fillPressed"}},
         {"red", {"background", "card"}},
         {"destructiveLabel", {"destructive"}},
+        {"destructive", {"background"}, 3, 3},
         {"separator", {"background", "groupedBackground", "card", "menu", "fillOnCard"}, 1.04},
         {"disabled", {"groupedBackground", "card", "fillOnCard"}, 1.5, 4.5},
     };

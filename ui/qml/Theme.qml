@@ -28,8 +28,8 @@ QtObject {
     readonly property color disabled: strong ? (dark ? "#b0b0b6" : "#66666c") : dark ? "#5c5c61" : "#b4b4ba"
     readonly property color tint: strong ? (dark ? "#b8d8ff" : "#003f8f") : dark ? "#6fadff" : "#0a60cc"
     readonly property color red: strong ? (dark ? "#ffb4ae" : "#9a0012") : dark ? "#ff7a70" : "#d0021b"
-    readonly property color destructive: strong ? "#9a0012" : dark ? "#d21f2d" : "#d0021b"
-    readonly property color destructiveLabel: "#ffffff"
+    readonly property color destructive: dark && !strong ? "#d21f2d" : red
+    readonly property color destructiveLabel: dark && strong ? "#000000" : "#ffffff"
     readonly property color selection: dark ? "#1f4f86" : "#b9d6fb"
 
     // Lines and fills.
