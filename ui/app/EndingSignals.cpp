@@ -18,25 +18,11 @@ constexpr std::array endingSignals{SIGTERM, SIGINT, SIGHUP};
 std::array<int, 2> wakeUp{}; ///< a pipe
 volatile std::sig_atomic_t received = 0;
 
-void handle(int number, void (*handler)(int))
-{
-    struct sigaction action { };
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    sigaction(number, &action, nullptr);
-}
-
-bool isIgnored(int number)
-{
-    struct sigaction action { };
-    return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
-}
-
 /// May call only what POSIX allows a signal's handler.
 void receive(int number)
 {
     for (const int each : endingSignals) {
-        handle(each, SIG_DFL);
+        static_cast<void>(std::signal(each, SIG_DFL));
     }
     received = number;
     const int error = errno;
@@ -57,8 +43,8 @@ void quitAtEndingSignals()
         QCoreApplication::quit();
     });
     for (const int number : endingSignals) {
-        if (!isIgnored(number)) {
-            handle(number, receive);
+        if (std::signal(number, receive) == SIG_IGN) {
+            static_cast<void>(std::signal(number, SIG_IGN));
         }
     }
 }
