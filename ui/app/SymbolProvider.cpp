@@ -7,10 +7,6 @@
 
 namespace MirrowvaleAuthenticator {
 
-SymbolProvider::SymbolProvider() : QQuickImageProvider(QQuickImageProvider::Image)
-{
-}
-
 QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize)
 {
     const qsizetype separator = id.lastIndexOf(u'/');

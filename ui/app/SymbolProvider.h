@@ -8,7 +8,7 @@ namespace MirrowvaleAuthenticator {
 /// pixels.
 class SymbolProvider : public QQuickImageProvider {
 public:
-    SymbolProvider();
+    SymbolProvider() : QQuickImageProvider(QQuickImageProvider::Image) { }
 
     QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
 };
