@@ -9,7 +9,11 @@
 namespace MirrowvaleAuthenticator {
 
 /// `text` as UTF-8; a surrogate without its other half becomes U+FFFD.
-std::string utf8FromQt(const QString& text);
+inline std::string utf8FromQt(const QString& text)
+{
+    // From UTF-16 at once, such a surrogate would become "?".
+    return QString::fromStdU32String(text.toStdU32String()).toStdString();
+}
 
 /// `text` for Qt; bytes that are not UTF-8 become U+FFFD.
 inline QString qtFromUTF8(std::string_view text)
