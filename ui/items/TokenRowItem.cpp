@@ -21,13 +21,8 @@ void TokenRowItem::announce()
 
 QString TokenRowItem::spokenText() const
 {
-    QString digits;
-    for (const QChar digit : displayCode_) {
-        if (!digit.isSpace()) {
-            digits += digits.isEmpty() ? QString(digit) : QLatin1Char(' ') + digit;
-        }
-    }
-    QStringList parts{issuer_, account_, digits};
+    const QStringList digits = QString(displayCode_).remove(u' ').split(QString(), Qt::SkipEmptyParts);
+    QStringList parts{issuer_, account_, digits.join(u' ')};
     if (!offersNext_) {
         parts += countdown_;
     }
