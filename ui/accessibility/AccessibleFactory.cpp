@@ -7,6 +7,7 @@
 #include "ui/items/TokenRowItem.h"
 
 #include <QCoreApplication>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -38,8 +39,8 @@ protected:
     }
 };
 
-/// The list: its rows and its scrolling. The toolkit's own (seen in Qt 6.4.2) also has the rows of deleted
-/// tokens, which wait for another token.
+/// The list, which has its window's title: its rows and its scrolling. The toolkit's own (seen in Qt 6.4.2)
+/// also has the rows of deleted tokens, which wait for another token.
 class ListAccessible : public ItemAccessible {
 public:
     explicit ListAccessible(QQuickItem* view)
@@ -53,7 +54,7 @@ public:
 
     QString text(QAccessible::Text kind) const override
     {
-        return kind == QAccessible::Name ? list_->title() : QString();
+        return kind == QAccessible::Name && window() != nullptr ? window()->title() : QString();
     }
 
     QAccessible::State state() const override

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QString>
 #include <QtQml/qqml.h>
 
 namespace MirrowvaleAuthenticator {
@@ -12,23 +11,15 @@ class AccessibleList : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("attached to a list view")
     QML_ATTACHED(MirrowvaleAuthenticator::AccessibleList) // qualified for the QML type system
-    Q_PROPERTY(QString title MEMBER title_ NOTIFY titleChanged FINAL)
 
 public:
     using QObject::QObject;
 
     static AccessibleList* qmlAttachedProperties(QObject* view) { return new AccessibleList(view); }
 
-    QString title() const { return title_; }
-
 signals:
-    void titleChanged();
-
     /// @param views  how far down, in heights of the view; negative upwards
     void scrollRequested(int views);
-
-private:
-    QString title_;
 };
 
 } // namespace MirrowvaleAuthenticator

@@ -83,7 +83,6 @@ ListView {
     cacheBuffer: 0
     reuseItems: true
     Accessible.role: Accessible.List
-    AccessibleList.title: title
     AccessibleList.onScrollRequested: views => rowFocus.scrollBy(views)
     Keys.forwardTo: [focusInRows]
     onMovementStarted: closeOpenRow()
