@@ -16,10 +16,10 @@ DragHandler {
     readonly property real flickSpeed: 300 // points a second
     property real start: 0
 
-    signal begun
-
-    /// @param opens  whether the row was let go so that it opens
-    signal ended(bool opens)
+    /// The row is swiped, or settles.
+    ///
+    /// @param opens  whether it is open from now on
+    signal moved(bool opens)
 
     readonly property NumberAnimation settling: NumberAnimation {
         target: root
@@ -29,6 +29,7 @@ DragHandler {
     }
 
     function settle(opens: bool): void {
+        moved(opens)
         settling.to = opens ? extent : 0
         settling.restart()
     }
@@ -41,7 +42,7 @@ DragHandler {
     function begin(): void {
         settling.stop()
         start = offset
-        begun()
+        moved(true)
     }
 
     function follow(): void {
@@ -58,6 +59,6 @@ DragHandler {
     target: null
     yAxis.enabled: false
     onExtentChanged: if (offset > 0 && open && !settling.running) offset = extent
-    onActiveChanged: active ? begin() : ended(opens())
+    onActiveChanged: active ? begin() : settle(opens())
     onActiveTranslationChanged: if (active) follow()
 }

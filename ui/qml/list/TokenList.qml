@@ -30,7 +30,7 @@ ListView {
         }
         const row = openRow
         openRow = null
-        row?.settle(false)
+        row?.swipe.settle(false)
     }
 
     /// Notes that a row was opened, which closes another one, or closed: one at most is open.

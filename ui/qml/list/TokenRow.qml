@@ -28,11 +28,12 @@ TokenRowItem {
     required property bool hasMenu
 
     readonly property alias code: code
+    readonly property alias swipe: swipe
 
     /// Whether one of its buttons is being pressed.
     readonly property bool presses: copy.down || ((next.item as BorderedButton)?.down ?? false)
 
-    /// It was opened or closed by hand or key.
+    /// It begins to open or to close.
     signal moved(bool opens)
 
     signal copyPressed
@@ -42,14 +43,9 @@ TokenRowItem {
     /// @param place  where the menu is asked for, from the row's left edge
     signal menuRequested(real place)
 
-    function settle(opens: bool): void {
-        moved(opens)
-        swipe.settle(opens)
-    }
-
     /// Opens the row and gives focus to "Delete".
     function openByKey(): void {
-        settle(true)
+        swipe.settle(true)
         deleteButton?.forceActiveFocus(Qt.TabFocusReason)
     }
 
@@ -105,8 +101,7 @@ TokenRowItem {
         enabled: root.visible && !root.hasMenu // a row that waits for another token ends its swipe
         extent: root.deleteWidth
         open: root.open
-        onBegun: root.moved(true)
-        onEnded: opens => root.settle(opens)
+        onMoved: opens => root.moved(opens)
     }
 
     RowLoader {
