@@ -19,7 +19,7 @@ Window {
     onFormChanged: {
         if (form) {
             list.closeOpenRow()
-            list.clearSelection()
+            list.selectedCode?.selectionEnded()
             sheet.setSource("form/AddTokenSheet.qml", { contentView: contentView, form: form })
         } else {
             sheet.setSource("")

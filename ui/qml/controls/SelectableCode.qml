@@ -21,14 +21,12 @@ TextInput {
     property int to: 0
     readonly property bool selected: from < to
 
-    signal selectionStarted
-
     /// The right button was clicked, or the code is held.
     ///
     /// @param place  where, from its left edge
     signal menuRequested(real place)
 
-    /// Focus, which came with the selection, is to go back to where it belongs.
+    /// Focus, which came with the selection, is to go back to where it belongs. The selection goes with it.
     signal selectionEnded
 
     function selectRange(first: int, last: int): void {
@@ -38,9 +36,8 @@ TextInput {
     }
 
     function start(first: int, last: int): void {
-        selectRange(first, last)
         forceActiveFocus(Qt.MouseFocusReason)
-        selectionStarted()
+        selectRange(first, last)
     }
 
     function selectAll(): void {
@@ -54,13 +51,6 @@ TextInput {
         deselect()
     }
 
-    function clearSelection() {
-        forget()
-        if (focus) {
-            selectionEnded()
-        }
-    }
-
     text: mark + code
     font: Theme.codeFitting(code.length, room)
     color: Theme.primary
@@ -72,13 +62,14 @@ TextInput {
     activeFocusOnTab: false
     cursorVisible: false
     persistentSelection: true
+    onFocusChanged: if (!focus) forget()
     onTextChanged: if (selected) selectRange(from, to)
     onSelectionStartChanged: if (selected && selectionStart < mark.length) selectRange(from, to)
     // An arrow key clears the selection, which is to last until Escape or a press elsewhere.
     onSelectedTextChanged: if (selected && selectedText.length === 0) selectRange(from, to)
     Keys.onEscapePressed: event => {
         event.accepted = selected
-        clearSelection()
+        selectionEnded()
     }
     Keys.onPressed: event => {
         // The toolkit's own copy lacks the hint by which clipboard histories leave it out.

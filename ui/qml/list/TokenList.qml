@@ -14,7 +14,8 @@ ListView {
     required property Item focusWhenEmpty
 
     property TokenRow openRow: null
-    property SelectableCode selectedCode: null
+    /// The code that is selected: the one that has focus, which comes with a selection alone.
+    readonly property SelectableCode selectedCode: Window.activeFocusItem as SelectableCode
 
     readonly property alias rowFocus: focusInRows
     // Its type is not named: to know it, each start would load the toolkit's popups, an eighth of its instructions.
@@ -65,13 +66,8 @@ ListView {
     /// @param position  where something was pressed, in the scene
     function clearSelectionElsewhere(position: point): void {
         if (selectedCode && !selectedCode.contains(selectedCode.mapFromItem(null, position))) {
-            clearSelection()
+            selectedCode.selectionEnded()
         }
-    }
-
-    function clearSelection(): void {
-        selectedCode?.clearSelection()
-        selectedCode = null
     }
 
     model: contentView.rows
@@ -121,9 +117,6 @@ ListView {
             if (hasMenu) {
                 list.rowMenu.close()
             }
-            if (list.selectedCode === code) {
-                list.selectedCode = null
-            }
             if (open) {
                 list.openRow = null
             }
@@ -137,12 +130,6 @@ ListView {
         }
         onMoved: opens => list.noteMoved(row, opens)
         onTappedToClose: list.closeOpenRow()
-        onCodeSelected: {
-            if (list.selectedCode !== code) {
-                list.clearSelection()
-            }
-            list.selectedCode = code
-        }
         onCopyRequested: list.contentView.copyCode(index)
         onCopyPressed: {
             if (list.rowFocus.sees(code)) {

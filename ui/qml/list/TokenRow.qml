@@ -38,7 +38,6 @@ TokenRowItem {
 
     signal copyPressed
     signal tappedToClose
-    signal codeSelected
 
     /// @param place  where the menu is asked for, from the row's left edge
     signal menuRequested(real place)
@@ -210,7 +209,6 @@ TokenRowItem {
                 code: root.displayCode
                 room: codeLine.width - copy.symbolSize - Theme.spacing
                 onMenuRequested: place => root.menuRequested(mapToItem(root, place, 0).x)
-                onSelectionStarted: root.codeSelected()
                 onSelectionEnded: root.forceActiveFocus(Qt.OtherFocusReason)
             }
 
