@@ -170,6 +170,15 @@ ListView {
         }
     }
 
+    Shortcut {
+        sequences: ["Menu", "Shift+F10"]
+        enabled: root.activeFocus && root.rowFocus.current !== null
+        onActivated: {
+            const row = root.rowFocus.current
+            root.openMenu(row, Theme.mirrored ? row.width - row.inset : row.inset)
+        }
+    }
+
     TapHandler {
         parent: root // not the content, which ends with the last row
         acceptedButtons: Qt.LeftButton | Qt.RightButton

@@ -48,10 +48,6 @@ TokenRowItem {
         deleteButton?.forceActiveFocus(Qt.TabFocusReason)
     }
 
-    function requestMenu(): void {
-        menuRequested(Theme.mirrored ? width - inset : inset)
-    }
-
     /// Once for a key, however long it is held.
     function copyOnce(event: KeyEvent): void {
         if (!event.isAutoRepeat) {
@@ -83,13 +79,9 @@ TokenRowItem {
     Keys.onEnterPressed: event => copyOnce(event)
     Keys.onSpacePressed: event => copyOnce(event)
     Keys.onDeletePressed: openByKey()
-    Keys.onMenuPressed: requestMenu()
     Keys.onPressed: event => {
-        const asksForMenu = event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier
-        event.accepted = asksForMenu || event.matches(StandardKey.Copy)
-        if (asksForMenu) {
-            requestMenu()
-        } else if (event.accepted) {
+        event.accepted = event.matches(StandardKey.Copy)
+        if (event.accepted) {
             copyOnce(event)
         }
     }
