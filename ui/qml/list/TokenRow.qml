@@ -119,7 +119,7 @@ TokenRowItem {
 
         x: root.offset * swipe.openingDirection
         width: parent.width
-        height: header.height + Theme.spacing + codeLine.height + 2 * Theme.rowPadding
+        height: header.height + Theme.spacing + code.height + 2 * Theme.rowPadding
         color: Theme.background
 
         Item {
@@ -188,35 +188,28 @@ TokenRowItem {
             }
         }
 
-        Item {
-            id: codeLine
+        SelectableCode {
+            id: code
 
-            anchors { top: header.bottom; topMargin: Theme.spacing; left: header.left; right: header.right }
-            height: code.height
+            anchors { top: header.bottom; topMargin: Theme.spacing; left: header.left }
+            code: root.displayCode
+            room: header.width - copy.symbolSize - Theme.spacing
+            onMenuRequested: place => root.menuRequested(mapToItem(root, place, 0).x)
+            onSelectionEnded: root.forceActiveFocus(Qt.OtherFocusReason)
+        }
 
-            SelectableCode {
-                id: code
+        SymbolButton {
+            id: copy
 
-                anchors.left: parent.left
-                code: root.displayCode
-                room: codeLine.width - copy.symbolSize - Theme.spacing
-                onMenuRequested: place => root.menuRequested(mapToItem(root, place, 0).x)
-                onSelectionEnded: root.forceActiveFocus(Qt.OtherFocusReason)
+            anchors {
+                right: header.right
+                rightMargin: -(width - symbolSize) / 2
+                verticalCenter: code.verticalCenter
             }
-
-            SymbolButton {
-                id: copy
-
-                anchors {
-                    right: parent.right
-                    rightMargin: -(width - symbolSize) / 2
-                    verticalCenter: parent.verticalCenter
-                }
-                text: root.copied ? qsTr("Copied") : qsTr("Copy code")
-                symbol: root.copied ? "checkmark.circle.fill" : "doc.on.doc"
-                activeFocusOnTab: root.current || activeFocus
-                onClicked: root.copyRequested()
-            }
+            text: root.copied ? qsTr("Copied") : qsTr("Copy code")
+            symbol: root.copied ? "checkmark.circle.fill" : "doc.on.doc"
+            activeFocusOnTab: root.current || activeFocus
+            onClicked: root.copyRequested()
         }
 
         Announcement {
