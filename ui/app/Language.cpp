@@ -19,14 +19,11 @@ bool readAlike(const QLocale& one, const QLocale& other)
 
 QString bestTranslation(const QStringList& wanted)
 {
-    QStringList translations; // looked for once they are needed: never where English is wanted
+    const QStringList translations = QDir(QStringLiteral(":/i18n")).entryList();
     for (const QString& name : wanted) {
         const QLocale reader(name);
         if (reader.language() == QLocale::English) {
             return {};
-        }
-        if (translations.isEmpty()) {
-            translations = QDir(QStringLiteral(":/i18n")).entryList();
         }
         const auto best = std::ranges::find_if(translations, [&reader](const QString& translation) {
             return readAlike(QLocale(translation), reader);
