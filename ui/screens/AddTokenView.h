@@ -16,7 +16,7 @@ namespace MirrowvaleAuthenticator {
 /// The values that a stepper runs through.
 struct StepperRange {
     Q_GADGET
-    QML_ANONYMOUS
+    QML_VALUE_TYPE(stepperRange)
     Q_PROPERTY(int from MEMBER from CONSTANT FINAL)
     Q_PROPERTY(int to MEMBER to CONSTANT FINAL)
     Q_PROPERTY(int step MEMBER step CONSTANT FINAL)

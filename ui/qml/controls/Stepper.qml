@@ -1,5 +1,6 @@
 import QtQuick
 import MirrowvaleAuthenticator
+import MirrowvaleAuthenticator.Screens
 
 /// A number that is a row of a form: its label, and a button for each direction.
 FocusScope {
@@ -7,9 +8,7 @@ FocusScope {
 
     required property string label
     required property int value
-    required property int from
-    required property int to
-    required property int stepSize
+    required property stepperRange range
 
     signal stepped(int value)
 
@@ -74,8 +73,8 @@ FocusScope {
             symbol: "minus"
             text: qsTr("Decrement")
             subject: root.label
-            enabled: root.value > root.from
-            onClicked: root.step(-root.stepSize, minus, plus)
+            enabled: root.value > root.range.from
+            onClicked: root.step(-root.range.step, minus, plus)
         }
 
         StepperButton {
@@ -84,8 +83,8 @@ FocusScope {
             symbol: "plus"
             text: qsTr("Increment")
             subject: root.label
-            enabled: root.value < root.to
-            onClicked: root.step(root.stepSize, plus, minus)
+            enabled: root.value < root.range.to
+            onClicked: root.step(root.range.step, plus, minus)
         }
     }
 }

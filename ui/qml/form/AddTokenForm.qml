@@ -211,9 +211,7 @@ Flickable {
                 width: parent.width
                 label: qsTr("Digits: %1").arg(value)
                 value: root.form.digits
-                from: root.form.digitsRange.from
-                to: root.form.digitsRange.to
-                stepSize: root.form.digitsRange.step
+                range: root.form.digitsRange
                 onStepped: value => root.form.digits = value
             }
 
@@ -221,9 +219,7 @@ Flickable {
                 width: parent.width
                 label: qsTr("Period: %1s").arg(value)
                 value: root.form.period
-                from: root.form.periodRange.from
-                to: root.form.periodRange.to
-                stepSize: root.form.periodRange.step
+                range: root.form.periodRange
                 onStepped: value => root.form.period = value
             }
         }
