@@ -3,9 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QEvent>
 #include <QGuiApplication>
-#include <QPalette>
 #include <QScreen>
 #include <QSocketNotifier>
 
@@ -39,7 +37,6 @@ PortalQuestion* SystemAppearance::awaited = nullptr;
 
 SystemAppearance::SystemAppearance(QObject* parent) : QObject(parent)
 {
-    QCoreApplication::instance()->installEventFilter(this);
     // The slot has the whole message: one with a QDBusVariant was seen to be refused while the toolkit did
     // not know that type yet.
     QDBusConnection::sessionBus().connect(portalService, portalPath, portalInterface,
@@ -48,13 +45,6 @@ SystemAppearance::SystemAppearance(QObject* parent) : QObject(parent)
     if (awaited != nullptr) {
         receive(*awaited);
     }
-}
-
-bool SystemAppearance::isDark() const
-{
-    const QPalette palette = QGuiApplication::palette();
-    return darkWanted_.value_or(palette.color(QPalette::WindowText).lightness()
-                                > palette.color(QPalette::Window).lightness());
 }
 
 void SystemAppearance::receive(PortalQuestion& question)
@@ -84,8 +74,8 @@ void SystemAppearance::settingChanged(const QDBusMessage& signal)
 void SystemAppearance::apply(const QString& group, const QString& key, const QVariant& value)
 {
     if (group == appearanceGroup && key == QLatin1String("color-scheme")) {
-        const uint scheme = value.toUInt(); // 0 is no preference
-        darkWanted_ = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
+        const int scheme = value.toInt();
+        colorScheme_ = scheme == 1 || scheme == 2 ? scheme : 0;
     } else if (group == appearanceGroup && key == QLatin1String("contrast")) {
         contrastRaised_ = value.toUInt() == 1;
     } else if (group == gnomeAccessibilityGroup && key == QLatin1String("high-contrast")) {
@@ -101,14 +91,6 @@ void SystemAppearance::apply(const QString& group, const QString& key, const QVa
         return;
     }
     emit changed();
-}
-
-bool SystemAppearance::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance()) {
-        emit changed();
-    }
-    return QObject::eventFilter(watched, event);
 }
 
 } // namespace MirrowvaleAuthenticator

@@ -7,18 +7,15 @@
 #include <QVariant>
 #include <QtQml/qqmlregistration.h>
 
-#include <optional>
-
 namespace MirrowvaleAuthenticator {
 
 /// How the system wants applications to look, followed while the application runs. Desktops and phones
-/// report it on the session bus (the Settings interface of the XDG desktop portal); where none does, the
-/// palette decides between light and dark.
+/// report it on the session bus (the Settings interface of the XDG desktop portal).
 class SystemAppearance : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(bool dark READ isDark NOTIFY changed FINAL)
+    Q_PROPERTY(int colorScheme READ colorScheme NOTIFY changed FINAL)
     Q_PROPERTY(qreal textScale READ textScale NOTIFY changed FINAL)
     Q_PROPERTY(bool moreContrast READ moreContrast NOTIFY changed FINAL)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed FINAL)
@@ -31,7 +28,7 @@ public:
     /// Names the question that the desktop has been asked; before the scene is built, which it must outlive.
     static void await(PortalQuestion& question) { awaited = &question; }
 
-    bool isDark() const;
+    int colorScheme() const { return colorScheme_; } ///< 1 for dark, 2 for light, 0 for no preference
     qreal textScale() const { return textScale_; } ///< factor on every text size, from 0.8 to 2
     /// Whether texts, symbols and lines are to have more contrast.
     bool moreContrast() const { return contrastRaised_ || highContrast_; }
@@ -40,8 +37,6 @@ public:
 
     /// Applies one setting of the portal; one that means nothing here is ignored.
     void apply(const QString& group, const QString& key, const QVariant& value);
-
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 signals:
     void changed();
@@ -54,7 +49,7 @@ private:
 
     static PortalQuestion* awaited;
 
-    std::optional<bool> darkWanted_;
+    int colorScheme_ = 0;
     qreal textScale_ = 1;
     bool contrastRaised_ = false; ///< by the setting that all desktops share
     bool highContrast_ = false; ///< by GNOME's own

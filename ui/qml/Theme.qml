@@ -7,7 +7,10 @@ import MirrowvaleAuthenticator.Desktop
 QtObject {
     id: root
 
-    readonly property bool dark: SystemAppearance.dark
+    // Where the desktop has no preference, its palette decides.
+    readonly property SystemPalette palette: SystemPalette { }
+    readonly property bool dark: SystemAppearance.colorScheme > 0 ? SystemAppearance.colorScheme === 1
+        : palette.windowText.hslLightness > palette.window.hslLightness
     readonly property bool strong: SystemAppearance.moreContrast
     readonly property real textScale: SystemAppearance.textScale
     readonly property bool mirrored: Application.layoutDirection === Qt.RightToLeft
