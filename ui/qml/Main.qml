@@ -21,6 +21,7 @@ Window {
             list.closeOpenRow()
             list.selectedCode?.selectionEnded()
             sheet.setSource("form/AddTokenSheet.qml", { contentView: contentView, form: form })
+            sheet.forceActiveFocus(Qt.OtherFocusReason)
         } else {
             sheet.setSource("")
             gc() // the engine may hold texts that were typed

@@ -11,11 +11,6 @@ Flickable {
     signal pulled(real distance)
     signal letGo(real velocity)
 
-    /// Gives focus to the field that a copied URI goes into.
-    function start(): void {
-        uri.forceActiveFocus(Qt.OtherFocusReason)
-    }
-
     /// Enter moves on as Tab does: beyond the last field, where an on-screen keyboard goes away.
     function moveOn(): void {
         focusItem.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
@@ -135,6 +130,7 @@ Flickable {
             GrowingField {
                 id: uri
 
+                focus: true // a copied URI goes into it
                 width: parent.width
                 placeholder: qsTr("otpauth:// URI")
                 text: root.form.importURI

@@ -58,7 +58,6 @@ FocusScope {
     Component.onCompleted: {
         lowered = height // not bound: the window's height may change while the sheet is up
         settle()
-        fields.start()
     }
 
     NumberAnimation {
