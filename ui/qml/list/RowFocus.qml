@@ -51,7 +51,10 @@ Item {
     /// Gives focus to the current row, and shows it.
     function show(): void {
         scrollToRow(list.currentIndex)
-        current?.takeFocus()
+        if (current) {
+            give(current, true)
+            current.visualFocus = true // also where it had focus
+        }
     }
 
     function scrollToRow(row: int): void {

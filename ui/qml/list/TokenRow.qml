@@ -55,12 +55,6 @@ TokenRowItem {
         }
     }
 
-    /// Has the focus, and shows it.
-    function takeFocus(): void {
-        forceActiveFocus(Qt.TabFocusReason)
-        visualFocus = true
-    }
-
     /// Forgets what was done to it as the row of another token.
     function forget(): void {
         swipe.closeAtOnce()
