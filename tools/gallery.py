@@ -6,12 +6,14 @@ import itertools
 import pathlib
 import subprocess
 import sys
+import tempfile
 import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests" / "app"))
 
-import harness
-from harness import WindowTest, describe, secret, setClipboard, setDesktop
+import session
+from harness import WindowTest, describe, key, secret, setClipboard, xdotool
+from session import setDesktop
 
 tokens = (f"totp/Acme:alice%40acme.example?secret={secret}",
           f"hotp/Brim%20Bank:bob?secret={secret}&counter=1",
@@ -38,14 +40,14 @@ class Gallery(WindowTest):
         for look in looks:
             with self.subTest(look=look):
                 name = self.takeLook(*look)
-                self.layOut(self.pages.values(), harness.pictures / f"{name}.png")
+                self.layOut(self.pages.values(), session.pictures / f"{name}.png")
                 print(name, flush=True)
 
     def testReadmeIsMade(self):
         docs.joinpath("gallery.txt").write_text(self.takeShown(f"PNG8:{docs / 'gallery.png'}"))
 
     def testReadmeShowsTodaysState(self):
-        today = harness.pictures / "readme.png"
+        today = session.pictures / "readme.png"
         self.assertEqual(self.takeShown(today), docs.joinpath("gallery.txt").read_text(), advice)
         difference = subprocess.run(["compare", "-metric", "RMSE", today, docs / "gallery.png", "null:"],
                                     capture_output=True, text=True).stderr
@@ -71,14 +73,14 @@ class Gallery(WindowTest):
         name = f"{language}-{scheme}-text{round(scale * 100)}-{ratio}x-{width}"
         self.look, self.pages, self.told = {"LANGUAGE": language, "LC_ALL": f"{language}.UTF-8",
                                               "QT_SCALE_FACTOR": str(ratio)}, {}, {}
-        self.home = pathlib.Path(harness.tempfile.mkdtemp(dir=self.home))
-        self.folder = harness.pictures / name
+        self.home = pathlib.Path(tempfile.mkdtemp(dir=self.home))
+        self.folder = session.pictures / name
         self.folder.mkdir(parents=True, exist_ok=True)
         self.setClock(1111111085)
         setDesktop(color_scheme=f"'prefer-{scheme}'", text_scaling_factor=str(float(scale)), enable_animations="false")
         try:
             self.start()
-            harness.xdotool("windowsize", "--sync", self.window, width * ratio, 844 * ratio)
+            xdotool("windowsize", "--sync", self.window, width * ratio, 844 * ratio)
             self.takeStates()
         finally:
             self.stop()
@@ -89,10 +91,10 @@ class Gallery(WindowTest):
 
     def start(self):
         """Without words to wait for, as they are in the language of the look."""
-        self.process = subprocess.Popen([harness.application], env=self.environment(self.home))
+        self.process = subprocess.Popen([session.application], env=self.environment(self.home))
         self.window = self.until(lambda: self.windowOf(self.process))
         self.until(lambda: len(self.buttons()) == 1)
-        harness.xdotool("windowfocus", "--sync", self.window)
+        xdotool("windowfocus", "--sync", self.window)
 
     def buttons(self):
         return [element for element in self.elements() if element.role in ("push button", "button")]
@@ -100,19 +102,19 @@ class Gallery(WindowTest):
     def takeStates(self):
         self.take("empty")
         for token in tokens:
-            harness.key("ctrl+n")
+            key("ctrl+n")
             self.until(lambda: any(element.focused and element.role == "text" for element in self.elements()))
             setClipboard("otpauth://" + token)
-            harness.key("ctrl+v", "Tab", "Return")
+            key("ctrl+v", "Tab", "Return")
             self.until(lambda: not any(element.role == "password text" for element in self.elements()))
         self.take("list")
-        harness.key("Down", "Down", "Delete")
+        key("Down", "Down", "Delete")
         self.take("revealed")
-        harness.key("Escape", "ctrl+n")
+        key("Escape", "ctrl+n")
         self.until(lambda: any(element.focused and element.role == "text" for element in self.elements()))
         self.take("sheet")
         setClipboard("otpauth://totp/x?secret=GE!")
-        harness.key("ctrl+v", "Tab", "Return")
+        key("ctrl+v", "Tab", "Return")
         self.until(lambda: any(element.role == "alert" for element in self.elements()))
         self.take("error")
 
@@ -133,6 +135,6 @@ class Gallery(WindowTest):
 
 
 if __name__ == "__main__":
-    harness.withPortal = True
-    harness.screen = "1400x2700x24"
-    harness.main()
+    session.withPortal = True
+    session.screen = "1400x2700"
+    session.main()

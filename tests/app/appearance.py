@@ -5,11 +5,12 @@ import os
 import signal
 import subprocess
 
-import harness
-from harness import WindowTest, main, secret, setDesktop
+import session
+from harness import WindowTest, main, secret
+from session import callBus, setDesktop
 
-harness.ordinaryUser = True
-harness.withPortal = True
+session.ordinaryUser = True
+session.withPortal = True
 light, dark = b"\xff\xff\xff", b"\0\0\0"
 
 
@@ -36,8 +37,8 @@ class AppearanceTest(WindowTest):
     def testPortalThatAnswersLate(self):
         setDesktop(color_scheme="'prefer-dark'")
         bus, name = ("org.freedesktop.DBus", "/", "org.freedesktop.DBus"), "'org.freedesktop.portal.Desktop'"
-        harness.callBus(*bus, "StartServiceByName", f"({name}, uint32 0)")
-        process, = harness.callBus(*bus, "GetConnectionUnixProcessID", f"({name},)")
+        callBus(*bus, "StartServiceByName", f"({name}, uint32 0)")
+        process, = callBus(*bus, "GetConnectionUnixProcessID", f"({name},)")
         os.kill(process, signal.SIGSTOP)
         self.addCleanup(os.kill, process, signal.SIGCONT)
         self.start()

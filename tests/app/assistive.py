@@ -1,6 +1,7 @@
 """The application in the hands of assistive technology alone: no pointer, no key."""
 
-from harness import Atspi, GLib, WindowTest, clipboard, main, secret, xdotool
+from harness import Atspi, WindowTest, clipboard, main, secret, xdotool
+from session import GLib
 
 
 class AssistiveTest(WindowTest):

@@ -4,29 +4,24 @@ import os
 import re
 import subprocess
 
-import harness
+import session
 from harness import WindowTest, key, main
 
 panel = 30  # pixels
-margins = f"""<openbox_config xmlns="http://openbox.org/3.4/rc">
+configuration = f"""<openbox_config xmlns="http://openbox.org/3.4/rc">
+<keyboard><keybind key="A-F4"><action name="Close"/></keybind></keyboard>
 <margins><top>0</top><bottom>{panel}</bottom><left>0</left><right>0</right></margins></openbox_config>"""
 
 
 class DesktopTest(WindowTest):
-    def serve(self, *command, **options):
-        self.addCleanup(harness.end, subprocess.Popen(command, stderr=subprocess.DEVNULL, **options))
-
     def startDesktop(self, width, height):
-        reading, writing = os.pipe()
         self.addCleanup(os.environ.update, DISPLAY=os.environ["DISPLAY"])
-        self.serve("Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp",
-                   pass_fds=[writing])
-        os.close(writing)
-        with os.fdopen(reading) as answer:
-            os.environ["DISPLAY"] = ":" + answer.readline().strip()
-        configuration = self.home / "rc.xml"
-        configuration.write_text(margins)
-        self.serve("openbox", "--config-file", configuration)
+        display, os.environ["DISPLAY"] = session.startDisplay(f"{width}x{height}")
+        self.addCleanup(session.end, display)
+        file = self.home / "rc.xml"
+        file.write_text(configuration)
+        manager = subprocess.Popen(["openbox", "--config-file", file], stderr=subprocess.DEVNULL)
+        self.addCleanup(session.end, manager)
         self.until(lambda: self.numbers("-root", "_NET_WORKAREA")[:4] == [0, 0, width, height - panel])
         self.addCleanup(self.stop)  # before its display
 
@@ -42,17 +37,20 @@ class DesktopTest(WindowTest):
                                for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
         return x - left, y - top, x + width + right, y + height + bottom
 
-    def testOpensOnTheFreeAreaAndClosesByKeys(self):
-        for width, height, keys in ((1280, 800, "ctrl+q"), (1366, 768, "ctrl+w"), (1280, 720, "ctrl+q"),
-                                    (1024, 600, "ctrl+w")):
-            with self.subTest(width=width, height=height):
+    def testOpensOnTheFreeAreaAndClosesByKeysWhateverIsOpen(self):
+        for width, height, name, keys in ((1280, 800, "Cancel", "alt+F4"), (1366, 768, "Cancel", "ctrl+w"),
+                                          (1280, 720, "SHA512", "ctrl+q"), (1024, 600, "SHA512", "ctrl+w")):
+            with self.subTest(width=width, height=height, name=name, keys=keys):
                 self.startDesktop(width, height)
                 self.start()
                 self.until(lambda: self.edges()[3] == height - panel, lambda: f"the frame's edges are {self.edges()}")
                 self.assertGreaterEqual(min(self.edges()), 0)
                 self.openSheet()
+                if name == "SHA512":
+                    self.still("Algorithm").click()
+                self.still(name)
                 key(keys)
-                self.assertEqual(self.process.wait(harness.patience), 0)
+                self.assertEqual(self.process.wait(session.patience), 0)
             self.doCleanups()
             self.setUp()
 

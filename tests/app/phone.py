@@ -5,10 +5,11 @@ import pathlib
 import subprocess
 import time
 
-import harness
-from harness import Gio, WindowTest, callBus, click, key, main, secret, typeText
+import session
+from harness import WindowTest, click, key, main, secret, typeText
+from session import Gio, callBus
 
-harness.screen = "720x1440x24"
+session.screen = "720x1440"
 keyboard = "sm.puri.OSK0"  # what a shell's on-screen keyboard is called on the bus
 fields = ("otpauth:// URI", "Issuer", "Account", "Base32 secret")
 
@@ -25,13 +26,13 @@ class PhoneTest(WindowTest):
 
     def serve(self, *command, **variables):
         environment = {**self.environment(self.home), "LD_PRELOAD": "", "NO_AT_BRIDGE": "1", **variables}
-        self.addCleanup(harness.end, subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
+        self.addCleanup(session.end, subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
                                                        stderr=subprocess.DEVNULL))
 
     def startShell(self, width, height, scale, *programs):
         """@param width, height  of the screen in points, each as many pixels as the scale says"""
         self.width, self.height, self.scale = width, height, scale
-        settings = self.home / "config" / "glib-2.0" / "settings" / "keyfile"
+        settings = self.home / ".config/glib-2.0/settings/keyfile"
         settings.parent.mkdir(parents=True, exist_ok=True)
         settings.write_text("[org/gnome/desktop/a11y/applications]\nscreen-keyboard-enabled=true\n")
         layout = self.home / "layout"

@@ -2,11 +2,11 @@
 
 import subprocess
 
-import harness
+import session
 from harness import WindowTest, click, key, main, xdotool
 
 width, height = 400, 520
-harness.screen = f"{width}x{height}x24"
+session.screen = f"{width}x{height}"
 
 
 class TouchTypingTest(WindowTest):

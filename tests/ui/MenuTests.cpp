@@ -187,28 +187,6 @@ TEST_F(MenuTest, aPointerThatRestsOnASymbolIsToldItsNameAndItsKey)
     }
 }
 
-TEST_F(MenuTest, aKeyClosesTheWindowWhateverIsOpen)
-{
-    const std::function<void()> states[] = {
-        [] {},
-        [this] { QTest::keyClick(window.get(), Qt::Key_Menu); },
-        [this] { openSheet(); },
-        [this] { tap(*awaited("Algorithm")); },
-    };
-    open("a");
-    for (const auto& prepare : states) {
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        prepare();
-        for (const auto key : {Qt::Key_Q, Qt::Key_W}) {
-            window->show();
-            ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-            QTest::keyClick(window.get(), key, Qt::ControlModifier);
-            EXPECT_FALSE(window->isVisible());
-        }
-    }
-}
-
 TEST_F(MenuTest, aPickersMenuGoesWithFocusAndTheFormStays)
 {
     openForm();
