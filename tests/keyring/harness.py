@@ -12,7 +12,6 @@ import unittest
 
 attributes = {"class": "generic-password", "service": "app.mirrowvale.authenticator.tokens", "account": "vault",
               "xdg:schema": "app.mirrowvale.authenticator.item"}
-first, second = "[]", "[ ]"  # two forms of an empty list
 
 probe = None  # the program under test
 patience = 15  # seconds until something that does not come counts as failed
