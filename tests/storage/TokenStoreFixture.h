@@ -51,10 +51,7 @@ protected:
         const auto found = reserve.items.find(tokenStoreItem);
         return found == reserve.items.end() ? std::vector<AuthToken>() : decodeTokens(found->second);
     }
-    std::size_t writes() const
-    {
-        return credentials.callCount(Operation::update) + credentials.callCount(Operation::add);
-    }
+    std::size_t writes() { return credentials.calls[Operation::update] + credentials.calls[Operation::add]; }
     static void append(TokenStore& store, const AuthToken& token)
     {
         store.tokens.modify([&](auto& tokens) { tokens.push_back(token); });

@@ -2,45 +2,32 @@
 
 #include "platform/credentials/CredentialStore.h"
 
-#include <algorithm>
-#include <deque>
 #include <map>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
-#include <vector>
 
 namespace MirrowvaleAuthenticator {
 
 /// The item of the application's list.
 inline const ItemName tokenStoreItem{"app.mirrowvale.authenticator.tokens", "vault"};
 
-/// A credential store in memory, for tests: behaves like the platform's, records every call, and does what it
+/// A credential store in memory, for tests: behaves like the platform's, counts the calls, and does what it
 /// is told to do instead.
 class ScriptedCredentialStore : public CredentialStore {
 public:
     enum class Operation { read, update, add };
 
-    /// One call as it came in; a search has no data.
-    struct Call {
-        Operation operation;
-        ItemName name;
-        SecretString data{};
-
-        friend bool operator==(const Call&, const Call&) = default;
-    };
-
-    std::vector<Call> calls; ///< in order; free to be cleared
+    std::map<Operation, std::size_t> calls; ///< so far
     std::map<ItemName, SecretString> items; ///< free to be changed without a call
     bool hasData = true; ///< else each search that finds its item hands back nothing
     bool isShared = false; ///< an item that this store has neither read nor written is not replaced
     CredentialStore* kept = nullptr; ///< its reserve
+    Search lastSearch = Search::usual;
 
     OSStatus read(const ItemName& name, Search search, SecResult& result) noexcept override
     {
         lastSearch = search;
-        return answer({Operation::read, name}, [&] {
+        return answer(Operation::read, [&] {
             result.reset();
             const auto found = items.find(name);
             if (found == items.end()) {
@@ -56,7 +43,7 @@ public:
 
     OSStatus update(const ItemName& name, const SecretString& data) noexcept override
     {
-        return answer({Operation::update, name, data}, [&] {
+        return answer(Operation::update, [&] {
             const auto found = items.find(name);
             if (found == items.end()) {
                 return errSecItemNotFound;
@@ -71,7 +58,7 @@ public:
 
     OSStatus add(const ItemName& name, const SecretString& data) noexcept override
     {
-        return answer({Operation::add, name, data}, [&] {
+        return answer(Operation::add, [&] {
             known.try_emplace(name, data);
             return items.emplace(name, data).second ? errSecSuccess : errSecDuplicateItem;
         });
@@ -84,48 +71,32 @@ public:
 
     CredentialStore* reserve() noexcept override { return kept; }
 
-    /// The next call of `operation` that has no script yet answers `status`; success does what it should.
-    void answerNext(Operation operation, OSStatus status) { scripts[operation].once.push_back(status); }
+    /// The next call of `operation` fails with `status`.
+    void answerNext(Operation operation, OSStatus status) { next[operation] = status; }
 
-    /// Every later call of `operation` answers `status`, until `errSecSuccess` is given.
-    void answerAlways(Operation operation, OSStatus status) { scripts[operation].always = status; }
+    /// Every later call of `operation` answers `status`, until `errSecSuccess` is given: it does what it
+    /// should.
+    void answerAlways(Operation operation, OSStatus status) { always[operation] = status; }
 
     /// The same for all operations.
     void answerAlways(OSStatus status)
     {
-        for (const auto operation : {Operation::read, Operation::update, Operation::add}) {
-            answerAlways(operation, status);
-        }
+        always = {{Operation::read, status}, {Operation::update, status}, {Operation::add, status}};
     }
-
-    std::size_t callCount(Operation operation) const
-    {
-        return static_cast<std::size_t>(std::ranges::count(calls, operation, &Call::operation));
-    }
-
-    Search lastSearch = Search::usual;
 
 private:
-    struct Script {
-        std::deque<OSStatus> once;
-        OSStatus always = errSecSuccess;
-    };
-
     template <typename Usual>
-    OSStatus answer(Call call, Usual usual)
+    OSStatus answer(Operation operation, Usual usual)
     {
-        auto& script = scripts[call.operation];
-        calls.push_back(std::move(call));
-        auto status = script.always;
-        if (!script.once.empty()) {
-            status = script.once.front();
-            script.once.pop_front();
-        }
+        ++calls[operation];
+        const auto once = std::exchange(next[operation], errSecSuccess);
+        const auto status = once != errSecSuccess ? once : always[operation];
         return status == errSecSuccess ? usual() : status;
     }
 
     std::map<ItemName, SecretString> known;
-    std::map<Operation, Script> scripts;
+    std::map<Operation, OSStatus> next;
+    std::map<Operation, OSStatus> always;
 };
 
 } // namespace MirrowvaleAuthenticator

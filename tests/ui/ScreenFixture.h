@@ -36,7 +36,7 @@ protected:
         return issuers;
     }
 
-    std::size_t saves() const { return credentials.callCount(ScriptedCredentialStore::Operation::update); }
+    std::size_t saves() { return credentials.calls[ScriptedCredentialStore::Operation::update]; }
 
     ScriptedCredentialStore credentials;
     CredentialStoreOverride inPlace{credentials};

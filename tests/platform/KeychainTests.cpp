@@ -1,35 +1,10 @@
-#include "storage/KeychainTokenStore.h"
+#include "platform/keychain/Keychain.h"
 
-#include "core/StoredForm.h"
 #include "tests/support/ScriptedCredentialStore.h"
-#include "tests/support/Tokens.h"
 
 #include <gtest/gtest.h>
 
 namespace MirrowvaleAuthenticator {
-
-TEST(KeychainStore, loadsAndSavesTheOneItem)
-{
-    using Call = ScriptedCredentialStore::Call;
-    using enum ScriptedCredentialStore::Operation;
-    ScriptedCredentialStore credentials;
-    const CredentialStoreOverride inPlace(credentials);
-    const KeychainTokenStore store("service", "vault");
-    const ItemName name{"service", "vault"};
-    EXPECT_TRUE(credentials.calls.empty()) << "construction touches nothing";
-    EXPECT_TRUE(store.load().tokens.empty());
-    store.save({});
-    const std::vector tokens = {tokenNamed("b"), tokenNamed("a")};
-    store.save(tokens);
-    credentials.items[{"service", "other"}] = "[]";
-    EXPECT_EQ(store.load().tokens, tokens);
-    EXPECT_EQ(credentials.calls,
-              (std::vector{Call{read, name}, Call{update, name, "[]"}, Call{add, name, "[]"},
-                           Call{update, name, encodeTokens(tokens)}, Call{read, name}}));
-    credentials.hasData = false;
-    EXPECT_TRUE(store.load().tokens.empty()) << "an item without data";
-    EXPECT_EQ(store.load().failure, "");
-}
 
 TEST(Keychain, takesOnlyEntriesThatNameAGenericPassword)
 {
