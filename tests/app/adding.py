@@ -11,6 +11,10 @@ class AddingTest(WindowTest):
         self.start()
         self.find("No tokens yet")
         self.openSheet()
+        self.assertFalse(self.find("Import URI").enabled or self.find("Save").enabled)
+        for field in ("Issuer", "Account", secretField):
+            self.fill(field, "x" * 40_000)
+            self.until(lambda: self.find(field).length() == 40_000, lambda: f"{field} is cut")
         heights = set()
         for end in ("", "\n"):
             self.fill("otpauth:// URI", f"otpauth://totp/Acme:alice?secret={sha256Key}&algorithm=SHA256&digits=8{end}")
@@ -45,21 +49,20 @@ class AddingTest(WindowTest):
         key("Return")
         self.row("Acme", "162 583")
         self.until(lambda: self.find("Add token").focused)
-        self.tabTo("Next")
-        key("space")
-        self.row("Acme", "399 871")
         key("ctrl+n")
         self.until(lambda: self.find("otpauth:// URI").focused)
-        key("Escape")
-        self.gone("Cancel")
-        self.until(lambda: self.find("Next").focused)
-        key("Down")
-        self.until(lambda: self.row("Acme").focused)
+        self.tabTo("Issuer")
+        typeText("  Brim Inc ")
+        self.tabTo(secretField)
+        typeText(" ".join([secret[:16].lower()] * 3) + "geza")
+        self.assertNotIn("gezd", " ".join(self.texts()))
+        self.tabTo("Algorithm")
+        key("space")
+        self.still("SHA512")
+        key("Down", "Return")
+        self.tabTo("Save")
         key("Return")
-        self.until(lambda: clipboard() == "399871")
-        key("Delete", "Return")
-        self.until(lambda: self.find("Add token").focused)
-        self.find("No tokens yet")
+        self.row("Brim Inc", "Account", "119 246", "1s")
 
     def tabTo(self, name):
         """Presses Tab until the focus has come to an element."""
@@ -68,49 +71,6 @@ class AddingTest(WindowTest):
                 return
             key("Tab")
         self.fail(f"Tab does not lead to {name!r}")
-
-    def testByHandOnAFreshSheet(self):
-        self.start()
-        self.openSheet()
-        for field in ("Issuer", "Account", secretField):
-            self.fill(field, "x" * 40_000)
-            self.until(lambda: self.find(field).length() == 40_000, lambda: f"{field} is cut")
-        self.fill(secretField, "====")
-        self.find("Save").click()
-        self.find("The token secret is not valid Base32.")
-        self.stepUp("Digits: ")
-        self.find("Digits: 7")
-        self.still("Cancel").click()
-        self.gone("Cancel")
-        self.find("No tokens yet")
-
-        self.openSheet()
-        for button in ("Import URI", "Save"):
-            self.assertFalse(self.find(button).enabled)
-            self.find(button).click()  # brings no message
-        self.find("Issuer").click()
-        typeText("  Acme Inc ")
-        self.assertNotIn("alert", [element.role for element in self.elements()])
-        for field in ("otpauth:// URI", "Account", secretField):
-            self.assertEqual(self.find(field).length(), 0, field)
-        self.find(secretField).click()
-        typeText(" ".join([secret[:16].lower()] * 3) + "geza")
-        self.find("Algorithm").click()
-        self.still("SHA512")
-        key("Down", "Return")
-        self.gone("SHA512")
-        self.find("Digits: 6")
-        self.stepUp("Period: ")
-        self.find("Period: 35s")
-        self.assertNotIn("gezd", " ".join(self.texts()))
-        self.find("Save").click()
-        self.gone("Cancel")
-        self.row("Acme Inc", "Account", "119 246", "11s")
-
-    def stepUp(self, label):
-        """Presses the "+" of the stepper that a label names."""
-        row = self.until(lambda: next((e for e in self.elements() if e.text.startswith(label)), None))
-        self.find("Increment", lambda e: abs(e.y - row.y) < 30).click()
 
 
 main()

@@ -6,7 +6,7 @@ import signal
 import subprocess
 
 import session
-from harness import WindowTest, main, secret
+from harness import WindowTest, main
 from session import callBus, setDesktop
 
 session.ordinaryUser = True
@@ -45,16 +45,6 @@ class AppearanceTest(WindowTest):
         self.until(lambda: self.ground() == light)
         os.kill(process, signal.SIGCONT)
         self.until(lambda: self.ground() == dark)
-
-    def testTextScale(self):
-        setDesktop()
-        self.start()
-        self.add(f"otpauth://totp/Acme:alice?secret={secret}")
-        usual = self.row("Acme").height
-        for factor, expected in (("2.0", 1.6), ("0.8", 0.8), ("3.0", 1.6), ("1.0", 1.0)):
-            setDesktop(text_scaling_factor=factor)
-            self.until(lambda: abs(self.row("Acme").height / usual - expected) < 0.15,
-                       lambda: f"{factor} gives {self.row('Acme').height} for {usual}")
 
     def testReducedMotion(self):
         setDesktop(enable_animations="false")

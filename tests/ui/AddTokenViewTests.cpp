@@ -1,7 +1,7 @@
 #include "tests/ui/ScreenFixture.h"
 #include "ui/screens/AddTokenView.h"
 
-#include <QStringList>
+#include <tuple>
 
 namespace MirrowvaleAuthenticator {
 namespace {
@@ -14,40 +14,28 @@ protected:
 
 TEST_F(AddTokenViewTest, eachButtonLooksAtItsOwnTrimmedText)
 {
-    const std::pair<QString, bool> cases[] = {
-        {QString(), false},
-        {QStringLiteral(" \t\r\n"), false},
-        {QStringLiteral("\u00a0\u3000\u2028\u2029\u0085"), false},
-        {QStringLiteral("\u200b"), true}, // the zero-width space is no white space
-        {QStringLiteral(" = "), true},
-        {QString(QChar(0xD800)), true},
-    };
-    for (const auto& [text, enabled] : cases) {
-        form.setIssuer(QStringLiteral("issuer"));
+    form.setIssuer(QStringLiteral("issuer"));
+    for (const auto& [text, enabled] :
+         {std::pair{QStringLiteral(" \t\u3000\u0085"), false}, {QStringLiteral(" = "), true}}) {
         form.setImportURI(text);
-        EXPECT_EQ(form.canImport(), enabled) << text.toStdString();
+        form.setSecret(QString());
+        EXPECT_EQ(form.canImport(), enabled);
         EXPECT_FALSE(form.canSave());
         form.setImportURI(QString());
         form.setSecret(text);
-        EXPECT_EQ(form.canSave(), enabled) << text.toStdString();
         EXPECT_FALSE(form.canImport());
-        form.setSecret(QString());
+        EXPECT_EQ(form.canSave(), enabled);
     }
 }
 
 TEST_F(AddTokenViewTest, steppersAndPickerKeepToTheirValues)
 {
-    EXPECT_EQ(form.algorithms(),
-              (QStringList{QStringLiteral("SHA1"), QStringLiteral("SHA256"), QStringLiteral("SHA512")}));
-    form.setDigits(5);
-    EXPECT_EQ(form.digits(), 6);
-    form.setDigits(9);
-    EXPECT_EQ(form.digits(), 8);
-    form.setPeriod(10);
-    EXPECT_EQ(form.period(), 15);
-    form.setPeriod(95);
-    EXPECT_EQ(form.period(), 90);
-    EXPECT_EQ(form.periodRange().step, 5);
+    for (const auto& [entered, digits, period] : {std::tuple{5, 6, 15}, {200, 8, 90}}) {
+        form.setDigits(entered);
+        form.setPeriod(entered);
+        EXPECT_EQ(form.digits(), digits);
+        EXPECT_EQ(form.period(), period);
+    }
     form.setAlgorithm(QStringLiteral("SHA512"));
     form.setAlgorithm(QStringLiteral("sha256"));
     EXPECT_EQ(form.algorithm(), QStringLiteral("SHA512"));
@@ -55,29 +43,23 @@ TEST_F(AddTokenViewTest, steppersAndPickerKeepToTheirValues)
 
 TEST_F(AddTokenViewTest, failuresAreToldAndChangeNothingNorDoesCancel)
 {
-    const std::pair<QString, const char*> imports[] = {
+    const std::pair<QString, const char*> failures[] = {
         {QStringLiteral("otpauth://totp/a?secret=GEZDGNBV&digits=9"),
          "Only 6, 7, and 8 digit OTP codes are supported."},
         {QStringLiteral("otpauth://totp/a?secret=GE1"), "Invalid Base32 character: 1"},
         {QStringLiteral("otpauth://totp/") + QChar(0xDC00), "Enter a valid otpauth:// URI."},
-    };
-    for (const auto& [text, message] : imports) {
-        form.setImportURI(text);
-        form.importFromURI();
-        EXPECT_EQ(form.error().toStdString(), message);
-    }
-    const std::pair<QString, const char*> secrets[] = {
         {QStringLiteral("abc\u00e91"), "Invalid Base32 character: \u00c9"},
         {QStringLiteral("===="), "The token secret is not valid Base32."},
         {QStringLiteral("AB\tCD"), "Invalid Base32 character: \t"},
         {QString(QChar(0xD800)), "Invalid Base32 character: \ufffd"},
     };
-    for (const auto& [text, message] : secrets) {
+    for (const auto& [text, message] : failures) {
+        form.setImportURI(text);
         form.setSecret(text);
-        form.saveManualToken();
+        text.startsWith(u'o') ? form.importFromURI() : form.saveManualToken();
         EXPECT_EQ(form.error().toStdString(), message);
         form.setSecret(QStringLiteral("edited"));
-        EXPECT_EQ(form.error().toStdString(), message); // editing clears nothing
+        EXPECT_EQ(form.error().toStdString(), message) << "editing clears nothing";
     }
     EXPECT_EQ(dismissals, 0);
     form.cancel();
@@ -113,9 +95,7 @@ TEST_F(AddTokenViewTest, savesWhatWasEnteredByHand)
 TEST_F(AddTokenViewTest, importsAURIAlsoAfterAFailureAndWhereSavingFails)
 {
     credentials.answerAlways(ScriptedCredentialStore::Operation::update, errSecInteractionNotAllowed);
-    form.setImportURI(QStringLiteral("nothing"));
     form.importFromURI();
-    EXPECT_EQ(dismissals, 0);
     form.setSecret(QStringLiteral("not looked at"));
     form.setImportURI(QStringLiteral(" otpauth://hotp/Bank:ada?secret=GEZDGNBV&counter=7\r\n"));
     form.importFromURI();

