@@ -141,6 +141,26 @@ TEST_F(ListHandTest, scrollingClosesAnOpenRowWhichServesItsNextTokenAsNew)
     EXPECT_TRUE(QTest::qWaitFor([this] { return button("Copy code", row(0)) != nullptr; }));
 }
 
+TEST_F(ListHandTest, aSwipeOpensOneRowFromItsTrailingEdgeAndDeletesNothing)
+{
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    open("abc");
+    EXPECT_LT(middle(*button("Copy code", row(0))).x(), middle(*row(0)).x());
+    EXPECT_LT(middle(*button("Add token")).x(), middle(*row(0)).x());
+    for (const int index : {0, 1}) {
+        const QPoint from(30, middle(*row(index)).y());
+        drag(from, from + QPoint(340, 0));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return button("Delete") == button("Delete", row(index)); }));
+        awaited("Delete");
+    }
+    contentView.rows()->setNow(Date());
+    EXPECT_NE(button("Delete", row(1)), nullptr) << "open through ticks";
+    EXPECT_EQ(listed(), "abc");
+    openSheet();
+    EXPECT_GT(middle(*button("Cancel")).x(), middle(*button("Save")).x());
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
 TEST_F(ListHandTest, anOpenRowClosesByATapWhateverHappenedMeanwhile)
 {
     open("abcdefghijklmnopqrstuvwxyz");
