@@ -1,7 +1,5 @@
 #include "core/CodeGeneration.h"
 
-#include "core/Base32.h"
-
 #include <gtest/gtest.h>
 #include <limits>
 #include <tuple>
@@ -123,9 +121,6 @@ TEST(CodeGeneration, failsInTheOrderOfItsChecks)
             EXPECT_EQ(codeOrMessage([&] { return currentCode(failing, at(59)); }), row.message);
         }
     }
-    EXPECT_THROW(generateOTP("A", 0, Algorithm::sha1, 6), OTPError);
-    EXPECT_THROW(generateOTP("1", 0, Algorithm::sha1, 6), Base32Error);
-    EXPECT_FALSE(OTPError(OTPError::Case::invalidSecret) == OTPError(OTPError::Case::unsupportedDigits));
 }
 
 TEST(CodeGeneration, codeAndCountdownAgreeOnTheStep)

@@ -50,7 +50,7 @@ class Service:
         "has alias": True,  # whether its alias is an object, too
         "locks again": False,  # after each use of an item
         "hides": False,  # what is locked: from a search, and what it holds as well; "search": from a search alone
-        "silent": [],  # methods that are never answered; true: all of them
+        "silent": [],  # methods that are never answered
         "keeps schema": True,
         "fails": {},  # by method: the error's name, or "exit"
         "forgets": [],  # methods that report success and do nothing, or the "data" of a new item
@@ -131,7 +131,7 @@ class Service:
 
     def called(self, bus, sender, path, interface, method, parameters, invocation):
         path = self.meant(path)
-        if self.script["silent"] is True or method in self.script["silent"]:
+        if method in self.script["silent"]:
             return
         try:
             failure = self.script["fails"].get(method)

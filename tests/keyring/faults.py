@@ -221,20 +221,6 @@ class FaultTest(harness.KeyringTest):
                 fake.tell(prompt="grant", locked={collection: True})  # between a load and a save, too
                 self.assertEqual((probe("append 1 B"), len(fake.look().items)), ("4 sorted ", 1))
 
-    def testAListThatExistsNowhereIsCreatedInTheSealedFile(self):
-        for script in ({"fails": {"SearchItems": "org.freedesktop.DBus.Error.AccessDenied"}}, {"silent": True}):
-            with self.subTest(script):
-                self.startOver()
-                fake = Fake(self, **script)
-                probe = self.probe()
-                self.assertEqual((probe("list"), probe("append 1 A")), ("0 sorted ", "1 sorted "))
-                fake.tell(fails={}, silent=[])
-                probe = self.probe()
-                self.assertEqual((probe("list"), probe("append 1 B")), ("1 sorted ", "2 sorted "))
-                self.assertEqual((fake.look().items, self.traces()), ([], (["sealed files\n"], sealed)))
-                fake.tell(locked={"login": True}, prompt="dismiss", hides=True)
-                self.assertEqual((self.probe()("list"), fake.look().prompts), ("2 sorted ", 0))
-
     def testWhatIsAddedSurvivesTheEndOfTheSessionDuringItsPrompt(self):
         fake = Fake(self)
         probe = self.probe()

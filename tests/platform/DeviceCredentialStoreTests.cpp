@@ -18,11 +18,9 @@ constexpr auto locked = errSecInteractionNotAllowed;
 struct Row {
     const char* record;
     OSStatus keyring; ///< its answer, where it does not look for its item
-    bool isInKeyring;
     bool isSealed;
     const char* loaded; ///< the data, or nothing where the load fails with the keyring's answer
     char savedIn; ///< 'k', 's', or '-' where the save fails, too
-    bool hasReserve;
     const char* recordAfter;
 };
 
@@ -33,22 +31,22 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
     const auto ok = errSecSuccess;
     // clang-format off
     const Row table[] = {
-        {"",            ok,     true,  false, "keyring", 'k', true,  keyringRecord},
-        {sealedRecord,  ok,     true,  true,  "keyring", 'k', true,  keyringRecord},
-        {"",            ok,     false, false, "",        'k', true,  keyringRecord},
-        {"",            ok,     false, true,  "sealed",  's', false, sealedRecord},
-        {keyringRecord, ok,     false, true,  "sealed",  's', false, keyringRecord},
-        {sealedRecord,  locked, false, true,  "sealed",  's', false, sealedRecord},
-        {sealedRecord,  locked, false, false, nullptr,   '-', true,  sealedRecord},
-        {"",            locked, true,  true,  nullptr,   '-', true,  ""},
-        {"damaged",     errSecUserCanceled, true, true, nullptr, '-', true, "damaged"},
-        {keyringRecord, away,   false, true,  nullptr,   '-', true,  keyringRecord},
-        {"",            away,   false, true,  "sealed",  's', false, ""},
-        {"",            away,   false, false, "",        's', false, ""},
-        {sealedRecord,  errSecIO, false, true, "sealed", 's', false, sealedRecord},
-        {"keyrin",      ok,     true,  false, "keyring", 'k', true,  keyringRecord},
-        {"sealed files", ok,    true,  false, "keyring", 'k', true,  keyringRecord},
-        {"keyrin",      away,   false, false, "",        's', false, "keyrin"},
+        {"",             ok,                 false, "keyring", 'k', keyringRecord},
+        {sealedRecord,   ok,                 true,  "keyring", 'k', keyringRecord},
+        {"",             ok,                 false, "",        'k', keyringRecord},
+        {"",             ok,                 true,  "sealed",  's', sealedRecord},
+        {keyringRecord,  ok,                 true,  "sealed",  's', keyringRecord},
+        {sealedRecord,   locked,             true,  "sealed",  's', sealedRecord},
+        {sealedRecord,   locked,             false, nullptr,   '-', sealedRecord},
+        {"",             locked,             true,  nullptr,   '-', ""},
+        {"damaged",      errSecUserCanceled, true,  nullptr,   '-', "damaged"},
+        {keyringRecord,  away,               true,  nullptr,   '-', keyringRecord},
+        {"",             away,               true,  "sealed",  's', ""},
+        {"",             away,               false, "",        's', ""},
+        {sealedRecord,   errSecIO,           true,  "sealed",  's', sealedRecord},
+        {"keyrin",       ok,                 false, "keyring", 'k', keyringRecord},
+        {"sealed files", ok,                 false, "keyring", 'k', keyringRecord},
+        {"keyrin",       away,               false, "",        's', "keyrin"},
     };
     // clang-format on
     for (const auto& row : table) {
@@ -60,7 +58,7 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
         ScriptedCredentialStore keyring;
         ScriptedCredentialStore sealed;
         DeviceCredentialStore device(keyring, sealed, home.state());
-        if (row.isInKeyring) {
+        if (row.loaded != nullptr && row.loaded == std::string_view("keyring")) {
             keyring.items[tokenStoreItem] = "keyring";
         }
         if (row.isSealed) {
@@ -85,7 +83,7 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
         }
         EXPECT_EQ(keyring.items[tokenStoreItem] == "new", row.savedIn == 'k');
         EXPECT_EQ(sealed.items[tokenStoreItem] == "new", row.savedIn == 's');
-        EXPECT_EQ(device.reserve(), row.hasReserve ? &sealed : nullptr);
+        EXPECT_EQ(device.reserve(), row.savedIn == 's' ? nullptr : &sealed);
         EXPECT_EQ(contents(record), row.recordAfter);
         EXPECT_EQ(device.remove(tokenStoreItem), errSecParam);
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <memory>
 #include <tuple>
 
 namespace MirrowvaleAuthenticator {
@@ -72,6 +73,8 @@ TEST_F(TokenStoreTest, announcesEachAssignmentOnceBeforeItHappens)
     put({tokenNamed("a", "", 5), tokenNamed("b", "", 6)});
     TokenStore store;
     Announcements announcements(store);
+    auto left = std::make_unique<Announcements>(store);
+    left.reset();
     const auto expect = [&](const Seen& expected) {
         EXPECT_EQ(announcements.seen, expected);
         announcements.seen.clear();
