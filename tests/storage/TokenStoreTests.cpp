@@ -3,31 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <memory>
 #include <tuple>
 
 namespace MirrowvaleAuthenticator {
-
-namespace {
-
-/// Number of tokens, counter of the first, last error.
-using Seen = std::vector<std::tuple<std::size_t, std::uint64_t, MaybeText>>;
-
-/// What an observer finds in the store each time that a change is announced.
-struct Announcements {
-    explicit Announcements(TokenStore& store)
-        : subscription(store.objectWillChange([this, &store] {
-              seen.emplace_back(store.tokens->size(),
-                                store.tokens->empty() ? 0 : store.tokens->front().counter, *store.lastError);
-          }))
-    {
-    }
-
-    Seen seen;
-    ObservableObject::Subscription subscription;
-};
-
-} // namespace
 
 TEST_F(TokenStoreTest, aLoadSortsByIssuerWithoutRegardToCaseAndWritesNothing)
 {
@@ -36,7 +14,6 @@ TEST_F(TokenStoreTest, aLoadSortsByIssuerWithoutRegardToCaseAndWritesNothing)
         {{longName + "b", longName + "a", "y"}, {longName + "a", longName + "b", "y"}},
         {{"beta", "Alpha", "", "alpha"}, {"Alpha", "alpha", "beta", ""}},
         {{"Tokens", "token", "", "TOKEN", "toke"}, {"toke", "token", "", "TOKEN", "Tokens"}},
-        {{"z", "Ö", "ö", "Zebra"}, {"Ö", "ö", "z", "Zebra"}},
     };
     for (const auto& [storedNames, loadedNames] : table) {
         std::vector<AuthToken> tokens;
@@ -72,12 +49,15 @@ TEST_F(TokenStoreTest, announcesEachAssignmentOnceBeforeItHappens)
 {
     put({tokenNamed("a", "", 5), tokenNamed("b", "", 6)});
     TokenStore store;
-    Announcements announcements(store);
-    auto left = std::make_unique<Announcements>(store);
-    left.reset();
-    const auto expect = [&](const Seen& expected) {
-        EXPECT_EQ(announcements.seen, expected);
-        announcements.seen.clear();
+    std::vector<std::tuple<std::size_t, std::uint64_t, MaybeText>> seen; // tokens, first counter, last error
+    const auto subscription = store.objectWillChange([&] {
+        seen.emplace_back(store.tokens->size(), store.tokens->empty() ? 0 : store.tokens->front().counter,
+                          *store.lastError);
+    });
+    static_cast<void>(store.objectWillChange([] { FAIL() << "heard by who has left"; }));
+    const auto expect = [&](const decltype(seen)& expected) {
+        EXPECT_EQ(seen, expected);
+        seen.clear();
     };
 
     store.load();
@@ -104,39 +84,31 @@ TEST_F(TokenStoreTest, announcesEachAssignmentOnceBeforeItHappens)
     EXPECT_EQ(*store.lastError, std::nullopt);
 }
 
-TEST_F(TokenStoreTest, advancesTheFirstTokenWithTheId)
+TEST_F(TokenStoreTest, advancesTheFirstTokenWithTheIdOrLeavesAllAsItIs)
 {
+    constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
     const auto token = tokenNamed("a", "", 5);
     auto twin = token;
     twin.issuer = "b";
-    put({token, twin, tokenNamed("c", "", 1)});
+    const auto last = tokenNamed("c", "", largest - 1);
+    put({token, twin, last});
     TokenStore store;
     store.advanceCounter(token);
     store.advanceCounter(twin);
-    const auto& tokens = *store.tokens;
-    EXPECT_EQ((std::array{tokens[0].counter, tokens[1].counter, tokens[2].counter}),
-              (std::array<std::uint64_t, 3>{7, 5, 1}));
-    EXPECT_EQ(storedTokens(), tokens);
-}
+    store.advanceCounter(last);
+    const auto advanced = *store.tokens;
+    EXPECT_EQ((std::array{advanced[0].counter, advanced[1].counter, advanced[2].counter}),
+              (std::array<std::uint64_t, 3>{7, 5, largest}));
+    EXPECT_EQ(storedTokens(), advanced);
 
-TEST_F(TokenStoreTest, anAdvanceThatCannotBeMadeWritesAndAnnouncesNothing)
-{
-    const auto last = tokenNamed("a", "", std::numeric_limits<std::uint64_t>::max());
-    put({last, tokenNamed("b", "", std::numeric_limits<std::uint64_t>::max() - 1)});
-    TokenStore store;
     credentials.answerNext(Operation::update, errSecInteractionNotAllowed);
     store.persist();
     const auto writesBefore = writes();
-    const auto tokensBefore = *store.tokens;
-    const Announcements announcements(store);
     store.advanceCounter(last);
     store.advanceCounter(tokenNamed("a"));
     EXPECT_EQ(writes(), writesBefore);
-    EXPECT_EQ(*store.tokens, tokensBefore);
-    EXPECT_TRUE(announcements.seen.empty());
+    EXPECT_EQ(*store.tokens, advanced);
     EXPECT_EQ(*store.lastError, lockedMessage) << "the message of the failed save is gone";
-    store.advanceCounter(tokensBefore.at(1));
-    EXPECT_EQ(store.tokens->at(1).counter, last.counter);
 }
 
 TEST_F(TokenStoreTest, whatCannotBeEncodedIsToldAndStays)

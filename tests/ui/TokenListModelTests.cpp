@@ -60,19 +60,6 @@ TEST_F(TokenListModelTest, removesAndInsertsNoMoreThanChanges)
     }
 }
 
-TEST_F(TokenListModelTest, aTickTouchesWhatTimeChanges)
-{
-    list("ab");
-    TokenListModel model(store, Date::fromSecondsSince1970(59));
-    QSignalSpy ticks(&model, &TokenListModel::dataChanged);
-    EXPECT_EQ(model.index(1).data(TokenListModel::DisplayCode).toString(), QStringLiteral("287 082"));
-
-    model.setNow(Date::fromSecondsSince1970(60));
-    EXPECT_EQ(ticks.takeFirst().at(2).value<QList<int>>(),
-              (QList<int>{TokenListModel::DisplayCode, TokenListModel::Countdown, TokenListModel::Urgent}));
-    EXPECT_EQ(model.index(1).data(TokenListModel::DisplayCode).toString(), QStringLiteral("359 152"));
-}
-
 TEST_F(TokenListModelTest, theAcknowledgementBelongsToTheToken)
 {
     list("abbc");
