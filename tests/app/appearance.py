@@ -1,5 +1,5 @@
 """The looks that the desktop asks for: followed from the start, and while the application runs. A real portal tells
-them, to a user without privileges."""
+them."""
 
 import os
 import signal
@@ -9,7 +9,6 @@ import session
 from harness import WindowTest, main
 from session import callBus, setDesktop
 
-session.ordinaryUser = True
 session.withPortal = True
 light, dark = b"\xff\xff\xff", b"\0\0\0"
 

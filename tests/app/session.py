@@ -12,7 +12,6 @@ import unittest
 application = None  # the program under test
 pictures = None  # where a failed wait leaves what was on screen
 screen = "600x1000"  # of the virtual display, in pixels
-ordinaryUser = False  # whether the tests, if root starts them, are to run as a user without privileges
 withPortal = False  # whether the session has the portal that reports how the desktop wants applications to look
 emulated = "MIRROWVALE_EMULATED" in os.environ  # whether an emulator runs all this, a good deal slower
 patience = 200.0 if emulated else 20.0  # seconds until a condition that does not come true counts as failed
@@ -39,13 +38,12 @@ def main():
         preferred = pathlib.Path(home, ".config/xdg-desktop-portal/portals.conf")
         preferred.parent.mkdir(parents=True)
         preferred.write_text("[preferred]\ndefault=gtk\n")
-        words, identity = sys.argv, {}
-        if ordinaryUser and os.geteuid() == 0:
-            words, identity = asOrdinaryUser(pathlib.Path(home), environment, *sys.argv)
+        # Without the right to look into every process, which the superuser has.
+        right = ["setpriv", "--bounding-set=-sys_ptrace", "--inh-caps=-sys_ptrace"] if os.geteuid() == 0 else []
         display, environment["DISPLAY"] = startDisplay(screen)
         try:
-            sys.exit(subprocess.run(["dbus-run-session", "--", sys.executable, *words], env=environment,
-                                    stdin=subprocess.DEVNULL, **identity).returncode)
+            sys.exit(subprocess.run([*right, "dbus-run-session", "--", sys.executable, *sys.argv], env=environment,
+                                    stdin=subprocess.DEVNULL).returncode)
         finally:
             end(display)
 
@@ -61,21 +59,6 @@ def hideServices(folder):
         **({} if withPortal else {"org.freedesktop.portal.Desktop": "/bin/false"}),
     }.items():
         folder.joinpath(name + ".service").write_text(f"[D-BUS Service]\nName={name}\nExec={program}\n")
-
-
-def asOrdinaryUser(home, environment, script, program, folder, *rest):
-    """Gives the home to a user without privileges, with a copy of what that user may not be able to reach.
-    @returns the command's words, and as whom to run it"""
-    shutil.copytree(pathlib.Path(script).parent, home / "tests")
-    copied = shutil.copy(program, home)
-    leaks = pathlib.Path(__file__).resolve().parents[1] / "toolkit-leaks.txt"
-    environment["LSAN_OPTIONS"] = environment.get("LSAN_OPTIONS", "").replace(str(leaks), shutil.copy(leaks, home))
-    pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
-    user = 65534
-    for path in (home, *home.rglob("*"), folder):
-        os.chown(path, user, user)
-    return ([home / "tests" / pathlib.Path(script).name, copied, pathlib.Path(folder).resolve(), *rest],
-            {"user": user, "group": user, "extra_groups": []})
 
 
 def startDisplay(size):

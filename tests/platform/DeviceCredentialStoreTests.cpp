@@ -18,6 +18,7 @@ constexpr auto locked = errSecInteractionNotAllowed;
 struct Row {
     const char* record;
     OSStatus keyring; ///< its answer, where it does not look for its item
+    Search search; ///< the last of it: one that held the item is searched thoroughly, nobody is asked in vain
     bool isSealed;
     const char* loaded; ///< the data, or nothing where the load fails with the keyring's answer
     char savedIn; ///< 'k', 's', or '-' where the save fails, too
@@ -28,25 +29,26 @@ struct Row {
 
 TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
 {
+    using enum Search;
     const auto ok = errSecSuccess;
     // clang-format off
     const Row table[] = {
-        {"",             ok,                 false, "keyring", 'k', keyringRecord},
-        {sealedRecord,   ok,                 true,  "keyring", 'k', keyringRecord},
-        {"",             ok,                 false, "",        'k', keyringRecord},
-        {"",             ok,                 true,  "sealed",  's', sealedRecord},
-        {keyringRecord,  ok,                 true,  "sealed",  's', keyringRecord},
-        {sealedRecord,   locked,             true,  "sealed",  's', sealedRecord},
-        {sealedRecord,   locked,             false, nullptr,   '-', sealedRecord},
-        {"",             locked,             true,  nullptr,   '-', ""},
-        {"damaged",      errSecUserCanceled, true,  nullptr,   '-', "damaged"},
-        {keyringRecord,  away,               true,  nullptr,   '-', keyringRecord},
-        {"",             away,               true,  "sealed",  's', ""},
-        {"",             away,               false, "",        's', ""},
-        {sealedRecord,   errSecIO,           true,  "sealed",  's', sealedRecord},
-        {"keyrin",       ok,                 false, "keyring", 'k', keyringRecord},
-        {"sealed files", ok,                 false, "keyring", 'k', keyringRecord},
-        {"keyrin",       away,               false, "",        's', "keyrin"},
+        {"",             ok,                 usual,    false, "keyring", 'k', keyringRecord},
+        {sealedRecord,   ok,                 usual,    true,  "keyring", 'k', keyringRecord},
+        {"",             ok,                 usual,    false, "",        'k', keyringRecord},
+        {"",             ok,                 usual,    true,  "sealed",  's', sealedRecord},
+        {keyringRecord,  ok,                 thorough, true,  "sealed",  's', keyringRecord},
+        {sealedRecord,   locked,             quiet,    true,  "sealed",  's', sealedRecord},
+        {sealedRecord,   locked,             usual,    false, nullptr,   '-', sealedRecord},
+        {"",             locked,             usual,    true,  nullptr,   '-', ""},
+        {"damaged",      errSecUserCanceled, usual,    true,  nullptr,   '-', "damaged"},
+        {keyringRecord,  away,               thorough, true,  nullptr,   '-', keyringRecord},
+        {"",             away,               usual,    true,  "sealed",  's', ""},
+        {"",             away,               usual,    false, "",        's', ""},
+        {sealedRecord,   errSecIO,           quiet,    true,  "sealed",  's', sealedRecord},
+        {"keyrin",       ok,                 usual,    false, "keyring", 'k', keyringRecord},
+        {"sealed files", ok,                 usual,    false, "keyring", 'k', keyringRecord},
+        {"keyrin",       away,               usual,    false, "",        's', "keyrin"},
     };
     // clang-format on
     for (const auto& row : table) {
@@ -70,14 +72,7 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
         const auto status = device.read(tokenStoreItem, Search::usual, result);
         EXPECT_EQ(status, row.loaded == nullptr ? row.keyring : *row.loaded ? ok : errSecItemNotFound);
         EXPECT_EQ(result.value_or(""), row.loaded == nullptr ? "" : row.loaded);
-        if (row.keyring != ok) { // one that held the item is searched thoroughly, nobody is asked in vain
-            const bool isQuiet = row.record == std::string_view(sealedRecord) && row.isSealed;
-            const bool isThorough = row.record == std::string_view(keyringRecord);
-            EXPECT_EQ(keyring.lastSearch,
-                      isQuiet          ? Search::quiet
-                          : isThorough ? Search::thorough
-                                       : Search::usual);
-        }
+        EXPECT_EQ(keyring.lastSearch, row.search);
         if (device.update(tokenStoreItem, "new") == errSecItemNotFound) {
             device.add(tokenStoreItem, "new");
         }
