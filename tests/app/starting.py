@@ -72,9 +72,9 @@ class StartingTest(WindowTest):
         other = self.second(apart)  # shares neither a bus nor a folder: it has a list of its own
         self.until(lambda: self.windowOf(other) == self.windowInFront())
         for how, ask in {
-                "same bus and folder": lambda: self.startAgain(self.environment(self.home)),
+                "same bus and folder": lambda: self.endsWith(0, None, self.environment(self.home)),
                 "while the first waits": self.startWhileTheFirstWaits,
-                "another folder": lambda: self.startAgain(self.environment(self.home / "another")),
+                "another folder": lambda: self.endsWith(0, None, self.environment(self.home / "another")),
                 "the desktop": lambda: self.call("Activate", "({'activation-token': <'_TIME0'>, 'x': <1>},)"),
                 "the desktop, with files": lambda: self.call("Open", "(['file:///x'], @a{sv} {})")}.items():
             with self.subTest(how):
@@ -96,14 +96,11 @@ class StartingTest(WindowTest):
         self.addCleanup(os.kill, process, signal.SIGTERM)
         self.until(lambda: xdotool("search", "--onlyvisible", "--pid", process))
 
-    def startAgain(self, environment):
-        self.endsWith(0, None, environment)
-
     def startWhileTheFirstWaits(self):
         """As for the user's answer to a keyring; what it was asked for it does then."""
         self.process.send_signal(signal.SIGSTOP)
         self.addCleanup(self.process.send_signal, signal.SIGCONT)
-        self.startAgain(self.environment(self.home))
+        self.endsWith(0, None, self.environment(self.home))
         self.endsWith(1, "already running", {**self.environment(self.home), "DBUS_SESSION_BUS_ADDRESS": ""})
         self.process.send_signal(signal.SIGCONT)
 
