@@ -18,14 +18,17 @@ constexpr std::chrono::milliseconds tickInterval{1000};
 } // namespace
 
 ContentView::ContentView(TokenStore& store, QObject* parent)
-    : QObject(parent),
-      store_(store),
-      rows_(store, Date::now()),
-      subscription_(store.objectWillChange([this] { renderSoon(); }))
+    : QObject(parent), store_(store), rows_(store, Date::now())
 {
+    store_.objectWillChange = [this] { renderSoon(); };
     ticker_.setTimerType(Qt::PreciseTimer);
     ticker_.setInterval(tickInterval);
     connect(&ticker_, &QTimer::timeout, this, &ContentView::tick);
+}
+
+ContentView::~ContentView()
+{
+    store_.objectWillChange = [] {};
 }
 
 void ContentView::setVisible(bool visible)

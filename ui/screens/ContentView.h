@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/text/Date.h"
-#include "storage/ObservableObject.h"
 #include "storage/TokenStore.h"
 #include "ui/screens/AddTokenView.h"
 #include "ui/screens/TokenListModel.h"
@@ -24,8 +23,9 @@ class ContentView : public QObject {
                    addTokenViewChanged FINAL)
 
 public:
-    /// @param store  the application's; must outlive the screen
+    /// @param store  the application's, of which this is the observer; must outlive the screen
     explicit ContentView(TokenStore& store, QObject* parent = nullptr);
+    ~ContentView() override;
 
     TokenListModel* rows() { return &rows_; }
     Date now() const { return rows_.now(); }
@@ -70,7 +70,6 @@ private:
     TokenListModel rows_;
     bool changed_ = false;
     AddTokenView* addTokenView_ = nullptr;
-    ObservableObject::Subscription subscription_;
 };
 
 } // namespace MirrowvaleAuthenticator
