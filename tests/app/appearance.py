@@ -6,18 +6,27 @@ import signal
 import subprocess
 
 import session
-from harness import WindowTest, main
+from harness import WindowTest, key, main, secret, setClipboard, xdotool
 from session import callBus, setDesktop
 
 session.withPortal = True
+session.screen = "1200x1500"
 light, dark = b"\xff\xff\xff", b"\0\0\0"
 
 
 class AppearanceTest(WindowTest):
+    scale = 1
+
+    def environment(self, home):
+        return {**super().environment(home), "QT_SCALE_FACTOR": str(self.scale)}
+
+    def pixels(self, width, height, left, top):
+        return subprocess.run(["import", "-window", self.window, "-crop", f"{width}x{height}+{left}+{top}", "-depth", "8",
+                               "rgb:-"], capture_output=True, check=True).stdout
+
     def ground(self):
         """The colour of the window in its lower left corner."""
-        return subprocess.run(["import", "-window", self.window, "-crop", "1x1+5+500", "-depth", "8", "rgb:-"],
-                              capture_output=True, check=True).stdout
+        return self.pixels(1, 1, 5, 500)
 
     def testLightAndDark(self):
         setDesktop(color_scheme="'prefer-dark'")
@@ -44,6 +53,20 @@ class AppearanceTest(WindowTest):
         self.until(lambda: self.ground() == light)
         os.kill(process, signal.SIGCONT)
         self.until(lambda: self.ground() == dark)
+
+    def testLargeCode(self):
+        """Its digits are larger than the toolkit keeps as pictures, 64 pixels: it may draw them otherwise, but draws."""
+        self.scale = 3
+        self.start()
+        setClipboard(f"otpauth://totp/Acme:alice?secret={secret}")
+        key("ctrl+n")
+        self.until(lambda: self.find("otpauth:// URI").focused)
+        key("ctrl+v", "Tab", "Return")
+        copy = self.inRow("Acme", "Copy code")
+        width = self.find("Mirrowvale Auth", lambda element: element.role in ("frame", "window")).width
+        factor = int(xdotool("getwindowgeometry", "--shell", self.window).split("WIDTH=")[1].split()[0]) / width
+        left, middle = round(copy.left * factor) // 4, round(copy.y * factor)
+        self.until(lambda: len(set(self.pixels(left, 20, left, middle))) > 1)
 
     def testReducedMotion(self):
         setDesktop(enable_animations="false")

@@ -29,9 +29,6 @@ void drawInSoftware()
     setDefault("QT_QUICK_BACKEND", "software");
     // A frame is drawn right after what it is drawn for, not by a timer of its own.
     setDefault("QT_QPA_UPDATE_IDLE_TIME", "0");
-    // Large digits are kept as pictures, too: as outlines they took five sixths of a fling's frame at
-    // scale 3.
-    setDefault("QT_MAX_CACHED_GLYPH_SIZE", "256"); // device pixels
 }
 
 /// What the desktop gave this start so that its window may come to the front.
