@@ -21,7 +21,8 @@ struct UUID {
     /// The 36-character form, hexadecimal digits in upper case.
     std::string string() const;
 
-    friend auto operator<=>(const UUID&, const UUID&) = default;
+    friend bool operator==(const UUID&, const UUID&) = default;
+    friend bool operator<(const UUID& left, const UUID& right) { return left.bytes < right.bytes; }
 };
 
 } // namespace MirrowvaleAuthenticator
