@@ -53,6 +53,7 @@ TextInput {
 
     text: mark + code
     font: Theme.codeFitting(code.length, room)
+    height: Math.ceil(digits.height) // the mark may be of another font, with higher lines
     color: Theme.primary
     selectedTextColor: Theme.primary
     selectionColor: Theme.selection
@@ -77,6 +78,12 @@ TextInput {
         if (event.accepted && selectedText.length > 0) {
             Pasteboard.setString(selectedText)
         }
+    }
+
+    FontMetrics {
+        id: digits
+
+        font: root.font
     }
 
     MouseArea {
