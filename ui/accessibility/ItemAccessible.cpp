@@ -92,7 +92,7 @@ QAccessible::State ItemAccessible::state() const
     state.disabled = !item()->isEnabled();
     // A row that Tab passes over can be asked for all the same, but not one that waits for another token.
     state.focusable = item()->isEnabled() && item()->isVisible();
-    state.focused = item()->hasActiveFocus();
+    state.focused = item()->window() != nullptr && item()->window()->activeFocusItem() == item();
     return state;
 }
 
