@@ -6,6 +6,13 @@
 
 namespace MirrowvaleAuthenticator {
 
+KeyboardFocusItem::KeyboardFocusItem(QQuickItem* parent) : QQuickItem(parent)
+{
+    // Another item of the scope has focus from now on, though the scope itself may not.
+    connect(this, &QQuickItem::focusChanged, this,
+            [this] { keepsVisualFocus_ = keepsVisualFocus_ && hasFocus(); });
+}
+
 void KeyboardFocusItem::setVisualFocus(bool shows)
 {
     if (std::exchange(hasVisualFocus_, shows) != shows) {

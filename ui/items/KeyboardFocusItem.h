@@ -13,7 +13,7 @@ class KeyboardFocusItem : public QQuickItem {
     Q_PROPERTY(bool visualFocus READ hasVisualFocus WRITE setVisualFocus NOTIFY visualFocusChanged FINAL)
 
 public:
-    using QQuickItem::QQuickItem;
+    explicit KeyboardFocusItem(QQuickItem* parent = nullptr);
 
     bool hasVisualFocus() const { return hasVisualFocus_; }
     void setVisualFocus(bool shows);

@@ -142,7 +142,7 @@ Item {
         } else if (passesOn) {
             show()
         } else if (around !== null && around !== row) {
-            give(item, shows)
+            give(item as SelectableCode ? around : item, shows) // a code has focus with a selection alone
         }
     }
 
