@@ -52,6 +52,14 @@ TEST_F(FocusTest, focusGoesToAnyRowAndStaysThereWhateverHappensToOthers)
     ASSERT_EQ(listed(), "bc");
     EXPECT_EQ(window->activeFocusItem(), copy);
     EXPECT_TRUE(ringIsAt(copy));
+    EXPECT_FALSE(QAccessible::queryAccessibleInterface(view)->state().focused) << "which only holds it";
+
+    QQuickItem* selected = row(1);
+    QTest::mouseDClick(window.get(), Qt::LeftButton, {},
+                       middle(*selected->property("code").value<QQuickItem*>()));
+    QMetaObject::invokeMethod(row(0), "deleteRequested");
+    ASSERT_EQ(listed(), "c");
+    EXPECT_EQ(window->activeFocusItem(), selected) << "not its code, whose selection has gone";
 }
 
 TEST_F(FocusTest, focusStaysWhereItCanBeSeen)
