@@ -54,6 +54,8 @@ TextInput {
     text: mark + code
     font: Theme.codeFitting(code.length, room)
     height: Math.ceil(digits.height) // the mark may be of another font, with higher lines
+    autoScroll: false // those are cut off above and below alike
+    verticalAlignment: TextInput.AlignVCenter
     color: Theme.primary
     selectedTextColor: Theme.primary
     selectionColor: Theme.selection
