@@ -51,8 +51,8 @@ class Gallery(WindowTest):
         self.assertEqual(self.takeShown(today), docs.joinpath("gallery.txt").read_text(), advice)
         difference = subprocess.run(["compare", "-metric", "RMSE", today, docs / "gallery.png", "null:"],
                                     capture_output=True, text=True).stderr
-        # As fonts may be smoothed otherwise elsewhere; a text a line lower is 0.16.
-        self.assertLess(float(difference.partition("(")[2].rstrip(")")), 0.1, advice)
+        # As fonts may be others elsewhere: 0.133 on Debian 13; a text a line lower is 0.16.
+        self.assertLess(float(difference.partition("(")[2].rstrip(")")), 0.145, advice)
 
     def takeShown(self, picture):
         """Makes the README's picture. @returns the texts on it as a screen reader gets them"""
