@@ -51,8 +51,10 @@ class Gallery(WindowTest):
         self.assertEqual(self.takeShown(today), docs.joinpath("gallery.txt").read_text(), advice)
         difference = subprocess.run(["compare", "-metric", "RMSE", today, docs / "gallery.png", "null:"],
                                     capture_output=True, text=True).stderr
-        # As fonts may be others elsewhere: 0.133 on Debian 13; a text a line lower is 0.16.
-        self.assertLess(float(difference.partition("(")[2].rstrip(")")), 0.145, advice)
+        # A text a line lower is 0.16. Other fonts alone may be 0.133: the rows are higher in the Arabic one of Debian 13.
+        arabic = subprocess.run(["fc-match", "--format=%{family}", "sans:lang=ar"], capture_output=True, text=True).stdout
+        most = 0.1 if arabic == "DejaVu Sans" else 0.145
+        self.assertLess(float(difference.partition("(")[2].rstrip(")")), most, advice)
 
     def takeShown(self, picture):
         """Makes the README's picture. @returns the texts on it as a screen reader gets them"""
