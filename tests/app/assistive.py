@@ -47,12 +47,8 @@ class AssistiveTest(WindowTest):
 
     def outsideOfTheSheet(self):
         """The roles of all that can be reached, shown or not, without the sheet and what is in it."""
-        def outside(accessible):
-            if accessible.get_role_name() != "dialog":
-                yield accessible.get_role_name()
-                for index in range(accessible.get_child_count()):
-                    yield from outside(accessible.get_child_at_index(index))
-        return list(outside(next(self.accessibles())))
+        return [accessible.get_role_name() for accessible in
+                self.accessibles(enters=lambda accessible: accessible.get_role_name() != "dialog")]
 
     def testEverything(self):
         self.start()

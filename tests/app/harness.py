@@ -80,12 +80,13 @@ class Element:
         click(self.x, self.y)
 
 
-def walk(accessible):
+def walk(accessible, enters=lambda accessible: True):
+    """An accessible and all below it; `enters` may leave some out, with what is below them."""
     yield accessible
     for index in range(accessible.get_child_count()):
         child = accessible.get_child_at_index(index)
-        if child is not None:
-            yield from walk(child)
+        if child is not None and enters(child):  # none where it went away meanwhile
+            yield from walk(child, enters)
 
 
 def describe(accessible):
@@ -190,11 +191,11 @@ class WindowTest(unittest.TestCase):
         """Everything on screen, from top to bottom."""
         return self.until(lambda: sorted(filter(None, map(describe, self.accessibles())), key=lambda e: e.y))
 
-    def accessibles(self):
+    def accessibles(self, **which):
         for index in range(desktop.get_child_count()):
             program = desktop.get_child_at_index(index)
             if program and program.get_process_id() == self.process.pid:
-                yield from walk(program)
+                yield from walk(program, **which)
 
     def texts(self):
         return [element.text for element in self.elements()]
