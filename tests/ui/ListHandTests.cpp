@@ -190,6 +190,10 @@ TEST_F(ListHandTest, anOpenRowClosesByATapWhateverHappenedMeanwhile)
         tap(*row(1));
         EXPECT_TRUE(QTest::qWaitFor([this] { return button("Delete") == nullptr; })) << name;
     }
+    swipe(*row(2));
+    tap(*awaited("Delete"));
+    tap(*button("Copy code", row(0)));
+    EXPECT_NE(button("Copied", row(0)), nullptr) << "while the deleted row fades";
 }
 
 } // namespace

@@ -141,7 +141,12 @@ ListView {
         }
         onMenuRequested: place => list.openMenu(row, place)
         onNextRequested: list.contentView.advanceCounter(index)
-        onDeleteRequested: list.rowFocus.deleteRow(row)
+        onDeleteRequested: {
+            list.rowFocus.deleteRow(row)
+            if (open) {
+                list.openRow = null // a press elsewhere counts while the row fades
+            }
+        }
     }
 
     remove: Transition {
