@@ -53,7 +53,8 @@ TextInput {
 
     text: mark + code
     font: Theme.codeFitting(code.length, room)
-    height: Math.ceil(digits.height) // the mark may be of another font, with higher lines
+    // The digits' own: the mark may be of another font, with higher lines.
+    height: Math.ceil(Theme.codeMetrics.height * font.pixelSize / Theme.code.pixelSize)
     autoScroll: false // those are cut off above and below alike
     verticalAlignment: TextInput.AlignVCenter
     color: Theme.primary
@@ -82,15 +83,9 @@ TextInput {
         }
     }
 
-    FontMetrics {
-        id: digits
-
-        font: root.font
-    }
-
     MouseArea {
         anchors.fill: parent
-        acceptedButtons: Qt.LeftButton | Qt.RightButton // the text would accept either
+        acceptedButtons: Qt.AllButtons // the text would accept some
         cursorShape: Qt.IBeamCursor
         onPressAndHold: mouse => {
             root.selectAll()
