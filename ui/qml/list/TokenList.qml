@@ -186,7 +186,7 @@ ListView {
 
     TapHandler {
         parent: root // not the content, which ends with the last row
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        acceptedButtons: Qt.AllButtons
         onTapped: (point, button) => {
             if (button === Qt.RightButton) {
                 root.openMenuAt(point.scenePosition)
