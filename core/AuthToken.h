@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/crypto/HMAC.h"
 #include "platform/text/Date.h"
 #include "platform/text/UUID.h"
 
@@ -19,7 +20,7 @@ struct AuthToken {
         totp, ///< time-based (RFC 6238): the moving factor comes from the clock and `period`
         hotp, ///< counter-based (RFC 4226): the moving factor is `counter`
     };
-    enum class Algorithm { sha1, sha256, sha512 };
+    using Algorithm = HashFunction;
 
     UUID id; ///< identity of the token, also after any other field has changed
     Kind kind = Kind::totp; ///< the scheme

@@ -51,19 +51,6 @@ private:
     SecretBytes large_;
 };
 
-HashFunction hashFunction(AuthToken::Algorithm algorithm)
-{
-    switch (algorithm) {
-    case AuthToken::Algorithm::sha1:
-        return HashFunction::sha1;
-    case AuthToken::Algorithm::sha256:
-        return HashFunction::sha256;
-    case AuthToken::Algorithm::sha512:
-        return HashFunction::sha512;
-    }
-    __builtin_unreachable();
-}
-
 std::array<std::uint8_t, 8> bigEndian(std::uint64_t number)
 {
     std::array<std::uint8_t, 8> bytes{};
@@ -132,7 +119,7 @@ std::string generateOTP(std::string_view secretBase32, std::uint64_t counter, Au
     if (key.bytes().empty()) {
         throw OTPError(OTPError::Case::invalidSecret);
     }
-    const AuthenticationCode mac(hashFunction(algorithm), key.bytes(), bigEndian(counter));
+    const AuthenticationCode mac(algorithm, key.bytes(), bigEndian(counter));
     return lastDigits(truncated(mac.bytes()), digits);
 }
 
