@@ -7,8 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
-#include <optional>
 
 namespace MirrowvaleAuthenticator {
 
@@ -93,16 +91,6 @@ std::uint64_t stepCount(const AuthToken& token, Date instant)
     return static_cast<std::uint64_t>(steps);
 }
 
-std::optional<std::int64_t> wholeSeconds(Date instant)
-{
-    const double seconds = instant.secondsSince1970();
-    constexpr double limit = 9223372036854775808.0; // 2 to the 63rd
-    if (!(seconds >= -limit && seconds < limit)) {
-        return std::nullopt;
-    }
-    return static_cast<std::int64_t>(seconds);
-}
-
 } // namespace
 
 OTPError::OTPError(Case which) : LocalizedError(sentence(which)), which_(which)
@@ -135,7 +123,10 @@ std::int64_t secondsRemaining(const AuthToken& token, Date instant)
         return 0;
     }
     const auto step = timeStep(token);
-    const auto intoStep = wholeSeconds(instant).value_or(0) % step;
+    const double seconds = instant.secondsSince1970();
+    constexpr double limit = 9223372036854775808.0; // 2 to the 63rd
+    const bool fits = seconds >= -limit && seconds < limit;
+    const auto intoStep = fits ? static_cast<std::int64_t>(seconds) % step : 0;
     return intoStep >= 0 ? step - intoStep : -intoStep;
 }
 
