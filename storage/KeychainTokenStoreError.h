@@ -16,15 +16,6 @@ public:
 
     OSStatus unexpectedStatus() const { return unexpectedStatus_; }
 
-    /// Whether the item holds what this process has neither read nor written.
-    bool saysUnknown() const
-    {
-        return unexpectedStatus_ == errSecInvalidItemRef || unexpectedStatus_ == errSecDuplicateItem;
-    }
-
-    /// Whether the user refused to unlock the keyring.
-    bool saysDismissed() const { return unexpectedStatus_ == errSecUserCanceled; }
-
 private:
     OSStatus unexpectedStatus_;
 };

@@ -27,7 +27,8 @@ void saveMerged(StoredList::State state, Save save, Merge merge)
     try {
         save();
     } catch (const KeychainTokenStoreError& error) {
-        if (!error.saysUnknown()) {
+        const auto status = error.unexpectedStatus();
+        if (status != errSecInvalidItemRef && status != errSecDuplicateItem) {
             throw;
         }
         merge();
@@ -119,8 +120,9 @@ void TokenStore::persist()
         saveReserve(); // that is, clears it
         lastError = std::nullopt;
     } catch (const std::exception& error) {
-        const auto* status = dynamic_cast<const KeychainTokenStoreError*>(&error);
-        isSaveDue_ = status == nullptr || !status->saysDismissed();
+        const auto* failure = dynamic_cast<const KeychainTokenStoreError*>(&error);
+        const bool isRefused = failure != nullptr && failure->unexpectedStatus() == errSecUserCanceled;
+        isSaveDue_ = !isRefused; // by the user, whom it would ask again
         lastError = localizedDescription(error);
     }
 }
