@@ -54,8 +54,8 @@ public:
     virtual OSStatus add(const ItemName& name, const SecretString& data) noexcept = 0;
 
     /// Removes an item of a reserve; in any other store it is only ever replaced.
-    /// @returns as `update`
-    virtual OSStatus remove(const ItemName& name) noexcept = 0;
+    /// @returns as `update`; `errSecParam` where this is no reserve
+    virtual OSStatus remove(const ItemName& /*name*/) noexcept { return errSecParam; }
 
     /// The store on this device for what could not be saved in this one; null where there is none.
     virtual CredentialStore* reserve() noexcept { return nullptr; }

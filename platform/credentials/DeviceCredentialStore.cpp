@@ -40,11 +40,6 @@ OSStatus DeviceCredentialStore::add(const ItemName& name, const SecretString& da
     });
 }
 
-OSStatus DeviceCredentialStore::remove(const ItemName&) noexcept
-{
-    return errSecParam;
-}
-
 CredentialStore* DeviceCredentialStore::reserve() noexcept
 {
     return place_ == Place::sealedFiles ? nullptr : &sealedFiles_;

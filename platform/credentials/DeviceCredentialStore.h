@@ -39,8 +39,6 @@ public:
     OSStatus read(const ItemName& name, Search search, SecResult& result) noexcept override;
     OSStatus update(const ItemName& name, const SecretString& data) noexcept override;
     OSStatus add(const ItemName& name, const SecretString& data) noexcept override;
-    /// @returns `errSecParam`: only the reserve's items are removed
-    OSStatus remove(const ItemName& name) noexcept override;
     CredentialStore* reserve() noexcept override;
 
 private:

@@ -85,11 +85,6 @@ OSStatus SecretServiceCredentialStore::add(const ItemName& name, const SecretStr
     return status;
 }
 
-OSStatus SecretServiceCredentialStore::remove(const ItemName&) noexcept
-{
-    return errSecParam;
-}
-
 /// An item that was read or written here exists.
 Search SecretServiceCredentialStore::searchFor(const ItemName& name) const
 {

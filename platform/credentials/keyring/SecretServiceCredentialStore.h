@@ -20,8 +20,6 @@ public:
     OSStatus read(const ItemName& name, Search search, SecResult& result) noexcept override;
     OSStatus update(const ItemName& name, const SecretString& data) noexcept override;
     OSStatus add(const ItemName& name, const SecretString& data) noexcept override;
-    /// @returns `errSecParam`: the keyring is no reserve
-    OSStatus remove(const ItemName& name) noexcept override;
 
 private:
     Search searchFor(const ItemName& name) const;
