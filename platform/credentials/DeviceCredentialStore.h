@@ -26,9 +26,6 @@ namespace MirrowvaleAuthenticator {
 /// lie there, too.
 class DeviceCredentialStore : public CredentialStore {
 public:
-    /// Where the items live in this run.
-    enum class Place { unknown, keyring, sealedFiles };
-
     /// @param keyring  answers `errSecNotAvailable` where the session has none
     DeviceCredentialStore(CredentialStore& keyring, CredentialStore& sealedFiles,
                           std::filesystem::path stateFolder)
@@ -44,15 +41,15 @@ public:
 private:
     CredentialStore& requirePlace(const ItemName& name);
     OSStatus find(const ItemName& name, SecResult& result);
-    OSStatus askKeyring(const ItemName& name, Place recorded, SecResult& result) const;
-    OSStatus askSealedFiles(const ItemName& name, SecResult& result);
-    Place recordedPlace(const ItemName& name) const;
-    void record(const ItemName& name, Place place, Place before) const;
+    OSStatus askKeyring(const ItemName& name, const CredentialStore* recorded, SecResult& result) const;
+    OSStatus askSealedFiles(const ItemName& name, const CredentialStore* recorded, SecResult& result);
+    const CredentialStore* recordedPlace(const ItemName& name) const;
+    void record(const ItemName& name, const CredentialStore* before) const;
 
     CredentialStore& keyring_;
     CredentialStore& sealedFiles_;
     std::filesystem::path stateFolder_;
-    Place place_ = Place::unknown;
+    CredentialStore* place_ = nullptr; ///< the one of them in which the items live, once that is known
 };
 
 } // namespace MirrowvaleAuthenticator
