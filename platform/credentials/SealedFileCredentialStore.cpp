@@ -34,7 +34,20 @@ SealedFileCredentialStore::SealedFileCredentialStore(std::filesystem::path dataF
 
 OSStatus SealedFileCredentialStore::read(const ItemName& name, Search search, SecResult& result) noexcept
 {
-    return statusOf([&] { return search == Search::quiet ? check(Item(name)) : read(Item(name), result); });
+    return statusOf([&] {
+        const Item item(name);
+        if (search == Search::quiet) {
+            return visit(item, opens);
+        }
+        return visit(item, [&](SealingKey key, std::string_view context, SecretString box) {
+            const std::string tag(tagOf(box));
+            result = unseal(key, context, std::move(box));
+            if (result) {
+                knownBoxes_.insert(tag);
+            }
+            return result.has_value();
+        });
+    });
 }
 
 OSStatus SealedFileCredentialStore::update(const ItemName& name, const SecretString& data) noexcept
@@ -58,12 +71,11 @@ OSStatus SealedFileCredentialStore::add(const ItemName& name, const SecretString
 {
     return statusOf([&] {
         const Item item(name);
-        const auto status = check(item);
-        if (status == errSecItemNotFound) {
-            create(item, data);
-            return errSecSuccess;
+        if (visit(item, opens) != errSecItemNotFound) {
+            return errSecDuplicateItem;
         }
-        return status == errSecSuccess || status == errSecDecode ? errSecDuplicateItem : status;
+        create(item, data);
+        return errSecSuccess;
     });
 }
 
@@ -72,8 +84,17 @@ OSStatus SealedFileCredentialStore::remove(const ItemName& name) noexcept
     return statusOf([&] {
         const Item item(name);
         const auto status = checkIsKnown(item);
-        if (status == errSecSuccess || status == errSecItemNotFound) {
-            remove(item); // also one that could not be removed before
+        if (status != errSecSuccess && status != errSecItemNotFound) {
+            return status;
+        }
+        // Also one that could not be removed before.
+        const auto folder = PrivateFolder::open(dataFolder_);
+        if (const auto box = folder ? folder->read(item.fileName) : std::nullopt) {
+            try {
+                folder->remove(item.fileName);
+            } catch (const std::system_error&) {
+                PrivateFolder::openOrCreate(stateFolder_).write(item.removalName, tagOf(*box));
+            }
         }
         return status;
     });
@@ -91,25 +112,7 @@ OSStatus SealedFileCredentialStore::visit(const Item& item, Open open) const
     return key && open(SealingKey(*key), item.context, std::move(*box)) ? errSecSuccess : errSecDecode;
 }
 
-OSStatus SealedFileCredentialStore::read(const Item& item, SecResult& result)
-{
-    return visit(item, [&](SealingKey key, std::string_view context, SecretString box) {
-        const std::string tag(tagOf(box));
-        result = unseal(key, context, std::move(box));
-        if (result) {
-            knownBoxes_.insert(tag);
-        }
-        return result.has_value();
-    });
-}
-
-/// The status that `read` would give.
-OSStatus SealedFileCredentialStore::check(const Item& item) const
-{
-    return visit(item, opens);
-}
-
-/// The same, but for an item that opens and was never read or written here.
+/// The status that `read` would give, but for an item that opens and was never read or written here.
 OSStatus SealedFileCredentialStore::checkIsKnown(const Item& item) const
 {
     bool isKnown = false;
@@ -146,22 +149,7 @@ void SealedFileCredentialStore::write(const PrivateFolder& folder, const Item& i
     folder.write(item.fileName, box);
 }
 
-/// Removes the file, if it exists; where that cannot be done, the tag of its box in the state folder says
-/// that it is removed.
-void SealedFileCredentialStore::remove(const Item& item) const
-{
-    const auto folder = PrivateFolder::open(dataFolder_);
-    const auto box = folder ? folder->read(item.fileName) : std::nullopt;
-    if (!box) {
-        return;
-    }
-    try {
-        folder->remove(item.fileName);
-    } catch (const std::system_error&) {
-        PrivateFolder::openOrCreate(stateFolder_).write(item.removalName, tagOf(*box));
-    }
-}
-
+/// Whether the file should not be there: where it could not be removed, the tag of its box was written.
 bool SealedFileCredentialStore::isRemoved(const Item& item, std::string_view box) const
 {
     const auto folder = PrivateFolder::open(stateFolder_);

@@ -34,13 +34,10 @@ private:
     /// @param open  takes key, context and box, and says whether the box opens
     template <typename Open>
     OSStatus visit(const Item& item, Open open) const;
-    OSStatus read(const Item& item, SecResult& result);
-    OSStatus check(const Item& item) const;
     OSStatus checkIsKnown(const Item& item) const;
     void create(const Item& item, const SecretString& data);
     void replace(const Item& item, const SecretString& data);
     void write(const PrivateFolder& folder, const Item& item, SealingKey key, const SecretString& data);
-    void remove(const Item& item) const;
     bool isRemoved(const Item& item, std::string_view box) const;
     std::optional<SecretBytes> deviceKey() const;
     SecretBytes flushedDeviceKey() const;
