@@ -27,34 +27,30 @@ FileDescriptor openFolder()
     return isOwn ? std::move(folder) : FileDescriptor();
 }
 
-/// Removes what a crash left, while nobody else is writing.
-void removeUnfinished(const std::filesystem::path& path)
-{
-    try {
-        if (const auto folder = PrivateFolder::open(path)) {
-            folder->removeUnfinished();
-        }
-    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): it costs some room, no more
-    }
-}
-
+/// @param place  or none, which nobody can lock
 bool isLockedByOther(const FileDescriptor& place)
 {
-    return place && flock(place.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    return flock(place.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
 } // namespace
 
-InstanceLock::InstanceLock() : folder_(openFolder())
+InstanceLock::InstanceLock()
+    : folder_(openFolder()),
+      file_(openat(folder_.get(), "instance.lock", O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
+                   0600)),
+      taken_(isLockedByOther(folder_) || isLockedByOther(file_))
 {
-    if (folder_) {
-        file_ = FileDescriptor(openat(folder_.get(), "instance.lock",
-                                      O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
+    if (taken_) {
+        return;
     }
-    taken_ = isLockedByOther(folder_) || isLockedByOther(file_);
-    if (!taken_) {
-        removeUnfinished(dataFolderPath());
-        removeUnfinished(stateFolderPath());
+    for (const auto& path : {dataFolderPath(), stateFolderPath()}) { // in which nobody else is writing
+        try {
+            if (const auto folder = PrivateFolder::open(path)) {
+                folder->removeUnfinished();
+            }
+        } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): it costs some room, no more
+        }
     }
 }
 
