@@ -6,7 +6,7 @@
 #include <system_error>
 
 /// What a credential store's operations answer, and the statuses of exceptions and of `errno`. Those of the
-/// keyring's library are in `keyring/SecretServiceStatus.h`.
+/// keyring's library are in `keyring/ErrorReport.cpp`.
 namespace MirrowvaleAuthenticator {
 
 /// A result of a keychain call: 0, or the platform's public error code.

@@ -1,5 +1,7 @@
 #include "platform/credentials/keyring/SecretServiceItems.h"
 
+#include "platform/credentials/keyring/ErrorReport.h"
+
 #include <algorithm>
 #include <utility>
 

@@ -1,7 +1,7 @@
 #include "platform/credentials/keyring/SecretServiceOperation.h"
 
+#include "platform/credentials/keyring/ErrorReport.h"
 #include "platform/credentials/keyring/SecretServicePrompt.h"
-#include "platform/credentials/keyring/SecretServiceStatus.h"
 
 namespace MirrowvaleAuthenticator {
 
@@ -22,25 +22,6 @@ TimerSource::~TimerSource()
 {
     g_source_destroy(source_);
     g_source_unref(source_);
-}
-
-bool ErrorReport::saysLocked() const
-{
-    return g_error_matches(error_, SECRET_ERROR, SECRET_ERROR_IS_LOCKED) != FALSE;
-}
-
-bool ErrorReport::saysMissing() const
-{
-    return g_error_matches(error_, SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT) != FALSE
-        || g_error_matches(error_, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD) != FALSE
-        || g_error_matches(error_, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_OBJECT) != FALSE;
-}
-
-void ErrorReport::require() const
-{
-    if (error_ != nullptr) {
-        throw StatusError{statusForError(error_->domain, error_->code)};
-    }
 }
 
 SecretServiceOperation::SecretServiceOperation()

@@ -41,26 +41,6 @@ private:
     GSource* source_;
 };
 
-/// The place where the library reports an error.
-class ErrorReport {
-public:
-    ErrorReport() = default;
-    ~ErrorReport() { g_clear_error(&error_); }
-    ErrorReport(const ErrorReport&) = delete;
-    ErrorReport& operator=(const ErrorReport&) = delete;
-
-    operator GError**() { return &error_; }
-
-    bool saysLocked() const;
-    bool saysMissing() const; ///< there is no such object
-
-    /// @throws StatusError  the error's status, where there is one
-    void require() const;
-
-private:
-    GError* error_ = nullptr;
-};
-
 /// One operation on the Secret Service of the user's session: its calls, one after another, each waited for.
 ///
 /// They are cancelled once they have taken 4 seconds, or 4 since the last prompt was answered: the service

@@ -1,4 +1,6 @@
-#include "platform/credentials/keyring/SecretServiceStatus.h"
+#include "platform/credentials/keyring/ErrorReport.h"
+
+#include "platform/credentials/Status.h"
 
 #include <libsecret/secret.h>
 
@@ -71,17 +73,36 @@ OSStatus statusForBusError(int code)
     }
 }
 
+OSStatus statusFor(const GError& error)
+{
+    if (error.domain == SECRET_ERROR) {
+        return statusForSecretError(error.code);
+    }
+    if (error.domain == G_IO_ERROR) {
+        return statusForInputOutputError(error.code);
+    }
+    return error.domain == G_DBUS_ERROR ? statusForBusError(error.code) : errSecIO;
+}
+
 } // namespace
 
-OSStatus statusForError(std::uint32_t domain, int code)
+bool ErrorReport::saysLocked() const
 {
-    if (domain == SECRET_ERROR) {
-        return statusForSecretError(code);
+    return g_error_matches(error_, SECRET_ERROR, SECRET_ERROR_IS_LOCKED) != FALSE;
+}
+
+bool ErrorReport::saysMissing() const
+{
+    return g_error_matches(error_, SECRET_ERROR, SECRET_ERROR_NO_SUCH_OBJECT) != FALSE
+        || g_error_matches(error_, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD) != FALSE
+        || g_error_matches(error_, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_OBJECT) != FALSE;
+}
+
+void ErrorReport::require() const
+{
+    if (error_ != nullptr) {
+        throw StatusError{statusFor(*error_)};
     }
-    if (domain == G_IO_ERROR) {
-        return statusForInputOutputError(code);
-    }
-    return domain == G_DBUS_ERROR ? statusForBusError(code) : errSecIO;
 }
 
 } // namespace MirrowvaleAuthenticator
