@@ -46,23 +46,9 @@ Owned<SecretValue> valueOf(const SecretString& data)
         secret_value_new(data.data(), static_cast<gssize>(data.size()), "text/plain; charset=utf-8"));
 }
 
-/// Properties of a new object, by name.
-class Properties {
-public:
-    void add(const char* name, GVariant* value)
-    {
-        g_hash_table_insert(table_.get(), g_strdup(name), g_variant_ref_sink(value));
-    }
-    GHashTable* get() const { return table_.get(); }
-
-private:
-    Owned<GHashTable> table_{g_hash_table_new_full(g_str_hash, g_str_equal, g_free,
-                                                   reinterpret_cast<GDestroyNotify>(g_variant_unref))};
-};
-
-/// An item's attributes as a property. The schema's name is among them, as the library adds it itself
+/// A new item's properties, by name. The schema's name is among the attributes, as the library adds it itself
 /// elsewhere.
-GVariant* attributesProperty(GHashTable* attributes)
+Owned<GHashTable> itemProperties(const std::string& label, GHashTable* attributes)
 {
     GVariantBuilder builder;
     g_variant_builder_init(&builder, G_VARIANT_TYPE("a{ss}"));
@@ -74,7 +60,14 @@ GVariant* attributesProperty(GHashTable* attributes)
          g_hash_table_iter_next(&entries, &key, &value) != FALSE;) {
         g_variant_builder_add(&builder, "{ss}", key, value);
     }
-    return g_variant_builder_end(&builder);
+    Owned<GHashTable> properties(g_hash_table_new_full(g_str_hash, g_str_equal, g_free,
+                                                       reinterpret_cast<GDestroyNotify>(g_variant_unref)));
+    const auto add = [&](const char* name, GVariant* property) {
+        g_hash_table_insert(properties.get(), g_strdup(name), g_variant_ref_sink(property));
+    };
+    add("org.freedesktop.Secret.Item.Label", g_variant_new_string(label.c_str()));
+    add("org.freedesktop.Secret.Item.Attributes", g_variant_builder_end(&builder));
+    return properties;
 }
 
 } // namespace
@@ -260,9 +253,7 @@ bool SecretServiceItems::create(const SecretString& data) const
 /// @returns false where there is no such collection
 bool SecretServiceItems::createIn(SecretCollection* collection, const SecretString& data) const
 {
-    Properties properties;
-    properties.add("org.freedesktop.Secret.Item.Label", g_variant_new_string(label_.c_str()));
-    properties.add("org.freedesktop.Secret.Item.Attributes", attributesProperty(attributes_.get()));
+    const auto properties = itemProperties(label_, attributes_.get());
     ErrorReport report;
     const auto value = valueOf(data);
     const auto answer = operation_.wait([&](auto... rest) {
