@@ -21,21 +21,15 @@ OSStatus onItems(const ItemName& name, Action action)
         [&](auto& operation) { return action(SecretServiceItems(operation, name)); });
 }
 
-OSStatus find(const SecretServiceItems& items, Search search)
-{
-    if (items.find()) {
-        return errSecSuccess;
-    }
-    return items.mayBeHidden(search) ? errSecInteractionNotAllowed : errSecItemNotFound;
-}
-
 } // namespace
 
 OSStatus SecretServiceCredentialStore::read(const ItemName& name, Search search, SecResult& result) noexcept
 {
     return onItems(name, [&](const SecretServiceItems& items) {
         if (search == Search::quiet) {
-            return find(items, searchFor(name));
+            return items.find()                      ? errSecSuccess
+                : items.mayBeHidden(searchFor(name)) ? errSecInteractionNotAllowed
+                                                     : errSecItemNotFound;
         }
         const auto item = items.findUnlocked(search == Search::usual ? searchFor(name) : search);
         if (!item) {
@@ -61,7 +55,8 @@ OSStatus SecretServiceCredentialStore::update(const ItemName& name, const Secret
         if (!stored) {
             return errSecInteractionNotAllowed; // what cannot be compared is not replaced
         }
-        if (!isKnown(name, *stored)) {
+        const auto known = known_.find(name);
+        if (known == known_.end() || !known->second.contains(digestOf(*stored))) {
             return errSecInvalidItemRef;
         }
         note(name, data); // before: a call that gets no answer may have been carried out
@@ -89,12 +84,6 @@ OSStatus SecretServiceCredentialStore::add(const ItemName& name, const SecretStr
 Search SecretServiceCredentialStore::searchFor(const ItemName& name) const
 {
     return known_.contains(name) ? Search::thorough : Search::usual;
-}
-
-bool SecretServiceCredentialStore::isKnown(const ItemName& name, const SecretString& data) const
-{
-    const auto found = known_.find(name);
-    return found != known_.end() && found->second.contains(digestOf(data));
 }
 
 void SecretServiceCredentialStore::note(const ItemName& name, const SecretString& data)

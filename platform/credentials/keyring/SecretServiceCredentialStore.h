@@ -23,7 +23,6 @@ public:
 
 private:
     Search searchFor(const ItemName& name) const;
-    bool isKnown(const ItemName& name, const SecretString& data) const;
     void note(const ItemName& name, const SecretString& data);
 
     std::map<ItemName, std::set<std::string>> known_; ///< digests of what was read or written here
