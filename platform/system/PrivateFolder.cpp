@@ -68,17 +68,14 @@ FileDescriptor opened(int folder, const char* name, int flags, mode_t mode = 0)
     return FileDescriptor(uninterrupted([&] { return openat(folder, name, flags | O_CLOEXEC, mode); }));
 }
 
-/// The descriptor, or nothing where there is no such file.
-std::optional<FileDescriptor> openExisting(int folder, const char* name, int flags)
+/// The descriptor, or none where there is no such file.
+FileDescriptor openExisting(int folder, const char* name, int flags)
 {
     auto descriptor = opened(folder, name, flags | O_RDONLY | O_NONBLOCK);
-    if (descriptor) {
-        return descriptor;
-    }
-    if (errno != ENOENT) {
+    if (!descriptor && errno != ENOENT) {
         throwErrno("openat");
     }
-    return std::nullopt;
+    return descriptor;
 }
 
 /// Whether a part of a path is a link whose target is not there: a disk that is not mounted, say.
@@ -188,8 +185,8 @@ std::optional<PrivateFolder> PrivateFolder::open(const std::filesystem::path& pa
         }
         return std::nullopt;
     }
-    requirePrivate(descriptor->get(), S_IFDIR, 0700);
-    return PrivateFolder(std::move(*descriptor));
+    requirePrivate(descriptor.get(), S_IFDIR, 0700);
+    return PrivateFolder(std::move(descriptor));
 }
 
 PrivateFolder PrivateFolder::openOrCreate(const std::filesystem::path& path)
@@ -217,8 +214,8 @@ std::optional<SecretString> PrivateFolder::read(const std::string& name) const
     if (!file) {
         return std::nullopt;
     }
-    requirePrivate(file->get(), S_IFREG, 0600);
-    return readAll(file->get());
+    requirePrivate(file.get(), S_IFREG, 0600);
+    return readAll(file.get());
 }
 
 void PrivateFolder::write(const std::string& name, std::string_view bytes) const
