@@ -13,9 +13,7 @@ void protectProcess()
     setrlimit(RLIMIT_CORE, &none);
     prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
     for (const int number : {SIGXFSZ, SIGPIPE}) {
-        struct sigaction action { };
-        action.sa_handler = SIG_IGN;
-        sigaction(number, &action, nullptr);
+        static_cast<void>(signal(number, SIG_IGN));
     }
 }
 
