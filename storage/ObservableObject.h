@@ -23,7 +23,7 @@ protected:
 template <typename T>
 class Published {
 public:
-    explicit Published(ObservableObject& owner, T value = T()) : owner_(owner), value_(std::move(value)) { }
+    explicit Published(ObservableObject& owner) : owner_(owner) { }
     Published(const Published&) = delete;
 
     Published& operator=(T newValue)
@@ -47,7 +47,7 @@ public:
 
 private:
     ObservableObject& owner_;
-    T value_;
+    T value_{};
 };
 
 } // namespace MirrowvaleAuthenticator
