@@ -11,19 +11,17 @@ namespace MirrowvaleAuthenticator {
 
 namespace {
 
-using std::chrono::milliseconds;
-
 constexpr auto noBus = "disabled:";
 
 /// The outcome of an attempt to connect.
 struct Attempt {
-    BusConnection bus;
+    GDBusConnection* bus = nullptr;
     bool isOver = false;
 };
 
 void take(GObject*, GAsyncResult* result, gpointer attempt)
 {
-    *static_cast<Attempt*>(attempt) = {BusConnection(g_bus_get_finish(result, nullptr)), true};
+    *static_cast<Attempt*>(attempt) = {g_bus_get_finish(result, nullptr), true};
 }
 
 gboolean giveUp(gpointer attempt)
@@ -47,12 +45,7 @@ bool hasSessionBus()
         && S_ISSOCK(socket.st_mode) && socket.st_uid == geteuid();
 }
 
-void ReleaseBus::operator()(GDBusConnection* bus) const
-{
-    g_object_unref(bus);
-}
-
-BusConnection connectToSessionBus(milliseconds timeout)
+BusConnection connectToSessionBus(std::chrono::milliseconds timeout)
 {
     if (!hasSessionBus()) {
         return nullptr;
@@ -71,10 +64,11 @@ BusConnection connectToSessionBus(milliseconds timeout)
     }
     g_cancellable_cancel(cancellable);
     g_main_context_pop_thread_default(context);
-    if (attempt.bus) {
-        g_dbus_connection_set_exit_on_close(attempt.bus.get(), FALSE);
+    if (attempt.bus == nullptr) {
+        return nullptr;
     }
-    return std::move(attempt.bus);
+    g_dbus_connection_set_exit_on_close(attempt.bus, FALSE);
+    return {attempt.bus, g_object_unref};
 }
 
 void disableSessionBus()

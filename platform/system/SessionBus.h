@@ -11,11 +11,8 @@ namespace MirrowvaleAuthenticator {
 /// bus of their own, which nobody else would ever look at.
 bool hasSessionBus();
 
-/// Gives a connection back; the last owner closes it.
-struct ReleaseBus {
-    void operator()(GDBusConnection* bus) const;
-};
-using BusConnection = std::unique_ptr<GDBusConnection, ReleaseBus>;
+/// The last owner closes it.
+using BusConnection = std::shared_ptr<GDBusConnection>;
 
 /// The connection to the bus of the user's session that all users of GIO in this process share, as long as
 /// one of them has it. A bus is never started for it. Starts threads of the library.

@@ -34,11 +34,7 @@ QDBusMessage requestToComeToFront(const QString& activationToken)
     auto request = QDBusMessage::createMethodCall(
         name, objectPath, QStringLiteral("org.freedesktop.Application"), QStringLiteral("Activate"));
     request.setAutoStartService(false); // one that has ended makes room for this one
-    QVariantMap platformData;
-    if (!activationToken.isEmpty()) {
-        platformData = {{activationTokenKey, activationToken}, {startupIdKey, activationToken}};
-    }
-    request << platformData;
+    request << QVariantMap{{activationTokenKey, activationToken}};
     return request;
 }
 
