@@ -149,7 +149,7 @@ void SealedFileCredentialStore::write(const PrivateFolder& folder, const Item& i
     folder.write(item.fileName, box);
 }
 
-/// Whether the file should not be there: where it could not be removed, the tag of its box was written.
+/// Whether the file counts as removed: where it could not be, the state folder has the tag of its box.
 bool SealedFileCredentialStore::isRemoved(const Item& item, std::string_view box) const
 {
     const auto folder = PrivateFolder::open(stateFolder_);
