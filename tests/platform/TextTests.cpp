@@ -3,7 +3,6 @@
 #include "platform/text/UUID.h"
 
 #include <clocale>
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -62,52 +61,6 @@ TEST(Text, splitsIntoUserPerceivedCharacters)
         }
         SCOPED_TRACE(text);
         EXPECT_EQ(characters(text), expected);
-    }
-}
-
-TEST(Text, comparesByCanonicalEquivalence)
-{
-    // clang-format off
-    const struct { std::string_view left, right; bool equal; } table[] = {
-        {"", "", true}, {"Café", "Cafe\u0301", true}, {"K", "\u212A", true}, {"Å", "\u212B", true},
-        {"한", "\u1112\u1161\u11AB", true}, {"a\u0323\u0302", "a\u0302\u0323", true},
-        {"a\u0301\u0300", "a\u0300\u0301", false}, {"a", "A", false}, {"ﬁ", "fi", false},
-        {"ß", "ss", false}, {"a", "a\0"sv, false}, {"a", "ab", false}, {"é", "e", false},
-    };
-    // clang-format on
-    for (const auto& row : table) {
-        SCOPED_TRACE(row.left);
-        EXPECT_EQ(canonicallyEqual(row.left, row.right), row.equal);
-        EXPECT_EQ(canonicallyEqual(row.right, row.left), row.equal);
-    }
-}
-
-/// -1, 0 or 1 as `left` comes before, with or after `right`.
-int compare(const char* locale, std::string_view left, std::string_view right)
-{
-    setenv("LC_ALL", locale, 1);
-    const LocalizedCaseInsensitiveOrder order;
-    const auto result = order.sortKey(left).compare(order.sortKey(right));
-    return result < 0 ? -1 : result > 0 ? 1 : 0;
-}
-
-TEST(LocalizedOrder, followsTheUsersLocaleAndIgnoresCase)
-{
-    // clang-format off
-    const struct { const char* locale; std::string_view left, right; int expected; } table[] = {
-        {"en_US.UTF-8", "Alpha", "ALPHA", 0}, {"en_US.UTF-8", "alpha", "Beta", -1},
-        {"en_US.UTF-8", "Zeta", "alpha", 1}, {"en_US.UTF-8", "é", "É", 0},
-        {"en_US.UTF-8", "é", "e\u0301", 0}, {"en_US.UTF-8", "resume", "résumé", -1},
-        {"en_US.UTF-8", "ö", "z", -1}, {"sv_SE.UTF-8", "ö", "z", 1},
-        {"de_DE.UTF-8", "Österreich", "Peru", -1}, {"en_US.UTF-8", "I", "i", 0},
-        {"tr_TR.UTF-8", "I", "ı", 0}, {"tr_TR.UTF-8", "I", "i", -1}, {"C", "beta", "Token", -1},
-        {"C", "alpha", "Beta", -1}, {"no such locale!", "alpha", "Beta", -1}, {"en_US.UTF-8", "", " ", -1},
-    };
-    // clang-format on
-    for (const auto& row : table) {
-        SCOPED_TRACE(testing::Message() << row.locale << " " << row.left << " " << row.right);
-        EXPECT_EQ(compare(row.locale, row.left, row.right), row.expected);
-        EXPECT_EQ(compare(row.locale, row.right, row.left), -row.expected);
     }
 }
 

@@ -6,7 +6,6 @@
 #include "tests/support/ScriptedCredentialStore.h"
 #include "tests/support/Tokens.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
@@ -33,7 +32,6 @@ class TokenStoreTest : public testing::Test {
 protected:
     TokenStoreTest()
     {
-        setenv("LC_ALL", "en_US.UTF-8", 1);
         reserve.isShared = true; // as the sealed files are
         credentials.kept = &reserve;
     }
