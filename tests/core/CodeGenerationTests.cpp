@@ -130,6 +130,7 @@ TEST(CodeGeneration, codeAndCountdownAgreeOnTheStep)
         {30, 0, 30, 0}, {30, 1200, 30, 40}, {30, 1229.999, 1, 40}, {30, 1230, 30, 41}, {30, 1200.5, 30, 40},
         {30, 1201, 29, 40}, {0, 1234, 1, 1234}, {-5, 1234.5, 1, 1234}, {smallest, 999, 1, 999},
         {largest, 1, largest - 1, 0}, {60, 1259, 1, 20}, {1, 77, 1, 77}, {7, 20'000'000'004.75, 2, 2'857'142'857},
+        {1, 1.8446744073709e19, 1, 18'446'744'073'709'000'704U},
     };
     // clang-format on
     for (const auto& row : table) {
@@ -145,11 +146,10 @@ TEST(CodeGeneration, codeAndCountdownAgreeOnTheStep)
 TEST(CodeGeneration, noInstantAndNoPeriodDoesHarm)
 {
     constexpr double pastLastCounter = 18446744073709551616.0;
-    constexpr double beforeIt = 18446744073709000000.0;
     // clang-format off
     const double instants[] = {
         -0.25, -1, -31, -978307200, -9.3e18, -1e300, infinity, -infinity, 1e300, 9.3e18, pastLastCounter,
-        beforeIt, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::max(),
+        1.8446744073709e19, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::max(),
         std::numeric_limits<double>::lowest(), -std::numeric_limits<double>::denorm_min(),
     };
     // clang-format on
@@ -168,9 +168,6 @@ TEST(CodeGeneration, noInstantAndNoPeriodDoesHarm)
             EXPECT_EQ(code.size() == 6, hasCounter) << code;
         }
     }
-    EXPECT_EQ(currentCode(token(Kind::totp, 1), at(beforeIt)),
-              generateOTP(sha1Secret, static_cast<std::uint64_t>(at(beforeIt).secondsSince1970()),
-                          Algorithm::sha1, 6));
 }
 
 } // namespace MirrowvaleAuthenticator
