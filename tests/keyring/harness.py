@@ -39,10 +39,6 @@ class Talk:
                                         **options)
         test.addCleanup(self.end)
 
-    def send(self, line):
-        self.process.stdin.write(line.encode("latin-1") + b"\n")
-        self.process.stdin.flush()
-
     def receive(self):
         """The next line, or nothing where the program ended instead."""
         if not select.select([self.process.stdout], [], [], patience)[0]:
@@ -50,7 +46,8 @@ class Talk:
         return self.process.stdout.readline().decode("latin-1").rstrip("\n")
 
     def __call__(self, line):
-        self.send(line)
+        self.process.stdin.write(line.encode("latin-1") + b"\n")
+        self.process.stdin.flush()
         return self.receive()
 
     def end(self):

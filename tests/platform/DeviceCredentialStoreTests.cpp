@@ -19,8 +19,8 @@ struct Row {
     const char* record;
     OSStatus keyring; ///< its answer, where it does not look for its item
     Search search; ///< the last of it: one that held the item is searched thoroughly, nobody is asked in vain
-    bool isSealed;
-    const char* loaded; ///< the data, or nothing where the load fails with the keyring's answer
+    const char* sealed; ///< the data in the sealed files, or nothing where these cannot be read
+    const char* loaded; ///< the data, or nothing where the load fails with that answer
     char savedIn; ///< 'k', 's', or '-' where the save fails, too
     const char* recordAfter;
 };
@@ -33,22 +33,23 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
     const auto ok = errSecSuccess;
     // clang-format off
     const Row table[] = {
-        {"",             ok,                 usual,    false, "keyring", 'k', keyringRecord},
-        {sealedRecord,   ok,                 usual,    true,  "keyring", 'k', keyringRecord},
-        {"",             ok,                 usual,    false, "",        'k', keyringRecord},
-        {"",             ok,                 usual,    true,  "sealed",  's', sealedRecord},
-        {keyringRecord,  ok,                 thorough, true,  "sealed",  's', keyringRecord},
-        {sealedRecord,   locked,             quiet,    true,  "sealed",  's', sealedRecord},
-        {sealedRecord,   locked,             usual,    false, nullptr,   '-', sealedRecord},
-        {"",             locked,             usual,    true,  nullptr,   '-', ""},
-        {"damaged",      errSecUserCanceled, usual,    true,  nullptr,   '-', "damaged"},
-        {keyringRecord,  away,               thorough, true,  nullptr,   '-', keyringRecord},
-        {"",             away,               usual,    true,  "sealed",  's', ""},
-        {"",             away,               usual,    false, "",        's', ""},
-        {sealedRecord,   errSecIO,           quiet,    true,  "sealed",  's', sealedRecord},
-        {"keyrin",       ok,                 usual,    false, "keyring", 'k', keyringRecord},
-        {"sealed files", ok,                 usual,    false, "keyring", 'k', keyringRecord},
-        {"keyrin",       away,               usual,    false, "",        's', "keyrin"},
+        {"",             ok,                 usual,    "",       "keyring", 'k', keyringRecord},
+        {sealedRecord,   ok,                 usual,    "sealed", "keyring", 'k', keyringRecord},
+        {"",             ok,                 usual,    "",       "",        'k', keyringRecord},
+        {"",             ok,                 usual,    "sealed", "sealed",  's', sealedRecord},
+        {keyringRecord,  ok,                 thorough, "sealed", "sealed",  's', keyringRecord},
+        {sealedRecord,   locked,             quiet,    "sealed", "sealed",  's', sealedRecord},
+        {sealedRecord,   locked,             usual,    "",       nullptr,   '-', sealedRecord},
+        {"",             locked,             usual,    "sealed", nullptr,   '-', ""},
+        {"damaged",      errSecUserCanceled, usual,    "sealed", nullptr,   '-', "damaged"},
+        {keyringRecord,  away,               thorough, "sealed", nullptr,   '-', keyringRecord},
+        {"",             away,               usual,    "sealed", "sealed",  's', ""},
+        {"",             away,               usual,    "",       "",        's', ""},
+        {sealedRecord,   errSecIO,           quiet,    "sealed", "sealed",  's', sealedRecord},
+        {"keyrin",       ok,                 usual,    "",       "keyring", 'k', keyringRecord},
+        {"sealed files", ok,                 usual,    "",       "keyring", 'k', keyringRecord},
+        {"keyrin",       away,               usual,    "",       "",        's', "keyrin"},
+        {"",             ok,                 usual,    nullptr,  nullptr,   '-', ""},
     };
     // clang-format on
     for (const auto& row : table) {
@@ -63,14 +64,17 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
         if (row.loaded != nullptr && row.loaded == std::string_view("keyring")) {
             keyring.items[tokenStoreItem] = "keyring";
         }
-        if (row.isSealed) {
-            sealed.items[tokenStoreItem] = "sealed";
+        if (row.sealed == nullptr) {
+            sealed.answerAlways(errSecIO);
+        } else if (*row.sealed) {
+            sealed.items[tokenStoreItem] = row.sealed;
         }
         keyring.answerAlways(row.keyring);
 
         SecResult result;
         const auto status = device.read(tokenStoreItem, Search::usual, result);
-        EXPECT_EQ(status, row.loaded == nullptr ? row.keyring : *row.loaded ? ok : errSecItemNotFound);
+        const auto failure = row.sealed == nullptr ? errSecIO : row.keyring;
+        EXPECT_EQ(status, row.loaded == nullptr ? failure : *row.loaded ? ok : errSecItemNotFound);
         EXPECT_EQ(result.value_or(""), row.loaded == nullptr ? "" : row.loaded);
         EXPECT_EQ(keyring.lastSearch, row.search);
         if (device.update(tokenStoreItem, "new") == errSecItemNotFound) {
@@ -82,22 +86,6 @@ TEST(DeviceStore, findsTheItemsPlaceByWhatTheKeyringAnswers)
         EXPECT_EQ(contents(record), row.recordAfter);
         EXPECT_EQ(device.remove(tokenStoreItem), errSecParam);
     }
-}
-
-TEST(DeviceStore, knowsNoPlaceWhileTheSealedFilesCannotBeRead)
-{
-    const TemporaryHome home;
-    ScriptedCredentialStore keyring;
-    ScriptedCredentialStore sealed;
-    DeviceCredentialStore device(keyring, sealed, home.state());
-    sealed.answerAlways(errSecIO);
-    SecResult result;
-    EXPECT_EQ(device.read(tokenStoreItem, Search::usual, result), errSecIO);
-    EXPECT_EQ(device.update(tokenStoreItem, "new"), errSecIO);
-    sealed.answerAlways(errSecSuccess);
-    EXPECT_EQ(device.update(tokenStoreItem, "new"), errSecItemNotFound);
-    EXPECT_EQ(device.add(tokenStoreItem, "new"), errSecSuccess);
-    EXPECT_EQ(keyring.items[tokenStoreItem], "new");
 }
 
 } // namespace MirrowvaleAuthenticator
