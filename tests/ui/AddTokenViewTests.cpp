@@ -4,7 +4,6 @@
 #include <tuple>
 
 namespace MirrowvaleAuthenticator {
-namespace {
 
 class AddTokenViewTest : public ScreenTest {
 protected:
@@ -94,5 +93,4 @@ TEST_F(AddTokenViewTest, addsWhatWasEnteredByHandEvenWhereSavingFails)
     EXPECT_EQ(dismissals, 1);
 }
 
-} // namespace
 } // namespace MirrowvaleAuthenticator

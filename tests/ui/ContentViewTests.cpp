@@ -6,7 +6,6 @@
 #include <QSignalSpy>
 
 namespace MirrowvaleAuthenticator {
-namespace {
 
 using ContentViewTest = ScreenTest;
 
@@ -78,5 +77,4 @@ TEST_F(ContentViewTest, everyPresentationHasAFormOfItsOwn)
     EXPECT_NE(view.addTokenView(), nullptr);
 }
 
-} // namespace
 } // namespace MirrowvaleAuthenticator

@@ -1,4 +1,4 @@
-#include "tests/ui/HandFixture.h"
+#include "tests/ui/SceneFixture.h"
 
 #include <QAccessible>
 #include <QWheelEvent>
@@ -8,9 +8,8 @@
 #include <utility>
 
 namespace MirrowvaleAuthenticator {
-namespace {
 
-using EditMenuTest = HandTest;
+using EditMenuTest = SceneTest;
 
 TEST_F(EditMenuTest, theEditMenuStaysWhereItsFieldIsBroughtIntoSight)
 {
@@ -94,12 +93,11 @@ TEST_F(EditMenuTest, theEditMenuGoesWhenItsPlaceDoes)
              QWheelEvent wheel(place, place, {}, {0, -60}, {}, {}, Qt::NoScrollPhase, false);
              QCoreApplication::sendEvent(window.get(), &wheel);
          }},
-        {"another window", [this] { goElsewhere(); }},
+        {"another window", [this] { goElsewhereAndBack(); }},
     };
     QGuiApplication::clipboard()->setText(QStringLiteral("otpauth://totp/x"));
     contentView.addTokenView()->setImportURI(QStringLiteral("ab"));
     for (const auto& [name, change] : changes) {
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
         ASSERT_TRUE(QTest::qWaitFor([form] { return !form->property("moving").toBool(); }));
         QTest::keyClick(window.get(), Qt::Key_End);
         QQuickItem* paste = offered("Paste", *field, false);
@@ -110,5 +108,4 @@ TEST_F(EditMenuTest, theEditMenuGoesWhenItsPlaceDoes)
     }
 }
 
-} // namespace
 } // namespace MirrowvaleAuthenticator

@@ -1,4 +1,4 @@
-#include "tests/ui/HandFixture.h"
+#include "tests/ui/SceneFixture.h"
 
 #include <QAccessible>
 
@@ -9,9 +9,8 @@
 #include <vector>
 
 namespace MirrowvaleAuthenticator {
-namespace {
 
-using FocusTest = HandTest;
+using FocusTest = SceneTest;
 
 TEST_F(FocusTest, aDeletedRowPassesFocusOnAndShowsItWhereKeysWereUsed)
 {
@@ -140,5 +139,4 @@ TEST_F(FocusTest, keysLeadToAllOfEveryRowHoweverHighItIsAndAllAreReadInTheirOrde
     }
 }
 
-} // namespace
 } // namespace MirrowvaleAuthenticator

@@ -1,9 +1,8 @@
-#include "tests/ui/HandFixture.h"
+#include "tests/ui/SceneFixture.h"
 
 namespace MirrowvaleAuthenticator {
-namespace {
 
-using FormHandTest = HandTest;
+using FormHandTest = SceneTest;
 
 TEST_F(FormHandTest, aPressIsOneStepOrRepeatsWhileItIsHeld)
 {
@@ -32,32 +31,23 @@ TEST_F(FormHandTest, aPressIsOneStepOrRepeatsWhileItIsHeld)
     }
 }
 
-TEST_F(FormHandTest, returnThatIsHeldMovesOnOnce)
+TEST_F(FormHandTest, aKeyActsOnceWhereItWasPressedAndTheRingComesBackWithTheWindow)
 {
     openForm();
     for (const char* next : {"Issuer", "Account"}) {
         hold(Qt::Key_Return);
         EXPECT_EQ(window->activeFocusItem()->property("placeholder"), QLatin1String(next));
     }
-}
-
-TEST_F(FormHandTest, aKeyStepsWhereItWasPressedAloneAndTheRingComesBackWithTheWindow)
-{
-    openForm();
-    for (const bool isHeld : {true, false}) {
-        contentView.addTokenView()->setDigits(7);
-        button("Increment")->forceActiveFocus(Qt::TabFocusReason);
-        isHeld ? hold(Qt::Key_Return) : QTest::keyClick(window.get(), Qt::Key_Space);
-        EXPECT_EQ(contentView.addTokenView()->digits(), 8) << isHeld;
-        EXPECT_TRUE(ringIsAt(button("Decrement"))) << isHeld << ", at the limit";
-    }
+    contentView.addTokenView()->setDigits(7);
+    button("Increment")->forceActiveFocus(Qt::TabFocusReason);
+    hold(Qt::Key_Return);
+    EXPECT_EQ(contentView.addTokenView()->digits(), 8);
+    EXPECT_TRUE(ringIsAt(button("Decrement"))) << "at the limit";
     contentView.addTokenView()->setDigits(6);
     button("Increment")->forceActiveFocus(Qt::TabFocusReason);
     repeat(Qt::Key_Return);
     EXPECT_EQ(contentView.addTokenView()->digits(), 6);
-    goElsewhere();
-    window->requestActivate();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    goElsewhereAndBack();
     EXPECT_TRUE(ringIsAt(button("Increment")));
 }
 
@@ -119,5 +109,4 @@ TEST_F(FormHandTest, theSheetStaysUpInAWindowOfAnySizeAndShowsWhatHasFocus)
     }
 }
 
-} // namespace
 } // namespace MirrowvaleAuthenticator

@@ -1,15 +1,11 @@
-#include "tests/ui/HandFixture.h"
+#include "tests/ui/SceneFixture.h"
 #include "ui/app/WindowVisibility.h"
 
-#include <QKeyEvent>
-
 #include <functional>
-#include <vector>
 
 namespace MirrowvaleAuthenticator {
-namespace {
 
-using ListHandTest = HandTest;
+using ListHandTest = SceneTest;
 
 TEST_F(ListHandTest, theListStaysWhereItWasScrolledTo)
 {
@@ -19,9 +15,7 @@ TEST_F(ListHandTest, theListStaysWhereItWasScrolledTo)
     const double place = scrolled();
     ASSERT_GT(place, 100);
 
-    goElsewhere();
-    window->requestActivate();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    goElsewhereAndBack();
     EXPECT_EQ(scrolled(), place) << "back from another window";
 
     openSheet();
@@ -52,8 +46,7 @@ TEST_F(ListHandTest, theListStaysWhereItWasScrolledTo)
 TEST_F(ListHandTest, everyQuickTapCountsAndAHeldReturnOnce)
 {
     open("a");
-    store.tokens.modify([](std::vector<AuthToken>& tokens) { tokens[0].kind = AuthToken::Kind::hotp; });
-    QQuickItem* next = awaited("Next");
+    QQuickItem* next = makeFirstCounted();
     for (int time = 0; time < 3; ++time) {
         tap(*next);
     }
@@ -66,10 +59,7 @@ TEST_F(ListHandTest, everyQuickTapCountsAndAHeldReturnOnce)
     EXPECT_EQ(store.tokens->front().counter, 5U) << "a finger that left the button";
 
     next->forceActiveFocus(Qt::TabFocusReason);
-    for (const bool repeats : {false, true, true}) {
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), repeats);
-        QCoreApplication::sendEvent(window.get(), &press);
-    }
+    hold(Qt::Key_Return);
     EXPECT_EQ(store.tokens->front().counter, 6U);
 }
 
@@ -158,7 +148,6 @@ TEST_F(ListHandTest, aSwipeOpensOneRowFromItsTrailingEdgeAndDeletesNothing)
     EXPECT_EQ(listed(), "abc");
     openSheet();
     EXPECT_GT(middle(*button("Cancel")).x(), middle(*button("Save")).x());
-    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(ListHandTest, anOpenRowClosesByATapWhateverHappenedMeanwhile)
@@ -196,5 +185,4 @@ TEST_F(ListHandTest, anOpenRowClosesByATapWhateverHappenedMeanwhile)
     EXPECT_NE(button("Copied", row(0)), nullptr) << "while the deleted row fades";
 }
 
-} // namespace
 } // namespace MirrowvaleAuthenticator

@@ -1,4 +1,4 @@
-#include "tests/ui/HandFixture.h"
+#include "tests/ui/SceneFixture.h"
 
 #include <QAccessible>
 
@@ -7,19 +7,10 @@
 #include <tuple>
 
 namespace MirrowvaleAuthenticator {
-namespace {
 
 /// The menus, in whatever text size, and what a mouse does besides.
-class MenuTest : public HandTest {
+class MenuTest : public SceneTest {
 protected:
-    void TearDown() override { setTextScale(1); }
-
-    void makeFirstCounted()
-    {
-        store.tokens.modify([](std::vector<AuthToken>& tokens) { tokens[0].kind = AuthToken::Kind::hotp; });
-        awaited("Next");
-    }
-
     QQuickItem* code(int index) const { return row(index)->property("code").value<QQuickItem*>(); }
 
     void hold(const QQuickItem& item)
@@ -186,7 +177,7 @@ TEST_F(MenuTest, aPickersMenuGoesWithFocusAndTheFormStays)
         tap(*picker);
         awaited("SHA256");
         if (next == picker) {
-            HandTest::hold(Qt::Key_Escape);
+            SceneTest::hold(Qt::Key_Escape);
             EXPECT_EQ(button("SHA256"), nullptr) << "at once";
         } else {
             uri->forceActiveFocus(Qt::TabFocusReason);
@@ -197,5 +188,4 @@ TEST_F(MenuTest, aPickersMenuGoesWithFocusAndTheFormStays)
     }
 }
 
-} // namespace
 } // namespace MirrowvaleAuthenticator
