@@ -46,6 +46,14 @@ def setClipboard(text, selection="clipboard"):
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
+def pixels(width, height, left, top, window="root"):
+    """The colours in a part of a window, by default of the screen, row by row: three bytes each."""
+    part = f"{width}x{height}+{left}+{top}"
+    drawn = subprocess.run(["import", "-window", window, "-crop", part, "-depth", "8", "rgb:-"], check=True,
+                           capture_output=True).stdout
+    return [drawn[byte:byte + 3] for byte in range(0, len(drawn), 3)]
+
+
 def click(x, y):
     xdotool("mousemove", x, y, "click", 1)
 
@@ -163,10 +171,6 @@ class WindowTest(unittest.TestCase):
             session.end(process)
         self.window = None
 
-    def restart(self):
-        self.stop()
-        self.start()
-
     def until(self, condition, message=None):
         """Waits for a condition and returns what it gave; on failure, the screen is kept as a picture."""
         end = time.monotonic() + session.patience
@@ -204,6 +208,10 @@ class WindowTest(unittest.TestCase):
         """Waits for a text on screen; `where` may choose among several."""
         return self.until(lambda: next((e for e in self.elements() if e.text == text and where(e)), None),
                           lambda: f"{text!r} is not among {self.texts()}")
+
+    def frame(self):
+        """The window within its frame."""
+        return self.find("Mirrowvale Auth", lambda element: element.role in ("frame", "window"))
 
     def rows(self):
         return [element for element in self.elements() if element.role == "list item"]

@@ -1,4 +1,4 @@
-"""The list: codes copied and selected, counters advanced, everything found again."""
+"""The list: codes copied and selected, counters advanced."""
 
 from harness import WindowTest, clipboard, key, main, secret, setClipboard, xdotool
 
@@ -24,16 +24,8 @@ class ListTest(WindowTest):
             self.until(lambda: clipboard() == code)
             self.assertEqual(clipboard("x-kde-passwordManagerHint"), "secret")
         self.assertEqual(clipboard(selection="primary"), "")
-        self.setClock(59)
         self.find("Next").click()
         self.row(markup, "&amp;", "359 152")
-        self.assertEqual(self.issuers(), ["Acme", markup])
-        self.restart()
-        self.row(markup, "&amp;", "359 152")
-        self.assertEqual(self.issuers(), [markup, "Acme"])  # sorted
-
-    def issuers(self):
-        return [row.text.split(", ")[0] for row in self.rows()]
 
 
 main()

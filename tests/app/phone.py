@@ -6,7 +6,7 @@ import subprocess
 import time
 
 import session
-from harness import WindowTest, click, key, main, secret, typeText
+from harness import WindowTest, click, key, main, pixels, secret, typeText
 from session import Gio, callBus
 
 session.screen = "720x1440"
@@ -71,9 +71,7 @@ class PhoneTest(WindowTest):
 
     def keyboardTop(self):
         """Where the evenly coloured keyboard begins at its left edge."""
-        edge = subprocess.run(["import", "-window", "root", "-crop", f"1x{self.height * self.scale}+1+0", "-depth",
-                               "8", "rgb:-"], check=True, capture_output=True).stdout
-        colours = [edge[byte:byte + 3] for byte in range(0, len(edge), 3)]
+        colours = pixels(1, self.height * self.scale, 1, 0)
         return (1 + max(y for y, colour in enumerate(colours) if colour != colours[-1])) / self.scale
 
     def inSight(self, name):

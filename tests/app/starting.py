@@ -66,7 +66,7 @@ class StartingTest(WindowTest):
         self.add(f"otpauth://totp/Acme:alice?secret={secret}")
         self.process.kill()
         self.process.wait()
-        self.restart()  # what a killed process held is free again
+        self.start()  # what a killed process held is free again
         self.row("Acme")
         apart = {**self.environment(self.home / "apart"), "DBUS_SESSION_BUS_ADDRESS": ""}
         other = self.second(apart)  # shares neither a bus nor a folder: it has a list of its own

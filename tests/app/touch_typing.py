@@ -1,9 +1,7 @@
 """Typing on an on-screen keyboard, which comes over the lower part of a low window."""
 
-import subprocess
-
 import session
-from harness import WindowTest, click, key, main, xdotool
+from harness import WindowTest, click, key, main, pixels, xdotool
 
 width, height = 400, 520
 session.screen = f"{width}x{height}"
@@ -18,9 +16,7 @@ class TouchTypingTest(WindowTest):
 
     def keyboardTop(self):
         """Where the dark keyboard begins, once it is up."""
-        column = subprocess.run(["import", "-window", "root", "-crop", f"1x{height}+1+0", "-depth", "8", "gray:-"],
-                                check=True, capture_output=True).stdout
-        light = [y for y in range(height) if column[y] > 64]
+        light = [y for y, colour in enumerate(pixels(1, height, 1, 0)) if max(colour) > 64]
         return light[-1] + 1 if light[-1] < height - 100 else None
 
     def testFieldIsInSight(self):
