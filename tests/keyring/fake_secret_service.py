@@ -41,7 +41,8 @@ class Service:
     """Objects are known by their paths; an item's path begins with that of its collection."""
 
     script = {
-        "prompt": "grant",  # what a prompt leads to: "grant", "dismiss", "dismiss, then grant", the service's "exit"
+        "prompt": "grant",  # what a prompt leads to: "grant", "dismiss", both one after the other, the service's
+        # "exit", or nothing ("wait")
         "prompts to create": True,  # whether making a collection asks first
         "default": True,  # whether there is a default collection at the start
         "lists default": True,  # whether it is among the collections
@@ -208,7 +209,8 @@ class Service:
         def lead():
             if self.script["prompt"] == "exit":
                 os._exit(0)
-            complete(self.script["prompt"] == "grant")
+            if self.script["prompt"] != "wait":
+                complete(self.script["prompt"] == "grant")
             if self.script["prompt"] == "dismiss, then grant":
                 complete(True)
         GLib.idle_add(lead)

@@ -5,6 +5,7 @@ import json
 import shutil
 import signal
 import sys
+import time
 
 import harness
 from harness import Fake, attributes
@@ -219,6 +220,18 @@ class FaultTest(harness.KeyringTest):
                     probe = self.probe()
                 fake.tell(prompt="grant", locked={collection: True})  # between a load and a save, too
                 self.assertEqual((probe("append 1 B"), len(fake.look().items)), ("4 sorted ", 1))
+
+    def testWhatIsAddedSurvivesTheEndOfTheSessionDuringItsPrompt(self):
+        fake = Fake(self)
+        probe = self.probe()
+        probe("append 3 A")
+        prompts = fake.tell(locked={"login": True}, prompt="wait").prompts
+        probe.send("append 1 B")
+        while fake.look().prompts == prompts:
+            time.sleep(0.01)
+        harness.Talk.end(probe)
+        fake.tell(prompt="grant")
+        self.assertEqual((self.probe()("list"), self.traces()), ("4 sorted ", inKeyring))
 
     def testWhatIsListedOutlivesAnItemThatHasGone(self):
         fake = Fake(self)

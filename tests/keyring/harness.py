@@ -39,6 +39,10 @@ class Talk:
                                         **options)
         test.addCleanup(self.end)
 
+    def send(self, line):
+        self.process.stdin.write(line.encode("latin-1") + b"\n")
+        self.process.stdin.flush()
+
     def receive(self):
         """The next line, or nothing where the program ended instead."""
         if not select.select([self.process.stdout], [], [], patience)[0]:
@@ -46,8 +50,7 @@ class Talk:
         return self.process.stdout.readline().decode("latin-1").rstrip("\n")
 
     def __call__(self, line):
-        self.process.stdin.write(line.encode("latin-1") + b"\n")
-        self.process.stdin.flush()
+        self.send(line)
         return self.receive()
 
     def end(self):
