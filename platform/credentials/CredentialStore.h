@@ -39,9 +39,8 @@ public:
 
     /// Reads an item's data.
     /// @param result  nothing; the data after a success, but for an item without any and a quiet search
-    /// @returns `errSecItemNotFound` where there is none; `errSecInteractionNotAllowed` where something
-    /// locked
-    ///          may hold it; or the status of what went wrong
+    /// @returns `errSecItemNotFound` where there is none; `errSecInteractionNotAllowed` where a locked
+    ///          place may hold it; or the status of what went wrong
     virtual OSStatus read(const ItemName& name, Search search, SecResult& result) noexcept = 0;
 
     /// Replaces an item's data.

@@ -53,8 +53,10 @@ OSStatus SecItemCopyMatching(const SecDictionary& query, SecResult& result)
 {
     return statusOf([&] {
         result.reset();
-        const auto search = query.contains(kSecReturnData) ? Search::usual : Search::quiet;
-        return credentialStore().read(nameIn(query), search, result);
+        if (!require<bool>(query, kSecReturnData)) {
+            return errSecParam;
+        }
+        return credentialStore().read(nameIn(query), Search::usual, result);
     });
 }
 

@@ -19,7 +19,7 @@ inline constexpr std::string_view kSecAttrAccessible = "kSecAttrAccessible"; ///
 inline constexpr std::string_view kSecAttrAccessibleAfterFirstUnlockThisDeviceOnly =
     "kSecAttrAccessibleAfterFirstUnlockThisDeviceOnly";
 inline constexpr std::string_view kSecValueData = "kSecValueData";
-inline constexpr std::string_view kSecReturnData = "kSecReturnData"; ///< without it, a search asks no user
+inline constexpr std::string_view kSecReturnData = "kSecReturnData"; ///< required
 inline constexpr std::string_view kSecMatchLimit = "kSecMatchLimit"; ///< accepted: a name has one item
 inline constexpr std::string_view kSecMatchLimitOne = "kSecMatchLimitOne";
 
@@ -30,7 +30,7 @@ using SecValue = std::variant<bool, std::string, SecretString>;
 using SecDictionary = std::map<std::string_view, SecValue>;
 
 /// Finds the one item that matches class, service and account, and hands back its data.
-/// @returns as `CredentialStore::read`; `errSecParam` where the query names no item
+/// @returns as `CredentialStore::read`; `errSecParam` where the query names no item, or asks for no data
 OSStatus SecItemCopyMatching(const SecDictionary& query, SecResult& result);
 
 /// Sets the data of the item that matches class, service and account.
