@@ -85,18 +85,18 @@ TextInput {
 
     MouseArea {
         anchors.fill: parent
-        acceptedButtons: Qt.AllButtons // the text would accept some
         cursorShape: Qt.IBeamCursor
         onPressAndHold: mouse => {
             root.selectAll()
             root.menuRequested(mouse.x)
         }
         onDoubleClicked: root.selectAll()
-        onClicked: mouse => {
-            if (mouse.button === Qt.RightButton) {
-                root.menuRequested(mouse.x)
-            }
-        }
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.RightButton // the text would accept it
+        onClicked: mouse => root.menuRequested(mouse.x)
     }
 
     DragHandler {

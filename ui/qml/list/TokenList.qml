@@ -186,19 +186,18 @@ ListView {
 
     TapHandler {
         parent: root // not the content, which ends with the last row
-        acceptedButtons: Qt.AllButtons
-        onTapped: (point, button) => {
-            if (button === Qt.RightButton) {
-                root.openMenuAt(point.scenePosition)
-            } else {
-                root.closeOpenRow()
-            }
-        }
+        onTapped: root.closeOpenRow()
         onLongPressed: {
             if (!root.openRow) {
                 root.openMenuAt(point.scenePosition)
             }
         }
+    }
+
+    TapHandler {
+        parent: root
+        acceptedButtons: Qt.RightButton
+        onTapped: point => root.openMenuAt(point.scenePosition)
     }
 
     // Made when it is first asked for, which most never do.
