@@ -34,8 +34,7 @@ gboolean giveUp(gpointer attempt)
 
 bool hasSessionBus()
 {
-    if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-        address != nullptr && *address != '\0') {
+    if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS")) {
         return address != std::string_view(noBus)
             && std::string_view(address).find("autolaunch:") == std::string_view::npos;
     }

@@ -76,6 +76,7 @@ int run(int& argc, char** argv)
     return MirrowvaleAuthenticatorApp(name).run();
 }
 
+constexpr auto busAddress = "DBUS_SESSION_BUS_ADDRESS";
 /// How long the bus may take to answer: one that does not is done without.
 constexpr std::chrono::seconds busTimeout{2};
 
@@ -86,6 +87,9 @@ int main(int argc, char* argv[])
     protectProcess();
     if (const char* answer = answerTo(argc, argv)) {
         return std::cout << answer << std::flush ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
+    if (qEnvironmentVariableIsEmpty(busAddress)) {
+        qunsetenv(busAddress); // empty, it stands for the usual place, which not every library knows
     }
     PortalQuestion question; // first, for all the time that the desktop can get, and before any thread
     const auto bus = connectToSessionBus(busTimeout); // open already when the keyring is asked
