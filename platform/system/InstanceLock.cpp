@@ -44,7 +44,8 @@ InstanceLock::InstanceLock()
     if (taken_) {
         return;
     }
-    for (const auto& path : {dataFolderPath(), stateFolderPath()}) { // in which nobody else is writing
+    // As far as locks tell, nobody else is writing.
+    for (const auto& path : {dataFolderPath(), stateFolderPath()}) {
         try {
             if (const auto folder = PrivateFolder::open(path)) {
                 folder->removeUnfinished();

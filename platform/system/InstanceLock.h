@@ -9,7 +9,7 @@ namespace MirrowvaleAuthenticator {
 class InstanceLock {
 public:
     /// Takes the lock, or finds out that another process has it. The folder is made where there is none.
-    /// Under the lock, what writes that never ended have left is removed.
+    /// Where none has it, what writes that never ended have left is removed.
     InstanceLock();
 
     /// Whether another process has the lock. Where it cannot be taken at all (a folder on a disk that is only
