@@ -52,7 +52,6 @@ class AddingTest(WindowTest):
         typeText("  Brim Inc ")
         self.tabTo(secretField)
         typeText(" ".join([secret[:16].lower()] * 3) + "geza")
-        self.assertNotIn("gezd", " ".join(self.texts()))
         self.tabTo("Algorithm")
         key("space")
         self.still("SHA512")

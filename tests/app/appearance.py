@@ -56,7 +56,7 @@ class AppearanceTest(WindowTest):
         self.until(lambda: self.find("otpauth:// URI").focused)
         key("ctrl+v", "Tab", "Return")
         copy = self.inRow("Acme", "Copy code")
-        width = self.frame().width
+        width = self.find("Mirrowvale Auth", lambda element: element.role in ("frame", "window")).width
         factor = int(xdotool("getwindowgeometry", "--shell", self.window).split("WIDTH=")[1].split()[0]) / width
         left, middle = round(copy.left * factor) // 4, round(copy.y * factor)
         self.until(lambda: len(set(pixels(left, 20, left, middle, self.window))) > 1)

@@ -68,7 +68,7 @@ class AssistiveTest(WindowTest):
 
         self.act(self.find("Add token"))
         self.until(lambda: self.find("otpauth:// URI").focused)
-        self.assertEqual(self.outsideOfTheSheet(), ["application", "frame", "panel"])
+        self.until(lambda: self.outsideOfTheSheet() == ["application", "frame", "panel"])
         self.listen(lambda heard: any(kind == "object:state-changed:showing" and role == "panel"
                                       for kind, role, _, _ in heard))
         self.write("Issuer", "Acme, \u05d0")

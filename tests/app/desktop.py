@@ -32,8 +32,10 @@ class DesktopTest(WindowTest):
     def edges(self):
         """The frame's left, upper, right and lower edge."""
         left, right, top, bottom = self.numbers("-id", self.window, "_NET_FRAME_EXTENTS")
-        inner = self.frame()
-        return inner.left - left, inner.top - top, inner.left + inner.width + right, inner.top + inner.height + bottom
+        told = subprocess.run(["xwininfo", "-id", self.window], check=True, capture_output=True, text=True).stdout
+        x, y, width, height = (int(re.search(rf"{name}: *(-?\d+)", told)[1])
+                               for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return x - left, y - top, x + width + right, y + height + bottom
 
     def testOpensOnTheFreeAreaAndClosesByKeysWhateverIsOpen(self):
         for width, height, name, keys in ((1280, 800, "Cancel", "alt+F4"), (1366, 768, "Cancel", "ctrl+w"),

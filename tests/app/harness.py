@@ -209,10 +209,6 @@ class WindowTest(unittest.TestCase):
         return self.until(lambda: next((e for e in self.elements() if e.text == text and where(e)), None),
                           lambda: f"{text!r} is not among {self.texts()}")
 
-    def frame(self):
-        """The window within its frame."""
-        return self.find("Mirrowvale Auth", lambda element: element.role in ("frame", "window"))
-
     def rows(self):
         return [element for element in self.elements() if element.role == "list item"]
 
@@ -249,6 +245,7 @@ class WindowTest(unittest.TestCase):
         """Replaces the text in a field."""
         self.find(name).click()
         key("ctrl+a", "BackSpace")
+        self.until(lambda: self.find(name).length() == 0)
         setClipboard(text)
         key("ctrl+v")
         self.until(lambda: self.find(name).length() > 0)

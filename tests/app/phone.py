@@ -72,7 +72,7 @@ class PhoneTest(WindowTest):
     def keyboardTop(self):
         """Where the evenly coloured keyboard begins at its left edge."""
         colours = pixels(1, self.height * self.scale, 1, 0)
-        return (1 + max(y for y, colour in enumerate(colours) if colour != colours[-1])) / self.scale
+        return (1 + max((y for y, colour in enumerate(colours) if colour != colours[-1]), default=0)) / self.scale
 
     def inSight(self, name):
         """The keyboard's upper edge, once the field has focus and stands between the sheet's bar and that edge."""

@@ -17,7 +17,7 @@ class TouchTypingTest(WindowTest):
     def keyboardTop(self):
         """Where the dark keyboard begins, once it is up."""
         light = [y for y, colour in enumerate(pixels(1, height, 1, 0)) if max(colour) > 64]
-        return light[-1] + 1 if light[-1] < height - 100 else None
+        return light[-1] + 1 if light and light[-1] < height - 100 else None
 
     def testFieldIsInSight(self):
         self.start()

@@ -2,10 +2,10 @@
 
 import itertools
 import json
+import select
 import shutil
 import signal
 import sys
-import time
 
 import harness
 from harness import Fake, attributes
@@ -227,8 +227,8 @@ class FaultTest(harness.KeyringTest):
         probe("append 3 A")
         prompts = fake.tell(locked={"login": True}, prompt="wait").prompts
         probe.send("append 1 B")
-        while fake.look().prompts == prompts:
-            time.sleep(0.01)
+        while fake.look().prompts == prompts and not select.select([probe.process.stdout], [], [], 0.01)[0]:
+            pass
         harness.Talk.end(probe)
         fake.tell(prompt="grant")
         self.assertEqual((self.probe()("list"), self.traces()), ("4 sorted ", inKeyring))

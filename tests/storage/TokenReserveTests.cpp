@@ -29,6 +29,18 @@ TEST_F(TokenStoreTest, theReserveHasWhatIsNotStoredAndNothingElse)
     EXPECT_TRUE(keptTokens().empty()) << "a deletion leaves nothing to keep";
 }
 
+TEST_F(TokenStoreTest, whatIsKeptIsChangedFromStartToStart)
+{
+    credentials.answerAlways(Operation::read, errSecInteractionNotAllowed);
+    keep({tokenNamed("a", "", 5), tokenNamed("deleted")});
+    TokenStore store;
+    store.tokens.modify([](auto& tokens) { tokens.pop_back(); });
+    store.advanceCounter(store.tokens->front());
+    const TokenStore next;
+    EXPECT_EQ(issuers(*next.tokens), Names{"a"});
+    EXPECT_EQ(next.tokens->front().counter, 6U);
+}
+
 TEST_F(TokenStoreTest, aFailedSaveIsTriedAgainWhenTheWindowGoesUnlessTheUserRefused)
 {
     const std::tuple<OSStatus, bool, std::size_t> table[] = {
