@@ -188,8 +188,9 @@ void TokenStore::noteSaved(const std::vector<AuthToken>& list)
 {
     saved_.clear();
     for (const auto& token : list) {
-        saved_.emplace(token.id, token.counter);
+        saved_.emplace_back(token.id, token.counter);
     }
+    std::ranges::sort(saved_);
 }
 
 /// The tokens that the item lacks, or has with another counter.
@@ -197,7 +198,7 @@ std::vector<AuthToken> TokenStore::unsaved() const
 {
     std::vector<AuthToken> missing;
     std::ranges::copy_if(*tokens, std::back_inserter(missing), [&](const auto& token) {
-        return !saved_.contains({token.id, token.counter});
+        return !std::ranges::binary_search(saved_, std::pair(token.id, token.counter));
     });
     return missing;
 }

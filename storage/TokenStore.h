@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -61,7 +60,7 @@ private:
     State reserveState_ = State::unreached;
     /// `id` and counter of each token in the item, as far as it was read: nothing else of a token ever
     /// changes.
-    std::set<std::pair<UUID, std::uint64_t>> saved_;
+    std::vector<std::pair<UUID, std::uint64_t>> saved_;
     bool isSaveDue_ = false;
 };
 
