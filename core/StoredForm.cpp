@@ -57,8 +57,10 @@ void require(bool holds)
 template <typename Value>
 Value required(std::optional<Value> value)
 {
-    require(value.has_value());
-    return std::move(*value);
+    if (!value) {
+        throw JSONError();
+    }
+    return *std::move(value);
 }
 
 std::string takeText(JSONReader& json)

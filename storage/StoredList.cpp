@@ -22,11 +22,11 @@ StoredList closed(OSStatus status)
 
 StoredList StoredList::of(OSStatus status, SecResult result)
 {
-    if (status == errSecItemNotFound || (status == errSecSuccess && !result)) {
-        return {};
-    }
-    if (status != errSecSuccess) {
+    if (status != errSecSuccess && status != errSecItemNotFound) {
         return closed(status);
+    }
+    if (status == errSecItemNotFound || !result) {
+        return {};
     }
     try {
         return {.tokens = decodeTokens(*result)};
