@@ -194,10 +194,13 @@ ListView {
         }
     }
 
-    TapHandler {
+    // Not a second handler: beside the first, some of a finger's quick taps were lost (seen in Qt 6.4.2).
+    MouseArea {
         parent: root
+        anchors.fill: parent
+        z: -1
         acceptedButtons: Qt.RightButton
-        onTapped: point => root.openMenuAt(point.scenePosition)
+        onClicked: mouse => root.openMenuAt(mapToItem(null, mouse.x, mouse.y))
     }
 
     // Made when it is first asked for, which most never do.
