@@ -20,6 +20,18 @@ CredentialStore& requireStore()
     return *store;
 }
 
+OSStatus write(CredentialStore& store, const ItemName& name, const SecretString& data)
+{
+    const auto status = store.update(name, data);
+    return status == errSecItemNotFound ? store.add(name, data) : status;
+}
+
+OSStatus clear(CredentialStore& store, const ItemName& name)
+{
+    const auto status = store.remove(name);
+    return status == errSecItemNotFound ? errSecSuccess : status;
+}
+
 } // namespace
 
 TokenReserve::TokenReserve(std::string service, std::string account)
@@ -38,11 +50,7 @@ StoredList TokenReserve::load() const
 void TokenReserve::save(const std::vector<AuthToken>& tokens) const
 {
     auto& store = requireStore();
-    const auto data = encodeTokens(tokens);
-    auto status = tokens.empty() ? store.remove(name_) : store.update(name_, data);
-    if (status == errSecItemNotFound) {
-        status = tokens.empty() ? errSecSuccess : store.add(name_, data);
-    }
+    const auto status = tokens.empty() ? clear(store, name_) : write(store, name_, encodeTokens(tokens));
     if (status != errSecSuccess) {
         throw KeychainTokenStoreError(status);
     }
